@@ -1,0 +1,53 @@
+# The two forms of the library and their installation.
+if(NOT WIN32)
+  find_package(Threads REQUIRED)
+endif()
+
+add_library(vncore SHARED)
+add_library(vncore::vncore ALIAS vncore)
+add_library(vncore_static STATIC)
+foreach(form vncore vncore_static)
+  target_sources(${form} PRIVATE $<TARGET_OBJECTS:vncore_objects>)
+  target_include_directories(${form} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  set_target_properties(${form} PROPERTIES LINKER_LANGUAGE CXX)
+  if(VNCORE_SANITIZE)
+    target_link_options(${form} PUBLIC -fsanitize=address,undefined)
+  endif()
+  if(WIN32)
+    target_link_libraries(${form} PUBLIC gdi32 user32)
+  else()
+    target_link_libraries(${form} PRIVATE Threads::Threads)
+  endif()
+endforeach()
+set_target_properties(vncore PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+if(NOT WIN32)
+  # Calls inside the library stay inside it, whatever else the process has loaded.
+  target_link_options(vncore PRIVATE -Wl,-Bsymbolic -Wl,--no-undefined)
+endif()
+
+file(GLOB VNCORE_PUBLIC_HEADERS ${PROJECT_SOURCE_DIR}/kernel/vn*.h)
+install(TARGETS vncore vncore_static EXPORT vncore-targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES ${VNCORE_PUBLIC_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vncore)
+if(NOT WIN32)
+  file(GLOB VNCORE_PLATFORM_HEADERS ${PROJECT_SOURCE_DIR}/platform/win32*.h)
+  install(FILES ${VNCORE_PLATFORM_HEADERS}
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vncore/platform)
+  install(FILES ${PROJECT_SOURCE_DIR}/platform/headless/headless.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vncore/platform/headless)
+endif()
+
+include(CMakePackageConfigHelpers)
+install(EXPORT vncore-targets NAMESPACE vncore:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/vncore)
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/vncore-config.cmake.in
+  ${PROJECT_BINARY_DIR}/vncore-config.cmake
+  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/vncore)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/vncore-config-version.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/vncore-config.cmake
+  ${PROJECT_BINARY_DIR}/vncore-config-version.cmake
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/vncore)
+configure_file(${PROJECT_SOURCE_DIR}/cmake/vncore.pc.in ${PROJECT_BINARY_DIR}/vncore.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/vncore.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

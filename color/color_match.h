@@ -1,0 +1,27 @@
+// The nearest entry of a colour table, and maps of whole palettes made with it.
+#ifndef VNCORE_COLOR_COLOR_MATCH_H
+#define VNCORE_COLOR_COLOR_MATCH_H
+
+#include "kernel/vncore.h"
+
+namespace vn {
+
+// Index of the entry of `colors` nearest to the colour (channels 0 to 255) by squared distance.
+// Black and white look at the table's ends first; among equally near entries the first one wins,
+// unless a later one is of the wanted colour's hue family: then the last such. 0xFFFFFFFF for
+// `count` 0 when no short cut applied; the table needs one readable entry even then.
+uint32_t ColorMatch(const RGBQUAD* colors, uint32_t count, uint32_t red, uint32_t green,
+                    uint32_t blue);
+
+// Fills `map` with the destination index (or gray, for null `dstColors`) of each source index (or
+// gray level, for null `srcColors`). Returns 1 when the map is the identity, else 0.
+int32_t BuildColorMap(const RGBQUAD* srcColors, uint32_t srcCount, const RGBQUAD* dstColors,
+                      uint32_t dstCount, uint8_t* map);
+
+// Fills `width` pixels of `row` with `color` in the format of `bitmap` (by its active palette up to
+// 8 bits; whole bytes). Returns 1.
+int32_t FillRowColor(BitmapHandle* bitmap, COLORREF color, uint8_t* row, uint32_t width);
+
+}  // namespace vn
+
+#endif
