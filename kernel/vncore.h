@@ -19,5 +19,6 @@
 #include "vn_palette.h"
 #include "vn_convert.h"
 #include "vn_paint.h"
+#include "vn_region.h"
 
 #endif

@@ -1,0 +1,54 @@
+// The record behind BitmapHandle.Region: one block from the system layer that holds the rectangles
+// in the layout of RGNDATA, and the platform object last built from them.
+#ifndef VNCORE_REGION_REGION_RECORD_H
+#define VNCORE_REGION_REGION_RECORD_H
+
+#include "kernel/scratch_buffer.h"
+#include "kernel/vncore.h"
+
+// Rectangles are in storage coordinates, lie inside the bitmap and do not overlap; their order is
+// the source's. header.rcBound is transformed along with them, never computed from them.
+struct RegionRecord {
+  HRGN CachedRegion;          // built from the list, or null
+  int32_t CacheHasTransform;  // nonzero: CachedTransform belongs to CachedRegion
+  RegionTransform CachedTransform;
+  RGNDATAHEADER header;
+
+  RECT* Rects() { return reinterpret_cast<RECT*>(this + 1); }
+  const RECT* Rects() const { return reinterpret_cast<const RECT*>(this + 1); }
+  RECT* begin() { return Rects(); }
+  RECT* end() { return Rects() + header.nCount; }
+  const RECT* begin() const { return Rects(); }
+  const RECT* end() const { return Rects() + header.nCount; }
+  RGNDATA* Data() { return reinterpret_cast<RGNDATA*>(&header); }
+};
+
+namespace vn {
+
+// Bytes in front of the RGNDATA.
+inline constexpr uint32_t kRegionFieldBytes = offsetof(RegionRecord, header);
+static_assert(sizeof(RegionRecord) == kRegionFieldBytes + sizeof(RGNDATAHEADER),
+              "the rectangles follow the header as in RGNDATA");
+static_assert(sizeof(RGNDATAHEADER) == 32 && sizeof(RECT) == 16);
+static_assert(sizeof(void*) != 4 || kRegionFieldBytes == 36);
+
+// Bytes of a record of `count` rectangles; 0 when it cannot be told in 32 bits.
+inline uint32_t RegionRecordBytes(uint32_t count) {
+  constexpr uint32_t kMost = (0xFFFFFFFFu - sizeof(RegionRecord)) / sizeof(RECT);
+  return count > kMost ? 0 : static_cast<uint32_t>(sizeof(RegionRecord) + count * sizeof(RECT));
+}
+
+// Deletes the cached object and frees the block. Null is allowed.
+void FreeRegionRecord(RegionRecord* record);
+
+// Deletes the cached object, which no longer fits the list.
+void DropCachedRegion(RegionRecord* record);
+
+// Stores `count`, not above the present one, and gives the memory behind it back. Returns the
+// block's address: a record never moves by shrinking as far as the platform allows, and keeps its
+// larger block when the reallocation fails.
+RegionRecord* ShrinkRegionRecord(RegionRecord* record, uint32_t count);
+
+}  // namespace vn
+
+#endif
