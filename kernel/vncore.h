@@ -18,6 +18,9 @@
 #include "vn_storage.h"
 #include "vn_palette.h"
 #include "vn_convert.h"
+#include "vn_copy.h"
+#include "vn_scale.h"
+#include "vn_fill.h"
 #include "vn_paint.h"
 #include "vn_region.h"
 
