@@ -1,4 +1,4 @@
-// Palettes inside the library: the active palette and the fixed tables.
+// Palettes inside the library: the active palette of a bitmap.
 #ifndef VNCORE_COLOR_PALETTES_H
 #define VNCORE_COLOR_PALETTES_H
 
@@ -6,7 +6,11 @@
 
 namespace vn {
 
-// The palette in force: PaintPalette under FLAG_FIXED_PALETTE, else Palette, and 0 if that one is 0.
+// Most entries of a colour table. Work tables hold as many; larger counts are no contract of ours.
+inline constexpr uint32_t kMaxColors = 256;
+
+// The palette in force: PaintPalette under FLAG_FIXED_PALETTE, else Palette, and 0 if that one is
+// 0.
 inline HPALETTE ActivePalette(const BitmapHandle& bitmap) {
   return bitmap.Flags & FLAG_FIXED_PALETTE ? bitmap.PaintPalette : bitmap.Palette;
 }
