@@ -21,7 +21,23 @@ foreach(form vncore vncore_static)
   endif()
 endforeach()
 set_target_properties(vncore PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-if(NOT WIN32)
+if(WIN32)
+  # VNCORE32.DLL with undecorated names and settled ordinals. The linker's own import library loses
+  # the decoration that callers refer to, so dlltool writes it anew.
+  set(def ${PROJECT_BINARY_DIR}/vncore32.def)
+  add_custom_command(OUTPUT ${def}
+    COMMAND ${CMAKE_COMMAND} -DTABLE=${PROJECT_SOURCE_DIR}/kernel/vncore32.def
+      -DLIBRARY=$<TARGET_FILE:vncore_static> -DNM=${CMAKE_NM} -DOUTPUT=${def}
+      -P ${PROJECT_SOURCE_DIR}/cmake/GenerateDef.cmake
+    DEPENDS vncore_static kernel/vncore32.def cmake/GenerateDef.cmake VERBATIM)
+  target_sources(vncore PRIVATE ${def})
+  set_target_properties(vncore PROPERTIES PREFIX "" OUTPUT_NAME VNCORE32 SUFFIX .DLL
+    ARCHIVE_OUTPUT_NAME vncore32)
+  target_link_options(vncore PRIVATE -Wl,--kill-at)
+  add_custom_command(TARGET vncore POST_BUILD
+    COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${def}
+      --output-lib $<TARGET_LINKER_FILE:vncore> VERBATIM)
+else()
   # Calls inside the library stay inside it, whatever else the process has loaded.
   target_link_options(vncore PRIVATE -Wl,-Bsymbolic -Wl,--no-undefined)
 endif()

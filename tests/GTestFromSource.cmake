@@ -1,0 +1,10 @@
+# GoogleTest for a cross build, from the sources that the package `googletest` installs.
+set(VNCORE_GTEST_SOURCE /usr/src/googletest/googletest CACHE PATH "GoogleTest's sources")
+if(EXISTS ${VNCORE_GTEST_SOURCE}/src/gtest-all.cc)
+  find_package(Threads REQUIRED)
+  add_library(vncore_gtest STATIC ${VNCORE_GTEST_SOURCE}/src/gtest-all.cc)
+  target_include_directories(vncore_gtest PRIVATE ${VNCORE_GTEST_SOURCE})
+  target_include_directories(vncore_gtest SYSTEM PUBLIC ${VNCORE_GTEST_SOURCE}/include)
+  target_link_libraries(vncore_gtest PUBLIC Threads::Threads)
+  add_library(GTest::gtest ALIAS vncore_gtest)
+endif()
