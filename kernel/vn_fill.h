@@ -13,7 +13,7 @@ VN_BEGIN_C
  * Returns OK, ERR_FILE_SEEK, ERR_FILE_READ or ERR_FILE_WRITE; earlier pairs then stay written. */
 VN_API VnStatus VN_CALL Vn_PutBitmapRowSegments(BitmapHandle* bitmap, const void* source,
                                                 uint32_t row, int32_t columnOffset,
-                                                const int32_t* segments, uint32_t count);
+                                                const int32_t* segments, int32_t count);
 
 /* Fills the bitmap, or its region, with the colour, or with pixel value 0. Failing writes to a
  * temporary file are not reported. Return OK, ERR_NO_BITMAP for null, ERR_NO_MEMORY, or what the

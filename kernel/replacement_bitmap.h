@@ -1,0 +1,42 @@
+// The new form of a bitmap that an operation replaces. The rules of sharing between the two records
+// live here and nowhere else.
+#ifndef VNCORE_KERNEL_REPLACEMENT_BITMAP_H
+#define VNCORE_KERNEL_REPLACEMENT_BITMAP_H
+
+#include "kernel/vncore.h"
+
+namespace vn {
+
+// Usage: Create, fill the record's pixels, Commit. Until then, and on every path that leaves early,
+// the original stands as it was. Palettes and region are shared between the records while both
+// live; they belong to the original, and after Commit to its new form.
+class ReplacementBitmap {
+ public:
+  explicit ReplacementBitmap(BitmapHandle* original) : original_(original) {}
+  ReplacementBitmap(const ReplacementBitmap&) = delete;
+  ReplacementBitmap& operator=(const ReplacementBitmap&) = delete;
+  // Drops an uncommitted replacement; what it shares stays with the original.
+  ~ReplacementBitmap() { Vn_FreeImage(&record_, 0); }
+
+  // Gives the replacement storage, and all that Vn_DupBitmapNewDim carries over. Sizes that 32 bits
+  // cannot tell are ERR_NO_MEMORY: no storage can hold them.
+  VnStatus Create(int32_t width, int32_t height, int32_t bitsPerPixel);
+
+  BitmapHandle* get() { return &record_; }
+  BitmapHandle* operator->() { return &record_; }
+
+  // Releases the original's pixels, and moves the replacement over its record.
+  void Commit();
+
+  // Drops the replacement together with the palettes and the region that it shares: the original
+  // still names them, but they are dead.
+  void DropWithShared() { Vn_FreeBitmap(&record_); }
+
+ private:
+  BitmapHandle* original_;
+  BitmapHandle record_{};
+};
+
+}  // namespace vn
+
+#endif
