@@ -14,6 +14,7 @@
   [[maybe_unused]] void suite##_##name##_Body()
 #else
 #define HEADLESS_TEST(suite, name) TEST(suite, name)
+#endif
 
 namespace vn::test {
 
@@ -54,6 +55,5 @@ class Win32sScope {
 };
 
 }  // namespace vn::test
-#endif
 
 #endif

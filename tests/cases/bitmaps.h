@@ -1,0 +1,70 @@
+// Random bitmaps of a case, and what a case folds of them.
+#ifndef VNCORE_TESTS_CASES_BITMAPS_H
+#define VNCORE_TESTS_CASES_BITMAPS_H
+
+#include <vector>
+
+#include "kernel/vncore.h"
+#include "tests/cases/case.h"
+
+namespace vn::cases {
+
+struct Shape {
+  uint32_t width, height;
+  int32_t bits;
+  uint32_t order, origin;
+  int32_t storage;
+};
+
+inline constexpr int32_t kDepths[] = {1, 4, 8, 16, 24, 32};
+
+// Any depth, order, origin and storage; 1 to `maxWidth` by 1 to `maxHeight` pixels.
+Shape RandomShape(Case& test, int32_t maxWidth, int32_t maxHeight);
+
+// `count` random colours; now and then with flags, with gray entries, with repeated ones.
+std::vector<RGBQUAD> RandomColors(Case& test, size_t count);
+
+// A record that frees what it holds.
+class Bitmap {
+ public:
+  // Random pixels, and up to 8 bits the fixed palette or a random one.
+  Bitmap(Case& test, const Shape& shape);
+  Bitmap() = default;
+  Bitmap(const Bitmap&) = delete;
+  Bitmap& operator=(const Bitmap&) = delete;
+  ~Bitmap() { Vn_FreeBitmap(&handle_); }
+
+  BitmapHandle* get() { return &handle_; }
+  BitmapHandle* operator->() { return &handle_; }
+  operator BitmapHandle*() { return &handle_; }
+
+ private:
+  BitmapHandle handle_{};
+};
+
+// Writes random pixels into the rows from `first` on.
+void FillRandom(Case& test, BitmapHandle* bitmap, int32_t first = 0);
+
+// The fields that tell what the bitmap is; not where it is stored.
+void FoldRecord(Case& test, BitmapHandle* bitmap);
+// The pixels of all rows, without the fill at a row's end.
+void FoldPixels(Case& test, BitmapHandle* bitmap);
+// The entries of a palette object.
+void FoldPalette(Case& test, const char* what, HPALETTE palette);
+
+// Hears the progress of an operation for the length of a scope, and folds it. Stops the operation
+// at call number `stopAt` (the first being 0), if that is not negative, with the code `stopCode`.
+class ProgressScope {
+ public:
+  explicit ProgressScope(Case& test, int32_t stopAt = -1, VnStatus stopCode = 0);
+  ProgressScope(const ProgressScope&) = delete;
+  ProgressScope& operator=(const ProgressScope&) = delete;
+  ~ProgressScope();
+
+ private:
+  VnStatusCallBack before_;
+};
+
+}  // namespace vn::cases
+
+#endif
