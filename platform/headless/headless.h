@@ -57,6 +57,11 @@ HEADLESS_API void Headless_SetVersion(uint32_t version);
  * the attachment returned. */
 HEADLESS_API int32_t Headless_Restart(void);
 
+/* What GetProcAddress finds under a name that the library looks up: "CreateDIBSection" in "GDI32",
+ * and "UTRegister", "UTUnRegister" in "KERNEL32", which are absent at start. Null makes a name
+ * absent. Returns 1, or 0 for any other name. */
+HEADLESS_API int32_t Headless_SetProcedure(const char* module, const char* name, FARPROC address);
+
 /* Watching StretchDIBits. `bits` points to the rows of the call as given. The observer runs on the
  * calling thread, before the pixels are drawn. Null turns it off. */
 typedef struct Headless_StretchCall {

@@ -1,0 +1,65 @@
+// The library's entry point, and the words of the process that it alone writes.
+//
+// On Win32s one copy of these words serves all processes; the count keeps the work of the first
+// attachment to the first.
+#include "device/bridge.h"
+#include "kernel/process.h"
+#include "kernel/thread_settings.h"
+
+namespace vn {
+namespace {
+
+int32_t processRefCount = 0;
+bool onWin32s = false;
+bool bridgeActive = false;
+
+// Win32s answers with the top bit set and the major version, in the low byte, of Windows 3; the
+// Windows 95 line sets the bit too, but counts from 4.
+bool IsWin32s(uint32_t version) { return (version & 0x80000000u) && (version & 0xFF) < 4; }
+
+BOOL AttachProcess(HINSTANCE instance) {
+  if (processRefCount == 0) {
+    onWin32s = IsWin32s(GetVersion());
+    // Without the bridge the library works, but for what only the bridge can do.
+    bridgeActive = onWin32s && SetUpBridge(instance);
+  }
+  if (!TakeThreadSlot()) return FALSE;
+  if (!CreateThreadSettings()) {
+    ReleaseThreadSlot();
+    return FALSE;
+  }
+  ++processRefCount;
+  return TRUE;
+}
+
+BOOL DetachProcess(HINSTANCE instance) {
+  --processRefCount;
+  FreeThreadSettings();
+  ReleaseThreadSlot();
+  // The bridge has no routine for its end: its set-up runs once more, as its other side expects.
+  if (processRefCount == 0 && bridgeActive) SetUpBridge(instance);
+  return TRUE;
+}
+
+}  // namespace
+
+bool OnWin32s() { return onWin32s; }
+bool BridgeActive() { return bridgeActive; }
+
+}  // namespace vn
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+  switch (reason) {
+    case DLL_PROCESS_ATTACH:
+      return vn::AttachProcess(instance);
+    case DLL_PROCESS_DETACH:
+      return vn::DetachProcess(instance);
+    case DLL_THREAD_ATTACH:
+      return vn::CreateThreadSettings();
+    case DLL_THREAD_DETACH:
+      vn::FreeThreadSettings();
+      return TRUE;
+    default:
+      return TRUE;
+  }
+}

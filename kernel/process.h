@@ -1,0 +1,23 @@
+// Words of the process, and the part of attachment that makes and frees a thread's settings.
+#ifndef VNCORE_KERNEL_PROCESS_H
+#define VNCORE_KERNEL_PROCESS_H
+
+namespace vn {
+
+// Takes the thread-local slot under which each thread's settings are kept, in place of any earlier
+// one. False when there is none to be had.
+bool TakeThreadSlot();
+// Gives the slot back. Blocks under it must be gone.
+void ReleaseThreadSlot();
+
+// Makes the calling thread's block with its initial values. False when memory fails.
+bool CreateThreadSettings();
+// Frees the calling thread's block, if it has one.
+void FreeThreadSettings();
+
+// True when the first attachment established the bridge to the 16-bit library.
+bool BridgeActive();
+
+}  // namespace vn
+
+#endif
