@@ -2,6 +2,7 @@
 #ifndef VNCORE_KERNEL_MAPPED_SECTION_H
 #define VNCORE_KERNEL_MAPPED_SECTION_H
 
+#include <cstdint>
 #include <utility>
 
 #include "platform/win32.h"
