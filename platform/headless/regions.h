@@ -1,0 +1,22 @@
+// Region objects.
+#ifndef VNCORE_PLATFORM_HEADLESS_REGIONS_H
+#define VNCORE_PLATFORM_HEADLESS_REGIONS_H
+
+#include <utility>
+
+#include "platform/headless/objects.h"
+#include "platform/headless/region_set.h"
+#include "platform/headless/region_shapes.h"
+
+namespace headless {
+
+class Region : public Object {
+ public:
+  explicit Region(RegionSet pixels) : Object(OBJ_REGION), set(std::move(pixels)) {}
+
+  RegionSet set;
+};
+
+}  // namespace headless
+
+#endif
