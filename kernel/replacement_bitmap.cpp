@@ -1,6 +1,10 @@
 // Building and committing the new form of a bitmap.
 #include "kernel/replacement_bitmap.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace vn {
 
 namespace {
@@ -16,14 +20,39 @@ bool SizeFits(int32_t width, int32_t height, int32_t bitsPerPixel) {
 
 }  // namespace
 
+void CarryOver(BitmapHandle* derived, const BitmapHandle& source) {
+  derived->ViewOrigin = source.ViewOrigin;
+  derived->CarriedTag = source.CarriedTag;
+  std::copy(std::begin(source.CarriedPair), std::end(source.CarriedPair), derived->CarriedPair);
+  std::copy(std::begin(source.CarriedQuad), std::end(source.CarriedQuad), derived->CarriedQuad);
+  derived->Flags |= source.Flags & FLAG_CARRIED_1000;
+  derived->XResolution = source.XResolution;
+  derived->YResolution = source.YResolution;
+}
+
 VnStatus ReplacementBitmap::Create(int32_t width, int32_t height, int32_t bitsPerPixel) {
   if (!SizeFits(width, height, bitsPerPixel)) return ERR_NO_MEMORY;
   return Vn_DupBitmapNewDim(&record_, original_, static_cast<uint32_t>(width),
                             static_cast<uint32_t>(height), bitsPerPixel, DUP_ALLOCATE);
 }
 
+VnStatus ReplacementBitmap::CreateDerived(int32_t bitsPerPixel) {
+  shares_ = false;
+  if (!SizeFits(original_->Width, original_->Height, bitsPerPixel)) return ERR_NO_MEMORY;
+  const VnStatus status = Vn_InitBitmap(&record_, static_cast<uint32_t>(original_->Width),
+                                        static_cast<uint32_t>(original_->Height), bitsPerPixel);
+  if (status != OK) return status;
+  CarryOver(&record_, *original_);
+  return Vn_AllocateBitmap(&record_, STORAGE_AUTO);
+}
+
 void ReplacementBitmap::Commit() {
-  Vn_FreeImage(original_, 0);
+  if (shares_) {
+    Vn_FreeImage(original_, 0);
+  } else {
+    record_.Region = std::exchange(original_->Region, nullptr);
+    Vn_FreeBitmap(original_);
+  }
   Vn_CopyBitmapHandle(original_, &record_);
   record_ = {};
 }

@@ -7,20 +7,35 @@
 
 namespace vn {
 
-// Usage: Create, fill the record's pixels, Commit. Until then, and on every path that leaves early,
-// the original stands as it was. Palettes and region are shared between the records while both
-// live; they belong to the original, and after Commit to its new form.
+// What every derived bitmap takes from its source: row order, resolution, the caller's fields.
+void CarryOver(BitmapHandle* derived, const BitmapHandle& source);
+
+// Usage: Create or CreateDerived, fill the record's pixels, Commit. Until then, and on every path
+// that leaves early, the original stands as it was. After Create, palettes and region are shared
+// between the records while both live; they belong to the original, and after Commit to its new
+// form. After CreateDerived the replacement owns its palettes, Commit frees those of the original,
+// and the region moves over.
 class ReplacementBitmap {
  public:
   explicit ReplacementBitmap(BitmapHandle* original) : original_(original) {}
   ReplacementBitmap(const ReplacementBitmap&) = delete;
   ReplacementBitmap& operator=(const ReplacementBitmap&) = delete;
   // Drops an uncommitted replacement; what it shares stays with the original.
-  ~ReplacementBitmap() { Vn_FreeImage(&record_, 0); }
+  ~ReplacementBitmap() {
+    if (shares_) {
+      Vn_FreeImage(&record_, 0);
+    } else {
+      Vn_FreeBitmap(&record_);
+    }
+  }
 
   // Gives the replacement storage, and all that Vn_DupBitmapNewDim carries over. Sizes that 32 bits
   // cannot tell are ERR_NO_MEMORY: no storage can hold them.
   VnStatus Create(int32_t width, int32_t height, int32_t bitsPerPixel);
+
+  // Gives the replacement storage of the original's size at another depth. It takes what CarryOver
+  // tells and no palette: the caller makes one.
+  VnStatus CreateDerived(int32_t bitsPerPixel);
 
   BitmapHandle* get() { return &record_; }
   BitmapHandle* operator->() { return &record_; }
@@ -35,6 +50,7 @@ class ReplacementBitmap {
  private:
   BitmapHandle* original_;
   BitmapHandle record_{};
+  bool shares_ = true;
 };
 
 }  // namespace vn
