@@ -53,8 +53,10 @@ uint32_t VN_CALL Vn_GetPaletteSize(HPALETTE palette) {
 uint32_t VN_CALL Vn_GetPaletteEntries(HPALETTE palette, uint32_t first, uint32_t count,
                                       RGBQUAD* colors) {
   std::array<PALETTEENTRY, kMaxColors> entries;
+  count = std::min(count, kMaxColors);
+  // Asked for none, a platform may answer with the size of the palette.
   const uint32_t read =
-      GetPaletteEntries(palette, first, std::min(count, kMaxColors), entries.data());
+      std::min<uint32_t>(count, GetPaletteEntries(palette, first, count, entries.data()));
   std::transform(entries.begin(), entries.begin() + read, colors, vn::ColorOf);
   return read;
 }
