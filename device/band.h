@@ -1,0 +1,74 @@
+// Bands: finished rows gathered from the lowest up, as the device expects them, and handed over
+// with one call of at most 64 KB.
+#ifndef VNCORE_DEVICE_BAND_H
+#define VNCORE_DEVICE_BAND_H
+
+#include "device/paint_job.h"
+#include "kernel/thread_settings.h"
+
+namespace vn {
+
+// The record that describes bands to the device: the thread's own, or for a raster printer a fresh
+// copy, which its driver may spoil.
+BitmapInfo256* ChooseBandInfo(HDC hDC);
+
+// What pixel values of a band mean. Each writes the table of `info` (or leaves the identity indexes
+// standing) with its count, and returns the table usage for the device call.
+// By the display mode: the palette indexes of the device, or the fixed palette for rows reduced
+// here and else the bitmap's own; no table above 8 bits.
+uint32_t SetBandColors(BitmapInfo256* info, const BitmapHandle* bitmap, int32_t bits,
+                       bool fixedPalette);
+// 256 grays, or the palette indexes of the device.
+uint32_t SetBandGrays(BitmapInfo256* info);
+// The bitmap's own palette, whatever the mode.
+uint32_t SetBandPalette(BitmapInfo256* info, const BitmapHandle* bitmap);
+
+class Band {
+ public:
+  // For `rows` rows in all of `width` pixels at `bits` per pixel, of which the device skips the
+  // first `skip`. Their left edge comes to device column `x`. Test it: false when memory failed.
+  struct Form {
+    int32_t bits;
+    int32_t x;
+    int32_t width;
+    int32_t skip;
+    uint32_t rows;
+  };
+  Band(const PaintJob& job, const Form& form, BitmapInfo256* info);
+  explicit operator bool() const { return static_cast<bool>(buffer_); }
+
+  // How the device is to read the table of `info`. Before the first row.
+  void SetUsage(uint32_t usage) { usage_ = usage; }
+
+  // Where the next row is to be written, and the row before it, which outlives its band.
+  uint8_t* Row() const { return next_; }
+  const uint8_t* LastRow() const { return last_; }
+  uint32_t Stride() const { return stride_; }
+
+  // The row at Row() stands complete and belongs to device row `y`, one above the row before it. A
+  // full band goes out.
+  void Commit(int32_t y);
+  // Sends what remains.
+  void Finish() {
+    if (count_) Send();
+  }
+
+ private:
+  void Send();
+
+  const PaintJob& job_;
+  Form form_;
+  BitmapInfo256* info_;
+  uint32_t usage_ = DIB_RGB_COLORS;
+  uint32_t stride_ = 0;
+  uint32_t capacity_ = 0;
+  ScratchBuffer<uint8_t> buffer_;
+  uint8_t* next_ = nullptr;
+  const uint8_t* last_ = nullptr;
+  uint32_t count_ = 0;
+  int32_t y_ = 0;
+};
+
+}  // namespace vn
+
+#endif

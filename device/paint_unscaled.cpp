@@ -1,0 +1,72 @@
+// Painting at 1:1 at any depth.
+#include "device/band.h"
+#include "device/row_output.h"
+#include "device/row_source.h"
+#include "device/scale_mapping.h"
+
+namespace vn {
+namespace {
+
+// The columns of a paint as they are fetched: whole bytes, with pixels to skip in the first.
+struct FetchedColumns {
+  ColumnSpan span;
+  int32_t skip;
+
+  FetchedColumns(int32_t left, int32_t width, int32_t bits) {
+    const auto column = static_cast<uint32_t>(left);
+    const auto end = column + static_cast<uint32_t>(width);
+    span = ColumnSpan::Of(column, end, static_cast<uint32_t>(bits));
+    skip = static_cast<int32_t>(column - span.start);
+    // The first column of packed pixels is a 16-bit word: from 65536 on it wraps. Row lengths are
+    // whole words, as a wrapped one would hold less than is written to it.
+    if (bits < 8) span.start &= 0xFFFF;
+  }
+};
+
+// From the bottom line up. The pattern counts in source coordinates.
+void PaintRows(const PaintJob& job, const ShiftMapping& mapping, const FetchedColumns& columns,
+               const RowOutput& output, uint8_t* fetched, Band* band) {
+  const RowSource source(job);
+  const RECT& lines = mapping.source;
+  int32_t y = mapping.device.bottom;
+  for (int32_t line = lines.bottom; line > lines.top;) {
+    --line;
+    --y;
+    uint8_t* to = output.Direct() ? band->Row() : fetched;
+    source.Fetch(UnscaledStorageRow(job, line), columns.span.start, columns.span.bytes, to);
+    if (!output.Direct()) {
+      output.Write(band->Row(), fetched, columns.skip, columns.skip + mapping.Columns(),
+                   static_cast<uint32_t>(lines.left), line);
+    }
+    band->Commit(y);
+  }
+  band->Finish();
+}
+
+}  // namespace
+
+VnStatus PaintUnscaled(const PaintJob& job, int32_t deviceBits, int32_t kind) {
+  ShiftMapping mapping;
+  if (!MapUnscaled(job, &mapping)) return OK;
+  const int32_t width = mapping.Columns();
+  const FetchedColumns columns(mapping.source.left, width, job.bitmap->BitsPerPixel);
+
+  RowOutput output;
+  const VnStatus status = output.Prepare(job, deviceBits, kind, static_cast<uint64_t>(width));
+  if (status != OK) return status;
+  ScratchBuffer<uint8_t> fetched;
+  if (!output.Direct()) {
+    fetched = ZeroedScratch<uint8_t>(columns.span.bytes);
+    if (!fetched) return ERR_NO_MEMORY;
+  }
+  BitmapInfo256* info = ChooseBandInfo(job.hDC);
+  // Rows that go out as they are begin with the first byte's skipped pixels.
+  const int32_t skip = output.Direct() ? columns.skip : 0;
+  Band band(job, {output.Bits(), mapping.device.left, width + skip, skip, mapping.Rows()}, info);
+  if (!band) return ERR_NO_MEMORY;
+  band.SetUsage(SetBandColors(info, job.bitmap, output.Bits(), output.Dithers()));
+  PaintRows(job, mapping, columns, output, fetched.data(), &band);
+  return OK;
+}
+
+}  // namespace vn

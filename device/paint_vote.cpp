@@ -1,0 +1,123 @@
+// Scaled 1-bit painting by vote: a pixel turns to ink on far less ink than half of its area, so
+// that thin lines outlive shrinking.
+#include <algorithm>
+#include <cmath>
+
+#include "device/band.h"
+#include "device/bit_rows.h"
+
+namespace vn {
+namespace {
+
+uint32_t IntegerSquareRoot(uint64_t value) {
+  auto root = static_cast<uint64_t>(std::sqrt(static_cast<double>(value)));
+  while (root * root > value)
+    --root;
+  while ((root + 1) * (root + 1) <= value)
+    ++root;
+  return static_cast<uint32_t>(root);
+}
+
+// Ink pixels that make ink of a block of `area` pixels.
+uint32_t InkThreshold(uint64_t area) {
+  uint32_t threshold = IntegerSquareRoot(area);
+  if (threshold < 5) --threshold;
+  return threshold < 2 ? 1 : threshold;
+}
+
+class InkVote {
+ public:
+  InkVote(const PaintJob& job, const ScaleMapping& mapping, bool invert)
+      : mapping_(mapping),
+        height_(static_cast<uint64_t>(job.bitmap->Height)),
+        invert_(invert),
+        across_(std::max(mapping.column.quotient, 1u)),
+        down_(std::max(mapping.row.quotient, 1u)),
+        threshold_(InkThreshold(uint64_t{across_} * down_)),
+        rows_(job, mapping, mapping.ColumnOf(mapping.Pixels() - 1) - mapping.firstColumn + across_),
+        counts_(ZeroedScratch<uint32_t>(mapping.Pixels())) {}
+
+  explicit operator bool() const { return rows_ && counts_; }
+
+  // The output row for work row `row`, written to `to`.
+  void Write(uint64_t row, uint8_t* to, uint32_t bytes) {
+    const uint32_t pixels = mapping_.Pixels();
+    std::fill_n(counts_.data(), pixels, 0u);
+    // Every second row votes, and with more than one beyond the pixel's own block.
+    uint64_t cursor = std::min(row, height_ - 1);
+    for (uint32_t i = 0; i < down_; ++i) {
+      Count(rows_.Read(cursor, !invert_));
+      ++cursor;
+      cursor = cursor < height_ - 1 ? cursor + 1 : height_ - 1;
+    }
+    const uint8_t paper = invert_ ? 0 : 0xFF;
+    std::fill_n(to, bytes, paper);
+    for (uint32_t i = 0; i < pixels; ++i) {
+      if (counts_[i] >= threshold_) to[i >> 3] ^= static_cast<uint8_t>(0x80u >> (i & 7));
+    }
+  }
+
+ private:
+  void Count(const uint8_t* bits) {
+    Stepper step = mapping_.column;
+    uint64_t column = rows_.FirstColumn();
+    const uint32_t pixels = mapping_.Pixels();
+    for (uint32_t i = 0; i < pixels; ++i) {
+      counts_[i] += CountBits(bits, column, column + across_);
+      column += step.Advance();
+    }
+  }
+
+  const ScaleMapping& mapping_;
+  uint64_t height_;
+  bool invert_;
+  uint32_t across_, down_;  // block of source pixels that votes
+  uint32_t threshold_;
+  BitRows rows_;
+  ScratchBuffer<uint32_t> counts_;
+};
+
+void PaintRows(const ScaleMapping& mapping, InkVote* vote, Band* band) {
+  Stepper step = mapping.row;
+  uint64_t row = mapping.firstRow;
+  uint64_t held = UINT64_MAX;
+  for (int32_t y = mapping.y1; y > mapping.y0;) {
+    --y;
+    if (row != held) {
+      vote->Write(row, band->Row(), band->Stride());
+      held = row;
+    } else if (band->Row() != band->LastRow()) {
+      std::memcpy(band->Row(), band->LastRow(), band->Stride());
+    }
+    band->Commit(y);
+    row += step.Advance();
+  }
+  band->Finish();
+}
+
+}  // namespace
+
+VnStatus PaintBitonalVote(const PaintJob& job, bool invert) {
+  ScaleMapping mapping;
+  if (!MapScaled(job, &mapping)) return OK;
+  mapping.CarryAtEqualSizes();
+
+  ThreadSettings& settings = CurrentThreadSettings();
+  BitmapInfo256* info = &settings.PaintInfo;
+  Band band(job, {1, mapping.x0, static_cast<int32_t>(mapping.Pixels()), 0, mapping.Rows()}, info);
+  InkVote vote(job, mapping, invert);
+  if (!band || !vote) return ERR_NO_MEMORY;
+  const bool indexes = settings.DisplayMode & MODE_DEVICE_INDEXES;
+  if (indexes && !(settings.DisplayMode & MODE_FIXED_PALETTE)) {
+    band.SetUsage(SetBandColors(info, job.bitmap, 1, false));
+    PaintRows(mapping, &vote, &band);
+  } else {
+    band.SetUsage(SetBandPalette(info, job.bitmap));
+    PaintRows(mapping, &vote, &band);
+    // Under MODE_DEVICE_INDEXES later paints rely on the identity table.
+    if (indexes) WriteIdentityIndexes(info->Indexes());
+  }
+  return OK;
+}
+
+}  // namespace vn

@@ -1,0 +1,47 @@
+// What becomes of a row between the bitmap's depth and the band: copied, widened or dithered.
+#ifndef VNCORE_DEVICE_ROW_OUTPUT_H
+#define VNCORE_DEVICE_ROW_OUTPUT_H
+
+#include "device/dither_rows.h"
+#include "device/expand_rows.h"
+#include "device/paint_job.h"
+
+namespace vn {
+
+class RowOutput {
+ public:
+  // Chooses the loop, once for the paint, and takes what it needs for rows of `pixels` pixels.
+  // Returns OK, ERR_INVALID_PARAMETER when there is no loop for the depths, or ERR_NO_MEMORY.
+  VnStatus Prepare(const PaintJob& job, int32_t deviceBits, int32_t kind, uint64_t pixels);
+
+  // Depth of the rows that go out.
+  int32_t Bits() const { return bits_; }
+  bool Dithers() const { return dither_ != nullptr; }
+  // Rows go out as they are; Write is then not to be called.
+  bool Direct() const { return !dither_ && !expand_; }
+
+  // Pixels `first` to `last` - 1 of `row` go to `to`. Rows come in the order of the paint, since
+  // errors travel from one to the next.
+  void Write(uint8_t* to, const uint8_t* row, int32_t first, int32_t last, uint32_t patternX,
+             int32_t patternY) const {
+    if (dither_) {
+      dither_(to, row, bitmap_, first, last, patternX, patternY, errors_.data(), colors_.data());
+    } else {
+      expand_(to, row, bitmap_, first, last);
+    }
+  }
+
+ private:
+  VnStatus PrepareDither(int32_t deviceBits, uint64_t pixels);
+
+  const BitmapHandle* bitmap_ = nullptr;
+  int32_t bits_ = 0;
+  DitherRow dither_ = nullptr;
+  ExpandRow expand_ = nullptr;
+  ScratchBuffer<DiffusionCell> errors_;
+  ScratchBuffer<RGBQUAD> colors_;
+};
+
+}  // namespace vn
+
+#endif
