@@ -66,6 +66,7 @@ VNCORE_AVX2 __m128i NarrowPattern(bool swap) {
 // follows with them; the buffer of 4 bytes a pixel reaches that far.
 VNCORE_AVX2 void WidenEights(uint8_t* row, size_t end, bool swap) {
   const __m256i pattern = _mm256_broadcastsi128_si256(WidenPattern(swap));
+#pragma GCC unroll 4
   for (size_t x = end; x > 0; x -= 8) {
     uint8_t* from = row + 3 * (x - 8);
     const __m256i eight = _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_loadu_si128(At(from))),
@@ -80,6 +81,7 @@ VNCORE_AVX2 void WidenEights(uint8_t* row, size_t end, bool swap) {
 VNCORE_AVX2 void NarrowEights(uint8_t* row, size_t end, bool swap) {
   const __m256i pattern = _mm256_broadcastsi128_si256(NarrowPattern(swap));
   const __m256i join = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7);
+#pragma GCC unroll 4
   for (size_t x = 0; x < end; x += 8) {
     const __m256i eight = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(row + 4 * x));
     const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(eight, pattern), join);
