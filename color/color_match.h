@@ -2,6 +2,7 @@
 #ifndef VNCORE_COLOR_COLOR_MATCH_H
 #define VNCORE_COLOR_COLOR_MATCH_H
 
+#include "kernel/pixel_format.h"
 #include "kernel/vncore.h"
 
 namespace vn {
@@ -12,6 +13,9 @@ namespace vn {
 // `count` 0 when no short cut applied; the table needs one readable entry even then.
 uint32_t ColorMatch(const RGBQUAD* colors, uint32_t count, uint32_t red, uint32_t green,
                     uint32_t blue);
+
+// The search proper, without the look at the ends that ColorMatch takes first.
+uint32_t NearestEntry(const RGBQUAD* colors, uint32_t count, Rgb wanted);
 
 // Fills `map` with the destination index (or gray, for null `dstColors`) of each source index (or
 // gray level, for null `srcColors`). Returns 1 when the map is the identity, else 0.

@@ -94,9 +94,8 @@ void ColorsToGray(uint8_t* row, size_t width) {
   });
 }
 
-template <int SrcBits, uint32_t Order, int DstBits>
-void ColorsToIndexes(uint8_t* row, size_t width, const RGBQUAD* colors) {
-  ColorSearch search(colors, FullColorCount(DstBits), width);
+template <int SrcBits, uint32_t Order, int DstBits, class Search>
+void ColorsToIndexes(uint8_t* row, size_t width, Search&& search) {
   InBlocks<SrcBits, DstBits>(
       row, width, [&](const uint8_t* source, uint8_t* target, size_t pixels) {
         PixelWriter<DstBits> writer(target);
@@ -210,7 +209,12 @@ void ConvertColorRow(uint8_t* row, size_t width, const Format& from, const Forma
             if (to.IsGray()) {
               ColorsToGray<src, order>(row, width);
             } else {
-              ColorsToIndexes<src, order, dst>(row, width, to.colors);
+              if constexpr (dst == 1) {
+                ColorsToIndexes<src, order, dst>(row, width, PairSearch(to.colors));
+              } else {
+                ColorsToIndexes<src, order, dst>(
+                    row, width, ColorSearch(to.colors, FullColorCount(dst), width));
+              }
             }
           });
         }

@@ -102,6 +102,18 @@ TEST(ColorSearch, AnswersAsColorMatchInAnyOrderOfColours) {
   });
 }
 
+TEST(PairSearch, AnswersAsColorMatchOnBothSidesOfThePlane) {
+  Random random(7);
+  for (int table = 0; table < 60; ++table) {
+    const Colors colors = CrowdedColors(random, 2);
+    const PairSearch search(colors.data());
+    for (int i = 0; i < 200; ++i) {
+      const SlowColor c = RandomColor(random, random.Chance(2));
+      ASSERT_EQ(search.Find({c.red, c.green, c.blue}), Match(colors, c));
+    }
+  }
+}
+
 TEST(BuildColorMap, FollowsTheTablesThatAreThere) {
   Random random(3);
   const Colors from = RandomColors(random, 16), to = RandomColors(random, 256);
