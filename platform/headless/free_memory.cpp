@@ -2,11 +2,16 @@
 #include "platform/headless/free_memory.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cinttypes>
 #include <cstdio>
 
+#include "platform/headless/headless.h"
+
 namespace headless {
 namespace {
+
+constinit std::atomic<uint64_t> claimed{0};
 
 // A number out of a one-line file of the system; false when there is none ("max" is no number).
 bool ReadNumber(const char* name, uint64_t* number) {
@@ -32,6 +37,7 @@ uint64_t AvailableMemory() {
 }  // namespace
 
 uint64_t FreeMemory() {
+  if (const uint64_t told = claimed) return told;
   uint64_t free = AvailableMemory();
   uint64_t limit = 0, used = 0;  // a container's own bounds
   if (ReadNumber("/sys/fs/cgroup/memory.max", &limit) &&
@@ -42,3 +48,5 @@ uint64_t FreeMemory() {
 }
 
 }  // namespace headless
+
+void Headless_SetFreeMemory(uint64_t bytes) { headless::claimed = bytes; }

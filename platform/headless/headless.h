@@ -90,6 +90,10 @@ HEADLESS_API void Headless_FailNth(Headless_Operation family, uint32_t n);
 /* Operations of the family since the last Headless_FailNth. */
 HEADLESS_API uint32_t Headless_OperationCount(Headless_Operation family);
 
+/* What the platform takes for the free memory of the machine, in bytes, when it decides whether a
+ * file mapping gets memory or an unlinked temporary file; 0, as at start, asks the machine. */
+HEADLESS_API void Headless_SetFreeMemory(uint64_t bytes);
+
 /* What is alive. Stock objects, the screen and the screen's surface do not count. */
 typedef struct Headless_Counts {
   uint32_t globalBlocks;   /* blocks of GlobalAlloc */

@@ -1,0 +1,272 @@
+// The three kinds of storage: equal bytes, lives, locks, heights, and what failures leave.
+#include "tests/support/storage_kinds.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+
+#include "tests/support/bitmaps.h"
+#include "tests/support/failure_walk.h"
+#include "tests/support/headless_control.h"
+
+namespace vn::test {
+namespace {
+
+TEST(Storage, RefusesEmptyBitmapsBeforeBadRequests) {
+  BitmapHandle bitmap;
+  Vn_InitBitmap(&bitmap, 0, 5, 8);
+  EXPECT_EQ(Vn_AllocateBitmap(&bitmap, 2), ERR_EMPTY_BITMAP);
+  Vn_InitBitmap(&bitmap, 5, 5, 8);
+  for (const int32_t request : {0, 2, 127, 129, 257, -1}) {
+    EXPECT_EQ(Vn_AllocateBitmap(&bitmap, request), ERR_INVALID_PARAMETER);
+  }
+  EXPECT_EQ(bitmap.Flags, 0u);
+  Vn_FreeBitmap(&bitmap);
+}
+
+TEST(Storage, EveryRequestGivesPixelsAndCanBeRepeated) {
+  BitmapHandle bitmap;
+  Vn_InitBitmap(&bitmap, 100, 50, 24);
+  for (const int32_t request : {STORAGE_AUTO, STORAGE_DISK, STORAGE_MEMORY}) {
+    ASSERT_EQ(Vn_AllocateBitmap(&bitmap, request), OK);
+    WriteRow(&bitmap, 49, Bytes(300, 7));
+    EXPECT_EQ(ReadRow(&bitmap, 49), Bytes(300, 7));
+    Vn_FreeBitmap(&bitmap);
+    EXPECT_FALSE(bitmap.Flags & FLAG_ALLOCATED);
+    EXPECT_EQ(bitmap.Width, 100);
+    Vn_FreeBitmap(&bitmap);
+  }
+}
+
+TEST(Storage, LocksNestByTheirState) {
+  Bitmap bitmap(10, 10, 24);
+  const bool memory = bitmap->Flags & FLAG_IN_MEMORY;
+  const int32_t outer = Vn_LockBitmap(bitmap);
+  EXPECT_EQ(outer, 0);
+  const int32_t inner = Vn_LockBitmap(bitmap);
+  EXPECT_EQ(inner, memory ? 1 : 0);
+  Vn_UnlockBitmap(bitmap, inner);
+  EXPECT_EQ((bitmap->Flags & FLAG_LOCKED) != 0, memory);
+  if (memory) EXPECT_EQ(Vn_ChangeBitmapHeight(bitmap, 10), ERR_INVALID_PARAMETER);
+  Vn_UnlockBitmap(bitmap, outer);
+  EXPECT_FALSE(bitmap->Flags & FLAG_LOCKED);
+  EXPECT_EQ(Vn_ChangeBitmapHeight(bitmap, 10), OK);
+}
+
+TEST(Storage, FreeImageHandsPalettesOn) {
+  Bitmap bitmap(10, 10, 8);
+  BitmapHandle forgotten = *bitmap.get();
+  forgotten.Flags = 0;
+  EXPECT_EQ(Vn_FreeImage(&forgotten, 1), OK);  // no storage: nothing happens
+  EXPECT_EQ(forgotten.PaintPalette, bitmap->PaintPalette);
+  const HPALETTE palette = bitmap->PaintPalette ? bitmap->PaintPalette : bitmap->Palette;
+  ASSERT_NE(palette, nullptr);
+  EXPECT_EQ(Vn_FreeImage(bitmap, 0), OK);
+  EXPECT_EQ(bitmap->PaintPalette, nullptr);
+  EXPECT_EQ(bitmap->Palette, nullptr);
+  EXPECT_EQ(Vn_GetPaletteSize(palette), 256);
+  EXPECT_TRUE(DeleteObject(palette));
+}
+
+TEST(Storage, ChangeHeightOfNothing) {
+  EXPECT_EQ(Vn_ChangeBitmapHeight(nullptr, 3), ERR_NO_BITMAP);
+  BitmapHandle bitmap;
+  Vn_InitBitmap(&bitmap, 5, 5, 8);
+  EXPECT_EQ(Vn_ChangeBitmapHeight(&bitmap, 3), ERR_NO_BITMAP);
+}
+
+#ifndef _WIN32
+
+// The folder of temporary files, empty at first, for the length of a test.
+class TempFolder {
+ public:
+  TempFolder() {
+    char path[] = "/tmp/vncore-test-XXXXXX";
+    EXPECT_NE(mkdtemp(path), nullptr);
+    path_ = path;
+    if (const char* before = std::getenv("TMPDIR")) before_ = before;
+    setenv("TMPDIR", path, 1);
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  ~TempFolder() {
+    if (before_.empty()) {
+      unsetenv("TMPDIR");
+    } else {
+      setenv("TMPDIR", before_.c_str(), 1);
+    }
+    std::filesystem::remove_all(path_);
+  }
+  // Removes the files, and returns how many there were.
+  size_t Sweep() const {
+    size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+      std::filesystem::remove(entry.path());
+      ++count;
+    }
+    return count;
+  }
+
+ private:
+  std::string path_, before_;
+};
+
+BitmapHandle Allocated(const StorageKind& kind, uint32_t width, uint32_t height, int32_t bits) {
+  BitmapHandle bitmap;
+  EXPECT_EQ(Vn_InitBitmap(&bitmap, width, height, bits), OK);
+  EXPECT_EQ(Vn_AllocateBitmap(&bitmap, kind.request), OK);
+  EXPECT_EQ(bitmap.Flags, kind.flags);
+  return bitmap;
+}
+
+#endif
+
+// Random writes of rows and parts of rows against plain bytes.
+HEADLESS_TEST(Storage, AllKindsHoldTheSameBytes) {
+  const TempFolder folder;
+  WithEachStorage([&](const StorageKind& kind) {
+    for (const int32_t bits : kDepths) {
+      Random random(static_cast<uint64_t>(bits));
+      constexpr int32_t kWidth = 61, kHeight = 23;
+      BitmapHandle bitmap = Allocated(kind, kWidth, kHeight, bits);
+      const uint32_t stride = bitmap.BytesPerLine;
+      Bytes model(bitmap.DataSize);
+      const int32_t state = Vn_LockBitmap(&bitmap);
+      for (uint32_t row = 0; row < kHeight; ++row) {  // global memory comes with any bytes
+        ASSERT_EQ(Vn_PutBitmapRow(&bitmap, &model[row * stride], row, stride),
+                  static_cast<int32_t>(stride));
+      }
+      for (int step = 0; step < 200; ++step) {
+        const auto row = static_cast<uint32_t>(random.Between(0, kHeight - 1));
+        const auto column = static_cast<uint32_t>(random.Between(0, kWidth - 1));
+        const uint32_t first = column * static_cast<uint32_t>(bits) / 8;
+        const auto count =
+            static_cast<uint32_t>(random.Between(0, static_cast<int32_t>(stride - first)));
+        Bytes bytes(count + 1);
+        if (random.Chance(2)) {
+          random.Fill(bytes.data(), count);
+          EXPECT_EQ(Vn_PutBitmapRowCol(&bitmap, bytes.data(), row, column, count),
+                    static_cast<int32_t>(count));
+          std::memcpy(&model[row * stride] + first, bytes.data(), count);
+        } else {
+          EXPECT_EQ(Vn_GetBitmapRowCol(&bitmap, bytes.data(), row, column, count),
+                    static_cast<int32_t>(count));
+          EXPECT_EQ(std::memcmp(&model[row * stride] + first, bytes.data(), count), 0);
+        }
+        ASSERT_EQ(bitmap.CurrentOffset, row * stride);
+      }
+      Vn_UnlockBitmap(&bitmap, state);
+      EXPECT_EQ(ReadAll(&bitmap), model);
+      Vn_FreeBitmap(&bitmap);
+    }
+  });
+  EXPECT_EQ(folder.Sweep(), 0u);
+}
+
+HEADLESS_TEST(Storage, ChangeHeightKeepsRows) {
+  WithEachStorage([](const StorageKind& kind) {
+    Random random(3);
+    BitmapHandle bitmap = Allocated(kind, 50, 20, 24);
+    FillRandom(&bitmap, random);
+    const Bytes before = ReadAll(&bitmap);
+    for (const uint32_t height : {47u, 9u, 21u, 1u}) {
+      ASSERT_EQ(Vn_ChangeBitmapHeight(&bitmap, height), OK);
+      EXPECT_EQ(bitmap.Flags, kind.flags);
+      EXPECT_EQ(bitmap.Height, static_cast<int32_t>(height));
+      EXPECT_EQ(bitmap.DataSize, height * bitmap.BytesPerLine);
+      EXPECT_EQ(bitmap.DibHeader.biHeight, bitmap.Height);
+      EXPECT_EQ(bitmap.DibHeader.biSizeImage, bitmap.DataSize);
+      EXPECT_EQ(bitmap.CurrentRow, 0u);
+      EXPECT_EQ(bitmap.CurrentOffset, 0u);
+      WriteRow(&bitmap, height - 1, Bytes(bitmap.BytesPerLine, 1));
+      if (height > 20) {
+        const Bytes now = ReadAll(&bitmap);
+        EXPECT_TRUE(
+            std::equal(before.begin(), before.begin() + 8 * bitmap.BytesPerLine, now.begin()));
+      }
+    }
+    Vn_FreeBitmap(&bitmap);
+  });
+}
+
+HEADLESS_TEST(Storage, FailedHeightsChangeNothing) {
+  WithEachStorage([](const StorageKind& kind) {
+    Random random(4);
+    BitmapHandle bitmap = Allocated(kind, 50, 20, 8);
+    FillRandom(&bitmap, random);
+    const Bytes before = ReadAll(&bitmap);
+    const bool file = kind.flags & FLAG_ON_DISK;
+    WalkFailures(
+        file ? HEADLESS_FILE : HEADLESS_MEMORY,
+        [&](FailureRound& round) {
+          const VnStatus status = round.Run([&] { return Vn_ChangeBitmapHeight(&bitmap, 30); });
+          EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
+          EXPECT_EQ(bitmap.Height, round.Failed() ? 20 : 30);
+          if (!round.Failed()) EXPECT_EQ(Vn_ChangeBitmapHeight(&bitmap, 20), OK);
+          EXPECT_EQ(ReadAll(&bitmap), before);
+        },
+        file ? 2 : 1);
+    Vn_FreeBitmap(&bitmap);
+  });
+}
+
+HEADLESS_TEST(Storage, FailedAllocationsLeaveNothing) {
+  const TempFolder folder;
+  WithEachStorage([&](const StorageKind& kind) {
+    const auto round = [&](FailureRound& now) {
+      BitmapHandle bitmap;
+      Vn_InitBitmap(&bitmap, 100, 100, 24);
+      const VnStatus status = now.Run([&] { return Vn_AllocateBitmap(&bitmap, kind.request); });
+      if (now.Failed() && status != OK) {
+        EXPECT_TRUE(status == ERR_NO_MEMORY || status == ERR_FILE_WRITE) << status;
+        EXPECT_FALSE(bitmap.Flags & FLAG_ALLOCATED);
+      }
+      Vn_FreeBitmap(&bitmap);
+    };
+    const uint32_t memory = WalkFailures(HEADLESS_MEMORY, round);
+    // The name that was made before its own memory failed is the system's empty file.
+    EXPECT_EQ(folder.Sweep(), kind.flags & FLAG_ON_DISK ? memory : 0u);
+    if (kind.flags & FLAG_ON_DISK) WalkFailures(HEADLESS_FILE, round, 4);
+    EXPECT_EQ(folder.Sweep(), 0u);
+  });
+}
+
+HEADLESS_TEST(Storage, Win32sFallsBackToAFile) {
+  const TempFolder folder;
+  const Win32sScope win32s;
+  BitmapHandle bitmap;
+  Vn_InitBitmap(&bitmap, 100, 100, 24);
+  Headless_FailNth(HEADLESS_MEMORY, 1);
+  EXPECT_EQ(Vn_AllocateBitmap(&bitmap, STORAGE_MEMORY), ERR_NO_MEMORY);
+  Headless_FailNth(HEADLESS_MEMORY, 1);
+  EXPECT_EQ(Vn_AllocateBitmap(&bitmap, STORAGE_AUTO), OK);
+  Headless_FailNth(HEADLESS_MEMORY, 0);
+  EXPECT_EQ(bitmap.Flags, static_cast<uint32_t>(FLAG_ALLOCATED | FLAG_ON_DISK));
+  const std::string name = reinterpret_cast<const char*>(bitmap.Bits);
+  EXPECT_EQ(std::filesystem::path(name).filename().string().substr(0, 2), "VN");
+  EXPECT_EQ(std::filesystem::file_size(name), bitmap.DataSize + 1);
+  EXPECT_EQ(Vn_LockBitmap(&bitmap), 0);
+  EXPECT_EQ(Vn_LockBitmap(&bitmap), 0);  // a file is never locked
+  EXPECT_EQ(ReadRow(&bitmap, 99), Bytes(300, 0));
+  Vn_FreeBitmap(&bitmap);
+  EXPECT_EQ(folder.Sweep(), 0u);
+}
+
+HEADLESS_TEST(Storage, GlobalMemoryHasAddressesOnlyWhileLocked) {
+  const Win32sScope win32s;
+  BitmapHandle bitmap;
+  Vn_InitBitmap(&bitmap, 10, 10, 8);
+  ASSERT_EQ(Vn_AllocateBitmap(&bitmap, STORAGE_AUTO), OK);
+  EXPECT_EQ(bitmap.Bits, nullptr);
+  Vn_AccessBitmap(&bitmap);
+  EXPECT_NE(bitmap.Bits, nullptr);
+  EXPECT_EQ(Vn_LockBitmap(&bitmap), 1);
+  Vn_ReleaseBitmap(&bitmap);
+  EXPECT_EQ(bitmap.Bits, nullptr);
+  Vn_LockBitmap(&bitmap);
+  Vn_FreeBitmap(&bitmap);  // also of a locked one
+}
+
+}  // namespace
+}  // namespace vn::test
