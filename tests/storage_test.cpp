@@ -48,7 +48,9 @@ TEST(Storage, LocksNestByTheirState) {
   EXPECT_EQ(inner, memory ? 1 : 0);
   Vn_UnlockBitmap(bitmap, inner);
   EXPECT_EQ((bitmap->Flags & FLAG_LOCKED) != 0, memory);
-  if (memory) EXPECT_EQ(Vn_ChangeBitmapHeight(bitmap, 10), ERR_INVALID_PARAMETER);
+  if (memory) {
+    EXPECT_EQ(Vn_ChangeBitmapHeight(bitmap, 10), ERR_INVALID_PARAMETER);
+  }
   Vn_UnlockBitmap(bitmap, outer);
   EXPECT_FALSE(bitmap->Flags & FLAG_LOCKED);
   EXPECT_EQ(Vn_ChangeBitmapHeight(bitmap, 10), OK);
@@ -203,7 +205,9 @@ HEADLESS_TEST(Storage, FailedHeightsChangeNothing) {
           const VnStatus status = round.Run([&] { return Vn_ChangeBitmapHeight(&bitmap, 30); });
           EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
           EXPECT_EQ(bitmap.Height, round.Failed() ? 20 : 30);
-          if (!round.Failed()) EXPECT_EQ(Vn_ChangeBitmapHeight(&bitmap, 20), OK);
+          if (!round.Failed()) {
+            EXPECT_EQ(Vn_ChangeBitmapHeight(&bitmap, 20), OK);
+          }
           EXPECT_EQ(ReadAll(&bitmap), before);
         },
         file ? 2 : 1);
