@@ -2,41 +2,13 @@
 // at their word; range checks belong to the operations.
 #include <cstring>
 
+#include "kernel/row_position.h"
 #include "kernel/vncore.h"
 
 namespace {
 
-// Moves the row-position cache. A step to a neighbour adds, a jump multiplies; all modulo 2^32.
-inline void MoveToRow(BitmapHandle* bitmap, uint32_t row) {
-  const uint32_t distance = bitmap->CurrentRow - row;
-  if (distance == 0) return;
-  if (distance == 0xFFFFFFFFu) {
-    bitmap->CurrentOffset += bitmap->BytesPerLine;
-  } else if (distance == 1) {
-    bitmap->CurrentOffset -= bitmap->BytesPerLine;
-  } else {
-    bitmap->CurrentOffset = bitmap->BytesPerLine * row;
-  }
-  bitmap->CurrentRow = row;
-}
-
-// The byte that holds the left end of pixel `column`.
-inline uint32_t ByteOfColumn(int32_t bitsPerPixel, uint32_t column) {
-  switch (bitsPerPixel) {
-    case 1:
-      return column >> 3;
-    case 4:
-      return column >> 1;
-    case 16:
-      return column * 2;
-    case 24:
-      return column * 3;
-    case 32:
-      return column * 4;
-    default:
-      return column;
-  }
-}
+using vn::ByteOfColumn;
+using vn::MoveToRow;
 
 // Seeks in the temporary file. OK, or what the row call returns.
 VnStatus SeekFile(BitmapHandle* bitmap, uint32_t position) {
@@ -78,26 +50,22 @@ inline int32_t Write(BitmapHandle* bitmap, const void* buffer, uint32_t position
 }  // namespace
 
 int32_t VN_CALL Vn_GetBitmapRow(BitmapHandle* bitmap, void* buffer, uint32_t row, uint32_t count) {
-  MoveToRow(bitmap, row);
-  return Read(bitmap, buffer, bitmap->CurrentOffset, count);
+  return Read(bitmap, buffer, MoveToRow(bitmap, row), count);
 }
 
 int32_t VN_CALL Vn_PutBitmapRow(BitmapHandle* bitmap, const void* buffer, uint32_t row,
                                 uint32_t count) {
-  MoveToRow(bitmap, row);
-  return Write(bitmap, buffer, bitmap->CurrentOffset, count);
+  return Write(bitmap, buffer, MoveToRow(bitmap, row), count);
 }
 
 int32_t VN_CALL Vn_GetBitmapRowCol(BitmapHandle* bitmap, void* buffer, uint32_t row,
                                    uint32_t column, uint32_t count) {
   const uint32_t inRow = ByteOfColumn(bitmap->BitsPerPixel, column);
-  MoveToRow(bitmap, row);
-  return Read(bitmap, buffer, bitmap->CurrentOffset + inRow, count);
+  return Read(bitmap, buffer, MoveToRow(bitmap, row) + inRow, count);
 }
 
 int32_t VN_CALL Vn_PutBitmapRowCol(BitmapHandle* bitmap, const void* buffer, uint32_t row,
                                    uint32_t column, uint32_t count) {
   const uint32_t inRow = ByteOfColumn(bitmap->BitsPerPixel, column);
-  MoveToRow(bitmap, row);
-  return Write(bitmap, buffer, bitmap->CurrentOffset + inRow, count);
+  return Write(bitmap, buffer, MoveToRow(bitmap, row) + inRow, count);
 }

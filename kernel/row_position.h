@@ -22,15 +22,21 @@ inline uint32_t MoveToRow(BitmapHandle* bitmap, uint32_t row) {
   return bitmap->CurrentOffset;
 }
 
-// Byte of a row in which pixel `column` begins.
+// Byte of a row that holds the left end of pixel `column`.
 inline uint32_t ByteOfColumn(int32_t bitsPerPixel, uint32_t column) {
   switch (bitsPerPixel) {
     case 1:
       return column >> 3;
     case 4:
       return column >> 1;
+    case 16:
+      return column * 2;
+    case 24:
+      return column * 3;
+    case 32:
+      return column * 4;
     default:
-      return column * (static_cast<uint32_t>(bitsPerPixel) / 8);
+      return column;
   }
 }
 
