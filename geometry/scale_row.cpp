@@ -139,7 +139,7 @@ void ScaleRow(int32_t bitsPerPixel, uint32_t rowBytes, uint32_t startPixel, uint
     first = bitsPerPixel == 1 ? startPixel & 7 : startPixel & 1;
     if (expand) step.quotient = 0;
   }
-  if (bitsPerPixel == 1) std::memset(destination, 0, rowBytes);
+  if (bitsPerPixel == 1 && rowBytes) std::memset(destination, 0, rowBytes);
   WithDepth(bitsPerPixel,
             [&](auto bits) { ScaleDepth<bits>(first, step, source, destination, count); });
 }
