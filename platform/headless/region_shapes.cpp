@@ -12,12 +12,12 @@ namespace {
 // The stepping below stays within 64 bits.
 constexpr int64_t kLargestEllipse = 1 << 20;
 
-// Half the widths of the rows of an ellipse that fills `width` by `height` pixels: entry i is the
-// number of pixels that row i from the vertical middle (0: the middle row of an odd height, the
-// lower middle row of an even one) leaves free on each side. Midpoint stepping along the
-// quadrant after Zingl (A Rasterizing Algorithm for Drawing Curves, 2012), on the squared
-// distances of eight times the size.
-std::vector<int32_t> EllipseInsets(int32_t width, int32_t height) {
+// The insets of an ellipse that fills `width` by `height` pixels: entry i is the number of pixels
+// that row i below the vertical middle leaves free on each side. Midpoint stepping along the
+// quadrant after Zingl (A Rasterizing Algorithm for Drawing Curves, 2012), on eight times the
+// squared distances. The tips of a thin ellipse, where the stepping runs out of columns before it
+// has all its rows, take the inset `narrowest`, and none is above it.
+std::vector<int32_t> EllipseInsets(int32_t width, int32_t height, int32_t narrowest) {
   const int64_t a = width - 1, b = height - 1, odd = b & 1;
   const int64_t stepX = 8 * a * a, stepY = 8 * b * b;
   int64_t dx = 4 * (1 - a) * b * b, dy = 4 * (odd + 1) * a * a;
@@ -34,12 +34,11 @@ std::vector<int32_t> EllipseInsets(int32_t width, int32_t height) {
       error += dx += stepY;
     }
     if (twice <= dy) {
-      insets.push_back(inset);
+      insets.push_back(std::min(inset, narrowest));
       error += dy += stepX;
     }
   }
-  // A flat ellipse runs out of columns before it has all its rows.
-  insets.resize(rows, (width - 1) / 2);
+  insets.resize(rows, narrowest);
   return insets;
 }
 
@@ -60,12 +59,14 @@ RegionSet RoundRectSet(int32_t left, int32_t top, int32_t right, int32_t bottom,
   if (wide > kLargestEllipse || high > kLargestEllipse) throw std::bad_alloc();
   const auto width = static_cast<int32_t>(wide), height = static_cast<int32_t>(high);
 
-  const std::vector<int32_t> insets = EllipseInsets(width, height);
+  // No row of the box may be left empty.
+  const auto narrowest = static_cast<int32_t>(std::min(wide / 2, (int64_t{right} - left - 1) / 2));
+  const std::vector<int32_t> insets = EllipseInsets(width, height, narrowest);
   RectList rects;
   RECT* out = rects.Room(static_cast<size_t>(height));
   const auto row = [&](size_t fromMiddle, int32_t y, int32_t end) {
     const int32_t inset = insets[fromMiddle];
-    if (left + inset < right - inset) *out++ = {left + inset, y, right - inset, end};
+    *out++ = {left + inset, y, right - inset, end};
   };
   const int32_t above = height / 2;
   for (int32_t i = 0; i < above; ++i) {
