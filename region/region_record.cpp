@@ -15,11 +15,17 @@ void FreeRegionRecord(RegionRecord* record) {
   Vn_OsFree(record);
 }
 
-RegionRecord* ShrinkRegionRecord(RegionRecord* record, uint32_t count) {
+void SetRegionCount(RegionRecord* record, uint32_t count) {
   record->header.nCount = count;
   record->header.nRgnSize = static_cast<uint32_t>(count * sizeof(RECT));
+}
+
+RegionRecord* ShrinkRegionRecord(RegionRecord* record, uint32_t count) {
+  SetRegionCount(record, count);
   void* smaller = Vn_OsReAlloc(record, RegionRecordBytes(count));
-  return smaller ? static_cast<RegionRecord*>(smaller) : record;
+  if (smaller) return static_cast<RegionRecord*>(smaller);
+  GlobalLock(GlobalHandle(record));  // a failed reallocation leaves the block without its lock
+  return record;
 }
 
 }  // namespace vn

@@ -44,9 +44,11 @@ void FreeRegionRecord(RegionRecord* record);
 // Deletes the cached object, which no longer fits the list.
 void DropCachedRegion(RegionRecord* record);
 
+// Stores the number of rectangles, and the size that goes with it.
+void SetRegionCount(RegionRecord* record, uint32_t count);
+
 // Stores `count`, not above the present one, and gives the memory behind it back. Returns the
-// block's address: a record never moves by shrinking as far as the platform allows, and keeps its
-// larger block when the reallocation fails.
+// block's address, which may have changed; a failed reallocation keeps the larger block.
 RegionRecord* ShrinkRegionRecord(RegionRecord* record, uint32_t count);
 
 }  // namespace vn

@@ -1,0 +1,44 @@
+// Finding the rectangles of a row without a walk through all of them.
+#ifndef VNCORE_REGION_REGION_ROWS_H
+#define VNCORE_REGION_REGION_ROWS_H
+
+#include "region/region_record.h"
+
+namespace vn {
+
+// A cursor over the record of a bitmap, for a row loop or for many point questions. A look over the
+// list at the start tells whether it is banded: platform lists are, and the flips, scalings and
+// cuts of this library keep them so. Then a row's rectangles stand together and are found by
+// bisection; any other list is walked as it is. The record must not change meanwhile.
+class RegionRows {
+ public:
+  explicit RegionRows(const RegionRecord* record);
+
+  // Writes the column runs of a row, left and right of each, in list order. Returns the number of
+  // entries.
+  int32_t Segments(int32_t row, int32_t* segments);
+  bool Contains(int32_t row, int32_t column);
+  // The most entries that a row can have.
+  uint32_t MostSegments() const { return mostRuns_ * 2; }
+
+ private:
+  enum class Order : uint8_t { kNone, kDown, kUp };  // how bands follow in the list
+
+  void Inspect();
+  // Rectangles among which all those of the row are.
+  void GoTo(int32_t row);
+
+  const RegionRecord* record_;
+  Order order_ = Order::kDown;
+  const RECT* band_ = nullptr;  // where the last search ended
+  const RECT* bandEnd_ = nullptr;
+  uint32_t mostRuns_ = 0;
+};
+
+// The entries that a list for any row of the bitmap can need: at least twice what
+// Vn_GetBitmapClipSegmentsMax reports, which counts one entry where a run takes two.
+uint32_t ClipSegmentsCapacity(const BitmapHandle* bitmap);
+
+}  // namespace vn
+
+#endif
