@@ -2,38 +2,42 @@
 #ifndef VNCORE_COMPOSE_ROW_SEGMENTS_H
 #define VNCORE_COMPOSE_ROW_SEGMENTS_H
 
-#include <algorithm>
+#include <optional>
 
 #include "kernel/scratch_buffer.h"
 #include "kernel/vncore.h"
-#include "region/region_record.h"
+#include "region/region_rows.h"
 
 namespace vn {
 
-// Test it: it is empty when memory failed. Load fetches a storage row.
+// What Vn_GetBitmapClipSegments tells of each row, found without a walk through the whole region,
+// in an array that no row overruns. Test it: it is empty when memory failed. The region must not
+// change while this lives.
 class RowSegments {
  public:
-  explicit RowSegments(BitmapHandle* bitmap) : bitmap_(bitmap), entries_(Capacity(bitmap)) {}
+  explicit RowSegments(const BitmapHandle* bitmap) : entries_(ClipSegmentsCapacity(bitmap)) {
+    if (!entries_) return;
+    if (bitmap->Region) {
+      rows_.emplace(bitmap->Region);
+    } else {
+      entries_[0] = 0;
+      entries_[1] = bitmap->Width;
+      count_ = 2;
+    }
+  }
 
   explicit operator bool() const { return static_cast<bool>(entries_); }
+
+  // Fetches the runs of a storage row.
   void Load(int32_t row) {
-    count_ = 0;
-    Vn_GetBitmapClipSegments(bitmap_, row, entries_.data(), &count_);
+    if (rows_) count_ = rows_->Segments(row, entries_.data());
   }
   const int32_t* data() const { return entries_.data(); }
+  // Entries, two a run.
   int32_t count() const { return count_; }
 
  private:
-  // The maximum that is reported does not cover every row: a run takes two entries, and scaling can
-  // bring runs to lie side by side. But no row has more runs than the region has rectangles.
-  static size_t Capacity(BitmapHandle* bitmap) {
-    int32_t reported = 0;
-    Vn_GetBitmapClipSegmentsMax(bitmap, &reported);
-    const uint32_t rectangles = bitmap->Region ? bitmap->Region->header.nCount : 1;
-    return 2 * static_cast<size_t>(std::max<uint32_t>(static_cast<uint32_t>(reported), rectangles));
-  }
-
-  BitmapHandle* bitmap_;
+  std::optional<RegionRows> rows_;
   ScratchBuffer<int32_t> entries_;
   int32_t count_ = 0;
 };
