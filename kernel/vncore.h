@@ -18,6 +18,7 @@
 #include "vn_storage.h"
 #include "vn_palette.h"
 #include "vn_convert.h"
+#include "vn_dither.h"
 #include "vn_color_res.h"
 #include "vn_gray.h"
 #include "vn_halftone.h"

@@ -1,0 +1,52 @@
+// Rows of a dithering run in blocks of pixels: any source format becomes colours, and indexes
+// become any target format, so that the loops between know of neither. A block is read whole before
+// any of it is written, and what is written never reaches pixels that are not read: rows can be
+// dithered in place.
+#ifndef VNCORE_COLOR_DITHER_BLOCKS_H
+#define VNCORE_COLOR_DITHER_BLOCKS_H
+
+#include <algorithm>
+#include <cstddef>
+
+#include "color/dither_state.h"
+
+namespace vn {
+
+inline constexpr size_t kDitherBlock = 256;  // a multiple of 8: blocks start at whole bytes
+
+struct DitherBlock {
+  // A few pixels more than a block, so that loops may run over groups.
+  alignas(32) RGBQUAD pixels[kDitherBlock];  // the fourth byte means nothing
+  alignas(32) uint8_t indexes[kDitherBlock];
+};
+
+using ReadPixelsProc = void (*)(const uint8_t* source, size_t count, const RGBQUAD* colors,
+                                RGBQUAD* pixels);
+using WriteIndexesProc = void (*)(const uint8_t* indexes, size_t count, uint8_t* target);
+
+ReadPixelsProc SelectReadPixels(int32_t bits, uint32_t order);
+WriteIndexesProc SelectWriteIndexes(int32_t bits);
+
+// Calls `choose(block, first, count)` for the blocks of a line, from left to right, to turn
+// block.pixels into block.indexes.
+template <class Choose>
+void ForDitherBlocks(const DitherRecord& run, uint32_t order, const uint8_t* source,
+                     uint8_t* target, size_t width, Choose&& choose) {
+  const ReadPixelsProc read = SelectReadPixels(run.SourceBits, order);
+  const WriteIndexesProc write = SelectWriteIndexes(run.TargetBits);
+  const auto sourceBytes = kDitherBlock * static_cast<size_t>(run.SourceBits) / 8;
+  const auto targetBytes = kDitherBlock * static_cast<size_t>(run.TargetBits) / 8;
+  DitherBlock block;
+  for (size_t first = 0; first < width; first += kDitherBlock) {
+    const size_t count = std::min(kDitherBlock, width - first);
+    read(source, count, run.SourceColors, block.pixels);
+    choose(block, first, count);
+    write(block.indexes, count, target);
+    source += sourceBytes;
+    target += targetBytes;
+  }
+}
+
+}  // namespace vn
+
+#endif
