@@ -64,6 +64,15 @@ class ObjectTable {
     }
   }
 
+  std::vector<HGDIOBJ> HandlesOf(DWORD type) const {
+    std::vector<HGDIOBJ> handles;
+    for (size_t slot = 0; slot < slots_.size(); ++slot) {
+      const Object* object = slots_[slot].object.get();
+      if (object && object->type_ == type) handles.push_back(HandleOf(slot));
+    }
+    return handles;
+  }
+
   uint32_t objects() const { return objects_; }
   uint32_t contexts() const { return contexts_; }
 
@@ -105,6 +114,7 @@ Object* FindObject(HGDIOBJ handle) { return ObjectTable::Get().Find(handle); }
 bool RemoveObject(HGDIOBJ handle) { return ObjectTable::Get().Remove(handle); }
 void HoldObject(HGDIOBJ handle) { ObjectTable::Get().Hold(handle); }
 void LetGoObject(HGDIOBJ handle) { ObjectTable::Get().LetGo(handle); }
+std::vector<HGDIOBJ> HandlesOf(DWORD type) { return ObjectTable::Get().HandlesOf(type); }
 
 void CountLiveObjects(uint32_t* objects, uint32_t* contexts) {
   const std::lock_guard lock(GdiMutex());

@@ -6,6 +6,8 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <utility>
+#include <vector>
 
 #include "platform/win32.h"
 
@@ -64,6 +66,9 @@ bool RemoveObject(HGDIOBJ handle);
 // Selection into a context counts as a hold. Null and dead handles are ignored.
 void HoldObject(HGDIOBJ handle);
 void LetGoObject(HGDIOBJ handle);
+
+// Handles of all objects of a type, stock ones included.
+std::vector<HGDIOBJ> HandlesOf(DWORD type);
 
 // Objects alive, stock ones not counted; device contexts count apart.
 void CountLiveObjects(uint32_t* objects, uint32_t* contexts);

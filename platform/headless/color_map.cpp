@@ -1,0 +1,125 @@
+// Conversion of pixel values from one image to those of another.
+#include "platform/headless/color_map.h"
+
+#include <bitset>
+#include <cstring>
+
+#include "platform/headless/pixel_rows.h"
+
+namespace headless {
+namespace {
+
+bool SameColors(const ColorTable& a, const ColorTable& b) {
+  return a.count == b.count &&
+         std::memcmp(a.entries.data(), b.entries.data(), a.count * sizeof(RGBQUAD)) == 0;
+}
+
+// The nearest entries of one table in another, as found last. Guarded by the lock of every call.
+const std::array<uint32_t, 256>& NearestEntries(const ColorTable& from, const ColorTable& to) {
+  static ColorTable lastFrom, lastTo;
+  static std::array<uint32_t, 256> nearest;
+  if (!SameColors(lastFrom, from) || !SameColors(lastTo, to)) {
+    for (uint32_t i = 0; i < from.count; ++i) {
+      nearest[i] = NearestEntry(to, RgbOf(from.entries[i]));
+    }
+    lastFrom = from;
+    lastTo = to;
+  }
+  return nearest;
+}
+
+// Nearest entries for colours of which there are too many to search for each: colours that agree in
+// the upper five bits of all channels get the entry of the first of them that turned up.
+class CellMatcher {
+ public:
+  void Start() { known_.reset(); }
+  uint32_t Match(const ColorTable& table, uint32_t rgb) {
+    const uint32_t cell = (rgb >> 9 & 0x7C00) | (rgb >> 6 & 0x03E0) | (rgb >> 3 & 0x001F);
+    if (!known_[cell]) {
+      known_.set(cell);
+      entry_[cell] = static_cast<uint8_t>(NearestEntry(table, rgb));
+    }
+    return entry_[cell];
+  }
+
+ private:
+  std::bitset<32768> known_;
+  uint8_t entry_[32768];
+};
+
+// One for all calls, which run one at a time.
+CellMatcher& Cells() {
+  static CellMatcher cells;
+  return cells;
+}
+
+}  // namespace
+
+uint32_t PixelOf(uint32_t rgb, const Surface& target, const MonochromeColors& monochrome) {
+  if (target.monochrome()) return rgb == monochrome.background ? 1 : 0;
+  if (target.layout.indexed()) return NearestEntry(*target.colors, rgb);
+  RgbToPixels(target.layout, 1, &rgb);
+  return rgb;
+}
+
+uint32_t ColorOf(uint32_t pixel, const Surface& surface, const MonochromeColors& monochrome) {
+  if (surface.monochrome()) return pixel ? monochrome.background : monochrome.text;
+  if (surface.layout.indexed()) return RgbOf(surface.colors->entries[pixel]);
+  PixelsToRgb(surface.layout, 1, &pixel);
+  return pixel;
+}
+
+ColorMap::ColorMap(const PixelLayout& source, const ColorTable* colors, const Surface& target,
+                   const MonochromeColors& monochrome)
+    : source_(source), target_(target), monochrome_(monochrome) {
+  if (!source.indexed()) {
+    identity_ = source == target.layout;
+    if (target.layout.indexed()) Cells().Start();
+    return;
+  }
+  if (target.layout.indexed() && target.colors && SameColors(*colors, *target.colors)) {
+    for (uint32_t i = 0; i < colors->count; ++i)
+      table_[i] = i;
+  } else if (target.layout.indexed() && target.colors) {
+    table_ = NearestEntries(*colors, *target.colors);
+  } else {
+    for (uint32_t i = 0; i < colors->count; ++i) {
+      table_[i] = PixelOf(RgbOf(colors->entries[i]), target, monochrome);
+    }
+  }
+  CheckTable();
+}
+
+ColorMap::ColorMap(const PixelLayout& source, const std::array<uint32_t, 256>& table,
+                   const Surface& target)
+    : source_(source), target_(target), table_(table) {
+  CheckTable();
+}
+
+void ColorMap::CheckTable() {
+  identity_ = source_ == target_.layout;
+  for (uint32_t i = 0; identity_ && i < 1u << source_.bits; ++i)
+    identity_ = table_[i] == i;
+}
+
+void ColorMap::Apply(int32_t count, uint32_t* pixels) const {
+  if (identity_) return;
+  if (source_.indexed()) {
+    for (int32_t i = 0; i < count; ++i)
+      pixels[i] = table_[pixels[i]];
+    return;
+  }
+  PixelsToRgb(source_, count, pixels);
+  if (!target_.layout.indexed()) {
+    RgbToPixels(target_.layout, count, pixels);
+  } else if (target_.colors) {
+    CellMatcher& cells = Cells();
+    for (int32_t i = 0; i < count; ++i)
+      pixels[i] = cells.Match(*target_.colors, pixels[i]);
+  } else {
+    for (int32_t i = 0; i < count; ++i)
+      pixels[i] = pixels[i] == monochrome_.background;
+  }
+}
+
+}  // namespace headless

@@ -1,0 +1,97 @@
+// The screen: its device, its contexts and the controls that replace it and look at it.
+#include <cstring>
+
+#include "platform/headless/context.h"
+#include "platform/headless/device.h"
+#include "platform/headless/device_colors.h"
+#include "platform/headless/static_colors.h"
+
+namespace headless {
+namespace {
+
+bool Possible(const Headless_Display& d) {
+  constexpr int32_t kLargest = 32767;
+  const bool depth = d.bitsPerPixel == 1 || d.bitsPerPixel == 4 || d.bitsPerPixel == 8 ||
+                     d.bitsPerPixel == 16 || d.bitsPerPixel == 24 || d.bitsPerPixel == 32;
+  const bool palette =
+      !d.paletteDevice || (d.bitsPerPixel == 8 && d.reservedColors >= 0 &&
+                           d.reservedColors <= kStaticColorCount && d.reservedColors % 2 == 0);
+  return depth && palette && d.width >= 1 && d.height >= 1 && d.width <= kLargest &&
+         d.height <= kLargest && d.dotsPerInch >= 1;
+}
+
+std::shared_ptr<Device>& CurrentScreen() {
+  static auto* screen = new std::shared_ptr<Device>(
+      MakeDevice({1024, 768, 24, 0, kStaticColorCount, DT_RASDISPLAY, 96}));
+  return *screen;
+}
+
+}  // namespace
+
+std::shared_ptr<ColorTable> Device::Colors() const {
+  return palette ? palette->colors() : FixedColors(static_cast<uint32_t>(traits.bitsPerPixel));
+}
+
+std::shared_ptr<Device> MakeDevice(const Headless_Display& traits) {
+  if (!Possible(traits)) return nullptr;
+  auto device = std::make_shared<Device>();
+  device->traits = traits;
+  if (traits.paletteDevice) {
+    device->palette = std::make_unique<SystemPalette>(traits.reservedColors);
+  }
+  const auto bits = static_cast<uint32_t>(traits.bitsPerPixel);
+  const auto stride = static_cast<size_t>(RowBytes(static_cast<uint64_t>(traits.width), bits));
+  device->pixels.resize(stride * static_cast<size_t>(traits.height));
+  device->surface = {device->pixels.data(), static_cast<ptrdiff_t>(stride),
+                     traits.width,          traits.height,
+                     LayoutOf(bits),        device->Colors()};
+  return device;
+}
+
+const std::shared_ptr<Device>& Screen() { return CurrentScreen(); }
+
+}  // namespace headless
+
+using namespace headless;
+
+int32_t Headless_SetDisplay(const Headless_Display* display) {
+  return Enter<int32_t>(0, [&]() -> int32_t {
+    std::shared_ptr<Device> made = MakeDevice(*display);
+    if (!made) return 0;
+    CloseContextsOf(*Screen());
+    CurrentScreen() = std::move(made);
+    return 1;
+  });
+}
+
+void Headless_GetDisplay(Headless_Display* display) {
+  const std::lock_guard lock(GdiMutex());
+  *display = Screen()->traits;
+}
+
+void Headless_GetScreen(Headless_Surface* surface) {
+  const std::lock_guard lock(GdiMutex());
+  const Surface& pixels = Screen()->surface;
+  *surface = {pixels.top,
+              pixels.width,
+              pixels.height,
+              static_cast<int32_t>(pixels.layout.bits),
+              static_cast<uint32_t>(pixels.pitch),
+              {}};
+  if (pixels.colors) {
+    std::memcpy(surface->colors, pixels.colors->entries.data(), sizeof surface->colors);
+  }
+}
+
+HDC GetDC(HWND) {
+  return Enter<HDC>(nullptr,
+                    [] { return AddNew<HDC>(std::make_unique<Context>(OBJ_DC, Screen())); });
+}
+
+// 1 for a context of GetDC, 0 for any other and for one that is dead.
+int ReleaseDC(HWND, HDC context) {
+  return Enter<int>(0, [&] {
+    const auto* found = Find<Context>(context);
+    return found && found->type() == OBJ_DC && RemoveObject(context) ? 1 : 0;
+  });
+}
