@@ -1,0 +1,44 @@
+// A file that is read from its start to its end.
+#ifndef VNCORE_TOOLS_INPUT_FILE_H
+#define VNCORE_TOOLS_INPUT_FILE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace vn::tool {
+
+class InputFile {
+ public:
+  // Throws Failure when there is nothing to read.
+  explicit InputFile(const std::string& path);
+
+  const std::string& Path() const { return path_; }
+  // The first bytes, which are read again later.
+  static constexpr size_t kHeadBytes = 8;
+  const uint8_t* Head() const { return head_; }
+  size_t HeadCount() const { return headCount_; }
+
+  // Reads exactly `count` bytes, or returns false; ErrorText() then says why. Never throws, so that
+  // a C library's callback may call it.
+  bool Read(void* to, size_t count) noexcept;
+  const char* ErrorText() const noexcept;
+
+ private:
+  struct Close {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+
+  std::string path_;
+  std::unique_ptr<std::FILE, Close> file_;
+  uint8_t head_[kHeadBytes] = {};
+  size_t headCount_ = 0;
+  size_t headUsed_ = 0;
+  int error_ = 0;
+};
+
+}  // namespace vn::tool
+
+#endif

@@ -1,0 +1,48 @@
+// Values of command-line options: sizes, rectangles, colours, and the storage kinds.
+#ifndef VNCORE_TOOLS_OPTION_VALUES_H
+#define VNCORE_TOOLS_OPTION_VALUES_H
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "kernel/pixel_format.h"
+
+namespace vn::tool {
+
+struct Size {
+  int32_t width, height;
+};
+
+// The picture as seen, from its top left.
+struct Area {
+  int32_t x, y, width, height;
+};
+
+// "640x480"
+std::optional<Size> ParseSize(const std::string& text);
+// "X,Y,W,H"
+std::optional<Area> ParseArea(const std::string& text);
+// "white", "#fff", "#ffffff" or "255,255,255"
+std::optional<Rgb> ParseColor(const std::string& text);
+// "auto", "disk", "memory": a STORAGE_ value
+std::optional<int32_t> ParseStorage(const std::string& text);
+
+// Adds an option whose text goes through `parse` into `target`; text that does not parse is a usage
+// error that shows `form`.
+template <class Target, class Value>
+CLI::Option* AddParsed(CLI::App* command, const std::string& name, Target* target,
+                       std::optional<Value> (*parse)(const std::string&), const std::string& form,
+                       const std::string& help) {
+  const auto take = [=](const std::string& text) {
+    const std::optional<Value> value = parse(text);
+    if (!value) throw CLI::ValidationError(name, "'" + text + "' is not of the form " + form);
+    *target = *value;
+  };
+  return command->add_option_function<std::string>(name, take, help)->type_name(form);
+}
+
+}  // namespace vn::tool
+
+#endif

@@ -1,0 +1,88 @@
+#include "tools/output_file.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <utility>
+
+#include "tools/failure.h"
+
+namespace vn::tool {
+namespace {
+
+// What a newly created file may have. The mask can only be read by setting it.
+mode_t UsualMode() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) {
+    if (errno != ENOENT) Fail(errno);
+    OpenTemporary(UsualMode());
+  } else if (S_ISDIR(status.st_mode)) {
+    Fail(EISDIR);
+  } else if (S_ISREG(status.st_mode)) {
+    if (access(path.c_str(), W_OK) != 0) Fail(errno);
+    std::error_code ignored;
+    const auto resolved = std::filesystem::canonical(path, ignored);
+    if (!resolved.empty()) target_ = resolved.string();
+    OpenTemporary(status.st_mode & 07777);
+  } else {
+    file_ = std::fopen(path.c_str(), "wb");
+    if (!file_) Fail(errno);
+  }
+}
+
+OutputFile::~OutputFile() {
+  if (file_) std::fclose(file_);
+  if (!temporary_.empty()) unlink(temporary_.c_str());
+}
+
+void OutputFile::OpenTemporary(unsigned mode) {
+  const auto folder = std::filesystem::path(target_).parent_path();
+  std::string name = (folder / ".vncore-XXXXXX").string();
+  const int descriptor = mkstemp(name.data());
+  if (descriptor < 0) Fail(errno);
+  // A file system that knows no permissions may refuse; the file is good without.
+  [[maybe_unused]] const int refused = fchmod(descriptor, mode);
+  file_ = fdopen(descriptor, "wb");
+  if (!file_) {
+    const int error = errno;
+    close(descriptor);
+    unlink(name.c_str());
+    Fail(error);
+  }
+  temporary_ = std::move(name);
+}
+
+bool OutputFile::Write(const void* bytes, size_t count) noexcept {
+  errno = 0;
+  if (std::fwrite(bytes, 1, count, file_) == count) return true;
+  error_ = errno;
+  return false;
+}
+
+const char* OutputFile::ErrorText() const noexcept { return std::strerror(error_); }
+
+void OutputFile::Commit() {
+  errno = 0;
+  if (std::fclose(std::exchange(file_, nullptr)) != 0) Fail(errno);
+  if (temporary_.empty()) return;
+  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail(errno);
+  temporary_.clear();
+}
+
+void OutputFile::Fail(int error) const {
+  throw Failure("cannot write " + path_ + ": " + std::strerror(error));
+}
+
+}  // namespace vn::tool

@@ -1,0 +1,43 @@
+// A file that appears under its name when it is complete, or not at all.
+#ifndef VNCORE_TOOLS_OUTPUT_FILE_H
+#define VNCORE_TOOLS_OUTPUT_FILE_H
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+namespace vn::tool {
+
+// Bytes go to a temporary name in the same folder; Commit() renames it, which also replaces an
+// earlier file in one step. A destructor without Commit() removes it. What is no regular file (a
+// device, a pipe) is written directly.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& path);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
+
+  const std::string& Path() const { return path_; }
+
+  // Returns false on failure; ErrorText() then says why. Never throws, for callbacks of C
+  // libraries.
+  bool Write(const void* bytes, size_t count) noexcept;
+  const char* ErrorText() const noexcept;
+  // Throws Failure when the file cannot be completed.
+  void Commit();
+
+ private:
+  void OpenTemporary(unsigned mode);
+  [[noreturn]] void Fail(int error) const;
+
+  std::string path_;       // as the user wrote it, for messages
+  std::string target_;     // the name that appears in the end, links resolved
+  std::string temporary_;  // empty: none, or it became the target
+  std::FILE* file_ = nullptr;
+  int error_ = 0;
+};
+
+}  // namespace vn::tool
+
+#endif
