@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# Installs what a purpose needs and this Debian machine lacks; does nothing when all is there.
+#
+#   scripts/setup.sh demo|test|bench|windows...
+#
+# Exit status 2: a package cannot be had here, and the last line names what is missing.
+set -eu
+
+export DEBIAN_FRONTEND=noninteractive
+
+packages=(cmake make g++ pkg-config)
+windows=
+for purpose in "$@"; do
+  case $purpose in
+    demo) packages+=(libpng-dev libcli11-dev) ;;
+    test) packages+=(libpng-dev libcli11-dev libgtest-dev) ;;
+    bench) packages+=(libpng-dev libcli11-dev libbenchmark-dev) ;;
+    windows) packages+=(g++-mingw-w64-i686-posix googletest wine wine32:i386 xvfb xauth)
+             windows=yes ;;
+    *) echo "usage: scripts/setup.sh demo|test|bench|windows..." >&2; exit 1 ;;
+  esac
+done
+
+missing=()
+for package in "${packages[@]}"; do
+  state=$(dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | head -n 1 || true)
+  [ "$state" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null; then
+    echo "setup: please install as root: ${missing[*]}" >&2
+    exit 2
+  fi
+  as_root=(sudo -n)
+fi
+
+echo "setup: installing ${missing[*]}"
+if [ -n "$windows" ]; then
+  "${as_root[@]}" dpkg --add-architecture i386 || true
+fi
+# Lists first: on a fresh machine there are none.
+"${as_root[@]}" apt-get update -qq </dev/null || true
+if ! "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null; then
+  echo "setup: could not install ${missing[*]}" >&2
+  exit 2
+fi
