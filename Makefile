@@ -37,9 +37,9 @@ test-windows:
 bench:
 	scripts/setup.sh bench
 	$(CONFIGURE) native
-	$(BUILD) native --target vncore_bench vncore_tool
+	$(BUILD) native --target vncore_bench vncore_peak_memory vncore_tool
 	build-native/bench/vncore_bench
-	bench/peak_memory.sh build-native/tools/vncore
+	bench/peak_memory.sh build-native
 
 clean:
 	rm -rf build-native build-asan build-win32 out

@@ -1,0 +1,65 @@
+// Painting 24-bit pictures on the headless screen: scaling, dithering and the device's own copy.
+#include <algorithm>
+
+#include "bench/against_memcpy.h"
+#include "bench/pictures.h"
+#include "kernel/pixel_format.h"
+#include "kernel/platform_objects.h"
+
+namespace vn::bench {
+namespace {
+
+constexpr int32_t kWidth = 2048;
+constexpr int32_t kHeight = 1536;
+
+// A picture of the given size over a whole screen of 2048 by 1536.
+void Paint(benchmark::State& state, int32_t deviceBits, uint32_t mode, int32_t percent) {
+  const auto width = static_cast<uint32_t>(kWidth * percent / 100);
+  const auto height = static_cast<uint32_t>(kHeight * percent / 100);
+  Picture picture(width, height, 24);
+  SetScreen(kWidth, kHeight, deviceBits);
+  const ScreenDC screen;
+  const OwnedObject<HPALETTE> palette(Vn_CreatePaintPalette(screen.get(), picture));
+  HPALETTE before = {};
+  if (palette) {
+    before = SelectPalette(screen.get(), palette.get(), FALSE);
+    RealizePalette(screen.get());
+  }
+  const DisplayModeScope scope(MODE_ORDERED_DITHER, mode);
+  const RECT all = {0, 0, kWidth, kHeight};
+  // Of a larger picture only the rows that are shown are read.
+  const size_t rowsRead = std::min(static_cast<size_t>(height), static_cast<size_t>(kHeight));
+  CompareTouched(
+      state, double{kWidth} * kHeight, size_t{picture->BytesPerLine} * rowsRead,
+      size_t{StrideOf(kWidth, static_cast<uint32_t>(deviceBits))} * kHeight, [&] {
+        if (Vn_PaintDC(screen.get(), picture, nullptr, nullptr, &all, nullptr, SRCCOPY) != OK) {
+          std::abort();
+        }
+      });
+  if (before) SelectPalette(screen.get(), before, FALSE);
+}
+
+void Ordered(benchmark::State& state) {
+  Paint(state, static_cast<int32_t>(state.range(0)), MODE_ORDERED_DITHER,
+        static_cast<int32_t>(state.range(1)));
+}
+void Diffusion(benchmark::State& state) {
+  Paint(state, static_cast<int32_t>(state.range(0)), 0, static_cast<int32_t>(state.range(1)));
+}
+
+// Percent: the picture's size in parts of the screen's. 100 is unscaled.
+void Sizes(benchmark::internal::Benchmark* bench) {
+  bench->ArgNames({"bits", "percent"})->Unit(benchmark::kMillisecond);
+  for (const int64_t bits : {1, 4, 8}) {
+    for (const int64_t percent : {100, 60, 170})
+      bench->Args({bits, percent});
+  }
+}
+BENCHMARK(Ordered)->Apply(Sizes);
+BENCHMARK(Diffusion)->Apply(Sizes);
+
+void Direct(benchmark::State& state) { Paint(state, 24, 0, static_cast<int32_t>(state.range(0))); }
+BENCHMARK(Direct)->ArgName("percent")->Arg(100)->Arg(60)->Arg(170)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace vn::bench
