@@ -8,7 +8,7 @@
 #ifndef VNCORE_PLATFORM_HEADLESS_HEADLESS_H
 #define VNCORE_PLATFORM_HEADLESS_HEADLESS_H
 
-#include "platform/win32.h"
+#include "../win32.h" /* so that it is also found where it is installed */
 
 #ifdef __cplusplus
 extern "C" {

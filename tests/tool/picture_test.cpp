@@ -76,7 +76,9 @@ TEST(Picture, EveryKindShowsItsSamplesInterlacedOrNot) {
           WriteFile(path, picture.Encode(interlaced));
           Bitmap bitmap;
           Load(path, background, bitmap);
-          if (background.red == 255) EXPECT_EQ(bitmap->BitsPerPixel, picture.BitmapBits());
+          if (background.red == 255) {
+            EXPECT_EQ(bitmap->BitsPerPixel, picture.BitmapBits());
+          }
           ExpectShows(bitmap, picture, background);
           if (HasFatalFailure()) return;
         }
