@@ -162,6 +162,29 @@ TEST(Frame, EntryPointIgnoresOtherReasons) {
   EXPECT_EQ(DllMain(nullptr, 0xFFFFFFFF, nullptr), 1);
 }
 
+#ifndef _WIN32
+// Static objects of a program may use the library before main and after it.
+struct StaticUser {
+  StaticUser() {
+    Headless_GetCounts(&before);
+    status = Vn_InitBitmap(&bitmap, 300, 300, 24);
+    if (status == OK) status = Vn_AllocateBitmap(&bitmap, STORAGE_AUTO);
+  }
+  ~StaticUser() { Vn_FreeBitmap(&bitmap); }
+  BitmapHandle bitmap;
+  VnStatus status;
+  Headless_Counts before;
+} staticUser;
+#endif
+
+HEADLESS_TEST(Frame, StaticObjectsFindTheLibraryAttached) {
+  EXPECT_EQ(staticUser.before.globalBlocks, 1u);  // the main thread's settings
+  EXPECT_EQ(staticUser.status, OK);
+  EXPECT_EQ(staticUser.bitmap.XResolution, 150);
+  WriteRow(&staticUser.bitmap, 299, Bytes(900, 3));
+  EXPECT_EQ(ReadRow(&staticUser.bitmap, 299), Bytes(900, 3));
+}
+
 // A thread without a block, and without a slot to put one in, works with the initial values.
 TEST(Frame, WithoutAnAttachmentTheDefaultsHold) {
   ASSERT_EQ(DllMain(nullptr, DLL_PROCESS_DETACH, nullptr), 1);

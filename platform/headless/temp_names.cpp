@@ -70,7 +70,7 @@ DWORD GetTempPathA(DWORD size, LPSTR buffer) {
 }
 
 UINT GetTempFileNameA(LPCSTR path, LPCSTR prefix, UINT unique, LPSTR buffer) {
-  if (std::strlen(path) + headless::kNameLength > MAX_PATH) return 0;
+  if (!*path || std::strlen(path) + headless::kNameLength > MAX_PATH) return 0;
   if (unique != 0) {  // only the name is wanted
     return headless::WriteName(buffer, path, prefix, unique & 0xFFFF) ? unique : 0;
   }
