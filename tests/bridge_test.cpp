@@ -33,7 +33,7 @@ TEST(Bridge, ServesRowsAndRefusesTheRest) {
   }
 }
 
-#ifndef _WIN32
+#ifndef _WIN32  // what follows steers the headless platform
 
 // A thunk layer as Win32s has one, with its other side here.
 struct FakeThunks {
@@ -73,9 +73,7 @@ class ThunkScope {
   }
 };
 
-#endif
-
-HEADLESS_TEST(Bridge, StandsOnWin32sWithAThunkLayer) {
+TEST(Bridge, StandsOnWin32sWithAThunkLayer) {
   const UINT mode = SetErrorMode(0x1234);
   {
     const ThunkScope scope;
@@ -95,7 +93,7 @@ HEADLESS_TEST(Bridge, StandsOnWin32sWithAThunkLayer) {
   EXPECT_EQ(SetErrorMode(mode), 0x1234u);
 }
 
-HEADLESS_TEST(Bridge, MissingPiecesOnlyLeaveItOut) {
+TEST(Bridge, MissingPiecesOnlyLeaveItOut) {
   {
     const Win32sScope win32s;
     EXPECT_FALSE(BridgeActive());
@@ -112,6 +110,8 @@ HEADLESS_TEST(Bridge, MissingPiecesOnlyLeaveItOut) {
   EXPECT_FALSE(BridgeActive());
   EXPECT_EQ(thunks.registrations, 1);
 }
+
+#endif
 
 }  // namespace
 }  // namespace vn::test

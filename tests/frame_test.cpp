@@ -175,15 +175,15 @@ struct StaticUser {
   VnStatus status;
   Headless_Counts before;
 } staticUser;
-#endif
 
-HEADLESS_TEST(Frame, StaticObjectsFindTheLibraryAttached) {
+TEST(Frame, StaticObjectsFindTheLibraryAttached) {
   EXPECT_EQ(staticUser.before.globalBlocks, 1u);  // the main thread's settings
   EXPECT_EQ(staticUser.status, OK);
   EXPECT_EQ(staticUser.bitmap.XResolution, 150);
   WriteRow(&staticUser.bitmap, 299, Bytes(900, 3));
   EXPECT_EQ(ReadRow(&staticUser.bitmap, 299), Bytes(900, 3));
 }
+#endif
 
 // A thread without a block, and without a slot to put one in, works with the initial values.
 TEST(Frame, WithoutAnAttachmentTheDefaultsHold) {

@@ -78,7 +78,7 @@ TEST(Storage, ChangeHeightOfNothing) {
   EXPECT_EQ(Vn_ChangeBitmapHeight(&bitmap, 3), ERR_NO_BITMAP);
 }
 
-#ifndef _WIN32
+#ifndef _WIN32  // what follows steers the headless platform
 
 // The folder of temporary files, empty at first, for the length of a test.
 class TempFolder {
@@ -122,10 +122,8 @@ BitmapHandle Allocated(const StorageKind& kind, uint32_t width, uint32_t height,
   return bitmap;
 }
 
-#endif
-
 // Random writes of rows and parts of rows against plain bytes.
-HEADLESS_TEST(Storage, AllKindsHoldTheSameBytes) {
+TEST(Storage, AllKindsHoldTheSameBytes) {
   const TempFolder folder;
   WithEachStorage([&](const StorageKind& kind) {
     for (const int32_t bits : kDepths) {
@@ -166,7 +164,7 @@ HEADLESS_TEST(Storage, AllKindsHoldTheSameBytes) {
   EXPECT_EQ(folder.Sweep(), 0u);
 }
 
-HEADLESS_TEST(Storage, ChangeHeightKeepsRows) {
+TEST(Storage, ChangeHeightKeepsRows) {
   WithEachStorage([](const StorageKind& kind) {
     Random random(3);
     BitmapHandle bitmap = Allocated(kind, 50, 20, 24);
@@ -192,7 +190,7 @@ HEADLESS_TEST(Storage, ChangeHeightKeepsRows) {
   });
 }
 
-HEADLESS_TEST(Storage, FailedHeightsChangeNothing) {
+TEST(Storage, FailedHeightsChangeNothing) {
   WithEachStorage([](const StorageKind& kind) {
     Random random(4);
     BitmapHandle bitmap = Allocated(kind, 50, 20, 8);
@@ -215,7 +213,7 @@ HEADLESS_TEST(Storage, FailedHeightsChangeNothing) {
   });
 }
 
-HEADLESS_TEST(Storage, FailedAllocationsLeaveNothing) {
+TEST(Storage, FailedAllocationsLeaveNothing) {
   const TempFolder folder;
   WithEachStorage([&](const StorageKind& kind) {
     const auto round = [&](FailureRound& now) {
@@ -236,7 +234,7 @@ HEADLESS_TEST(Storage, FailedAllocationsLeaveNothing) {
   });
 }
 
-HEADLESS_TEST(Storage, Win32sFallsBackToAFile) {
+TEST(Storage, Win32sFallsBackToAFile) {
   const TempFolder folder;
   const Win32sScope win32s;
   BitmapHandle bitmap;
@@ -257,7 +255,7 @@ HEADLESS_TEST(Storage, Win32sFallsBackToAFile) {
   EXPECT_EQ(folder.Sweep(), 0u);
 }
 
-HEADLESS_TEST(Storage, GlobalMemoryHasAddressesOnlyWhileLocked) {
+TEST(Storage, GlobalMemoryHasAddressesOnlyWhileLocked) {
   const Win32sScope win32s;
   BitmapHandle bitmap;
   Vn_InitBitmap(&bitmap, 10, 10, 8);
@@ -271,6 +269,8 @@ HEADLESS_TEST(Storage, GlobalMemoryHasAddressesOnlyWhileLocked) {
   Vn_LockBitmap(&bitmap);
   Vn_FreeBitmap(&bitmap);  // also of a locked one
 }
+
+#endif
 
 }  // namespace
 }  // namespace vn::test
