@@ -1,0 +1,109 @@
+// GetDIBits: a bitmap's rows in the layout that the caller names.
+#include <algorithm>
+#include <cstring>
+
+#include "platform/headless/bitmap.h"
+#include "platform/headless/blit.h"
+#include "platform/headless/context.h"
+#include "platform/headless/device_colors.h"
+#include "platform/headless/dib_format.h"
+
+namespace headless {
+namespace {
+
+// What a header tells of a bitmap whose depth is not asked for: its own.
+void DescribeBitmap(const Surface& surface, BITMAPINFOHEADER* header) {
+  const uint32_t bits = surface.layout.bits;
+  header->biWidth = surface.width;
+  header->biHeight = surface.height;
+  header->biPlanes = 1;
+  header->biBitCount = static_cast<WORD>(bits);
+  header->biCompression = bits == 16 || surface.layout != LayoutOf(bits) ? BI_BITFIELDS : BI_RGB;
+  header->biSizeImage = static_cast<DWORD>(RowBytes(static_cast<uint64_t>(surface.width), bits) *
+                                           static_cast<uint64_t>(surface.height));
+  header->biXPelsPerMeter = 0;
+  header->biYPelsPerMeter = 0;
+  header->biClrUsed = 0;
+  header->biClrImportant = 0;
+}
+
+// The colours that a DIB of the bitmap gets: its own at the same depth, else the fixed ones.
+const ColorTable& AnswerColors(const Surface& surface, uint32_t bits) {
+  return surface.layout.bits == bits && surface.colors ? *surface.colors : *FixedColors(bits);
+}
+
+void WriteTable(const ColorTable& colors, UINT usage, BITMAPINFO* info) {
+  auto* at = reinterpret_cast<uint8_t*>(info) + info->bmiHeader.biSize;
+  if (usage == DIB_RGB_COLORS) {
+    std::memcpy(at, colors.entries.data(), colors.count * sizeof(RGBQUAD));
+    return;
+  }
+  for (uint32_t i = 0; i < colors.count; ++i) {
+    const auto index = static_cast<WORD>(i);
+    std::memcpy(at + i * sizeof index, &index, sizeof index);
+  }
+}
+
+// Lines count from the bottom for a bottom-up DIB and from the top for the other. They are written
+// from the start of `bits` on. The number of lines written.
+int ReadLines(const Surface& surface, const DibFormat& format, const ColorTable* colors, UINT first,
+              UINT lines, void* bits) {
+  const auto height = static_cast<UINT>(surface.height);
+  if (first >= height) return 0;
+  lines = std::min({lines, height - first, static_cast<UINT>(format.height)});
+  if (lines == 0) return 0;
+  const UINT top = format.topDown ? first : height - first - lines;
+
+  DibFormat part = format;
+  part.height = static_cast<int32_t>(lines);
+  Surface target = DibSurface(part, static_cast<uint8_t*>(bits));
+  if (colors) target.colors = std::make_shared<ColorTable>(*colors);
+  const ColorTable* from = surface.monochrome() ? FixedColors(1).get() : surface.colors.get();
+  const ColorMap map(surface.layout, from, target, {});
+  std::memset(bits, 0, static_cast<size_t>(part.bytes()));
+  Blit({&target,
+        nullptr,
+        MakeAxis(0, format.width, format.width, 0, format.width, surface.width),
+        MakeAxis(0, part.height, part.height, static_cast<int32_t>(top), part.height,
+                 surface.height),
+        &surface,
+        &map,
+        nullptr,
+        {},
+        RasterOp(SRCCOPY)});
+  return static_cast<int>(lines);
+}
+
+}  // namespace
+}  // namespace headless
+
+using namespace headless;
+
+// Without bits it fills in the header alone and answers 1. The number of lines otherwise, 0 for a
+// failure.
+int GetDIBits(HDC context, HBITMAP bitmap, UINT firstLine, UINT lines, LPVOID bits,
+              BITMAPINFO* info, UINT usage) {
+  return Enter<int>(0, [&]() -> int {
+    const auto* found = Find<Bitmap>(bitmap);
+    if (!Find<Context>(context) || !found || !info || usage > DIB_PAL_COLORS) return 0;
+    const Surface& surface = found->surface;
+    BITMAPINFOHEADER& header = info->bmiHeader;
+    if (header.biSize < sizeof header) return 0;
+    if (header.biBitCount == 0) {
+      DescribeBitmap(surface, &header);
+      return 1;
+    }
+    DibFormat format;
+    if (!ReadDibFormat(info, &format)) return 0;
+    const ColorTable* colors = nullptr;
+    if (format.layout.indexed()) {
+      colors = &AnswerColors(surface, format.layout.bits);
+      WriteTable(*colors, usage, info);
+    }
+    if (!bits) {
+      header.biSizeImage = static_cast<DWORD>(format.bytes());
+      return 1;
+    }
+    return ReadLines(surface, format, colors, firstLine, lines, bits);
+  });
+}
