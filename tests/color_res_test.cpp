@@ -1,0 +1,409 @@
+// Colour resolution: the palette builder against a plain model, rows against their single steps,
+// and what each kind of stop leaves behind.
+#include <cstring>
+#include <map>
+#include <numeric>
+#include <set>
+
+#include "color/optimize_palette.h"
+#include "color/system_colors.h"
+#include "tests/support/failure_walk.h"
+#include "tests/support/headless_control.h"
+#include "tests/support/slow_color.h"
+#include "tests/support/status_log.h"
+
+namespace vn::test {
+namespace {
+
+// The picture as cells of 15 bits in the order in which they are met, with their pixels.
+struct SlowBox {
+  std::vector<uint32_t> cells;
+};
+
+class SlowSplitter {
+ public:
+  explicit SlowSplitter(BitmapHandle* bitmap) {
+    SlowBox all;
+    for (int32_t y = 0; y < bitmap->Height; ++y) {
+      const Bytes row = ReadRow(bitmap, static_cast<uint32_t>(y));
+      for (int32_t x = 0; x < bitmap->Width; ++x) {
+        const SlowColor c =
+            SlowPixel(row, static_cast<size_t>(x), static_cast<uint32_t>(bitmap->BitsPerPixel),
+                      bitmap->ColorOrder, nullptr);
+        const auto cell = static_cast<uint32_t>(c.red / 8 * 1024 + c.green / 8 * 32 + c.blue / 8);
+        if (pixels_[cell]++ == 0) all.cells.push_back(cell);
+      }
+    }
+    boxes_.push_back(all);
+  }
+
+  void SplitUpTo(size_t count) {
+    while (boxes_.size() < count) {
+      size_t best = 0;
+      uint64_t most = 0;
+      for (size_t i = 0; i < boxes_.size(); ++i) {
+        const uint64_t total =
+            Variance(boxes_[i], 0) + Variance(boxes_[i], 1) + Variance(boxes_[i], 2);
+        if (total > most) most = total, best = i;
+      }
+      if (most == 0) return;
+      SplitBox(best);
+    }
+  }
+
+  std::vector<std::array<int, 3>> SortedColors() const {
+    std::vector<std::array<int, 3>> colors;
+    for (const SlowBox& box : boxes_) {
+      std::array<int, 3> color;
+      for (int axis = 0; axis < 3; ++axis) {
+        const auto mean = static_cast<int>(Mean(box, axis));
+        color[static_cast<size_t>(axis)] = mean * 8 + mean / 4;
+      }
+      colors.push_back(color);
+    }
+    std::sort(colors.begin(), colors.end());
+    return colors;
+  }
+
+ private:
+  static uint64_t Part(uint32_t cell, int axis) { return cell >> (10 - 5 * axis) & 31; }
+
+  uint64_t Mean(const SlowBox& box, int axis) const {
+    uint64_t sum = 0, weight = 0;
+    for (const uint32_t cell : box.cells) {
+      sum += Part(cell, axis) * pixels_.at(cell);
+      weight += pixels_.at(cell);
+    }
+    return sum / weight;
+  }
+
+  uint64_t Variance(const SlowBox& box, int axis) const {
+    const auto mean = static_cast<int64_t>(Mean(box, axis));
+    uint64_t sum = 0, weight = 0;
+    for (const uint32_t cell : box.cells) {
+      const int64_t d = static_cast<int64_t>(Part(cell, axis)) - mean;
+      sum += static_cast<uint64_t>(d * d) * pixels_.at(cell);
+      weight += pixels_.at(cell);
+    }
+    return sum / weight;
+  }
+
+  // Two fronts that swap what stands on the wrong side; the last cell between them goes up unseen.
+  void SplitBox(size_t index) {
+    SlowBox& box = boxes_[index];
+    const uint64_t v[] = {Variance(box, 0), Variance(box, 1), Variance(box, 2)};
+    int axis = v[0] >= v[1] ? 0 : 1;
+    if (v[2] > v[1]) axis = v[0] >= v[2] ? 0 : 2;
+    const uint64_t pivot = Mean(box, axis);
+    std::vector<uint32_t>& cells = box.cells;
+    size_t low = 0, high = cells.size() - 1;
+    for (;;) {
+      while (low < high && Part(cells[low], axis) <= pivot)
+        ++low;
+      if (low >= high) break;
+      while (low < high && Part(cells[high], axis) > pivot)
+        --high;
+      if (low >= high) break;
+      std::swap(cells[low], cells[high]);
+      ++low, --high;
+    }
+    SlowBox upper;
+    upper.cells.assign(cells.begin() + static_cast<ptrdiff_t>(low), cells.end());
+    cells.resize(low);
+    boxes_.push_back(upper);
+  }
+
+  std::map<uint32_t, uint64_t> pixels_;
+  std::vector<SlowBox> boxes_;
+};
+
+// A picture of a few soft blobs, so that boxes differ in weight.
+void FillBlobs(BitmapHandle* bitmap, Random& random) {
+  Bytes row(bitmap->BytesPerLine);
+  for (int32_t y = 0; y < bitmap->Height; ++y) {
+    for (int32_t x = 0; x < bitmap->Width; ++x) {
+      const int base = random.Between(0, 3) * 60;
+      const SlowColor c{base + random.Between(0, 70), base / 2 + random.Between(0, 40),
+                        255 - base - random.Between(0, 70)};
+      SetSlowPixel(row, static_cast<size_t>(x), static_cast<uint32_t>(bitmap->BitsPerPixel),
+                   bitmap->ColorOrder, c);
+    }
+    WriteRow(bitmap, static_cast<uint32_t>(y), row);
+  }
+}
+
+TEST(OptimizePalette, EqualsThePlainModelAndItsTableFindsTheBoxes) {
+  Random random(21);
+  for (const int32_t bits : {16, 24, 32}) {
+    for (const uint32_t count : {1u, 2u, 3u, 16u, 100u, 256u}) {
+      Bitmap bitmap(61, 47, bits);
+      FillBlobs(bitmap, random);
+      Colors colors(count);
+      ScratchBuffer<uint32_t> table;
+      ASSERT_EQ(OptimizePalette(bitmap, colors.data(), count, &table), OK);
+      SlowSplitter model(bitmap);
+      model.SplitUpTo(count);
+      const auto expected = model.SortedColors();
+      for (size_t i = 0; i < count; ++i) {
+        const auto want = i < expected.size() ? expected[i] : std::array<int, 3>{0, 0, 0};
+        EXPECT_EQ((std::array<int, 3>{colors[i].rgbRed, colors[i].rgbGreen, colors[i].rgbBlue}),
+                  want);
+      }
+      // Every colour of the picture has an answer, and all boxes are somebody's answer.
+      std::set<uint32_t> used;
+      for (uint32_t cell = 0; cell < 32768; ++cell)
+        used.insert(table[cell]);
+      used.erase(0u);
+      EXPECT_EQ(used.size(), expected.size());
+      EXPECT_LE(*used.rbegin(), count);
+    }
+  }
+}
+
+TEST(OptimizePalette, TakesSmallPalettesSorted) {
+  Random random(22);
+  const Colors own = RandomColors(random, 16);
+  Bitmap bitmap(5, 5, 4, VIEW_BOTTOM_FIRST, ORDER_BGR, own.data());
+  Colors colors(256, RGBQUAD{1, 1, 1, 1});
+  ScratchBuffer<uint32_t> table;
+  ASSERT_EQ(OptimizePalette(bitmap, colors.data(), 256, &table), OK);
+  EXPECT_FALSE(table);
+  const auto key = [](const RGBQUAD& c) { return c.rgbRed << 16 | c.rgbGreen << 8 | c.rgbBlue; };
+  EXPECT_TRUE(std::is_sorted(colors.begin(), colors.begin() + 16,
+                             [&](auto& a, auto& b) { return key(a) < key(b); }));
+  EXPECT_EQ(key(colors[16]), 0);
+  EXPECT_EQ(OptimizePalette(bitmap, colors.data(), 0, nullptr), ERR_INVALID_PARAMETER);
+}
+
+Colors ColorsOf(BitmapHandle* bitmap) {
+  Colors colors(static_cast<size_t>(bitmap->ColorCount));
+  EXPECT_EQ(Vn_GetBitmapColors(bitmap, 0, static_cast<uint32_t>(bitmap->ColorCount), colors.data()),
+            OK);
+  return colors;
+}
+
+// The rows of a dithered conversion, made by the steps that it stands on.
+Bytes DitheredRows(BitmapHandle* source, const RGBQUAD* colors, uint32_t count, uint32_t method,
+                   const BitmapHandle* like) {
+  const uint32_t own = std::exchange(source->DitherMethod, method);
+  EXPECT_EQ(Vn_StartDithering(source, colors, count), OK);
+  source->DitherMethod = own;
+  Bytes all, out(like->BytesPerLine);
+  for (int32_t y = 0; y < source->Height; ++y) {
+    const Bytes row = ReadRow(source, static_cast<uint32_t>(y));
+    std::fill(out.begin(), out.end(), uint8_t{0});
+    EXPECT_EQ(Vn_DitherLine(source, row.data(), out.data()), OK);
+    all.insert(all.end(), out.begin(), out.end());
+  }
+  Vn_StopDithering(source);
+  return all;
+}
+
+TEST(ColorRes, DithersToFixedAndCallersPalettesAsTheLinesDo) {
+  Random random(23);
+  for (const int32_t bits : kDepths) {
+    Bitmap source(45, 17, bits);
+    FillRandom(source, random);
+    for (const uint32_t target : {1u, 4u, 8u}) {
+      const uint32_t method = static_cast<uint32_t>(random.Between(0, 8));
+      const uint32_t count = 1u << target;
+      Bitmap fixed;
+      ASSERT_EQ(
+          Vn_ColorResBitmap(source, fixed, target, RES_FIXED_PALETTE | RES_DITHER_METHOD(method),
+                            nullptr, 0, nullptr, 0),
+          OK);
+      EXPECT_EQ(ReadAll(fixed), DitheredRows(source, nullptr, count, method, fixed));
+      EXPECT_TRUE(fixed->Flags & FLAG_FIXED_PALETTE);
+
+      const Colors colors = RandomColors(random, count);
+      Bitmap user;
+      ASSERT_EQ(
+          Vn_ColorResBitmap(source, user, target, RES_USER_PALETTE | RES_DITHER_METHOD(method),
+                            colors.data(), 0, nullptr, 0),
+          OK);
+      EXPECT_EQ(ReadAll(user), DitheredRows(source, colors.data(), count, method, user));
+    }
+  }
+}
+
+TEST(ColorRes, WidensAndReordersAsTheRowConverterDoes) {
+  Random random(24);
+  const Colors colors = RandomColors(random, 256);
+  for (const int32_t bits : kDepths) {
+    Bitmap source(23, 6, bits, VIEW_TOP_FIRST, ORDER_RGB, colors.data());
+    FillRandom(source, random);
+    for (const uint32_t target : {16u, 24u, 32u}) {
+      for (const uint32_t flags : {0u, 0u + RES_ORDER_BGR}) {
+        Bitmap result;
+        ASSERT_EQ(Vn_ColorResBitmap(source, result, target, flags, nullptr, 0, nullptr, 0), OK);
+        EXPECT_EQ(result->ColorOrder, flags ? 0u + ORDER_BGR : 0u + ORDER_RGB);
+        for (uint32_t y = 0; y < 6; ++y) {
+          const Bytes from = ReadRow(source, y), to = ReadRow(result, y);
+          for (size_t x = 0; x < 23; ++x) {
+            const SlowColor want =
+                SlowPixel(from, x, static_cast<uint32_t>(bits), ORDER_RGB, colors.data());
+            const SlowColor got = SlowPixel(to, x, target, result->ColorOrder, nullptr);
+            const int step = target == 16 ? 8 : 1;
+            EXPECT_EQ(got.red / step, want.red / step);
+            EXPECT_EQ(got.blue / step, want.blue / step);
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST(ColorRes, CarriesPaletteBitmapsOverWithoutLoss) {
+  Random random(25);
+  const Colors colors = RandomColors(random, 256);
+  for (const int32_t bits : {1, 4, 8}) {
+    Bitmap source(40, 9, bits, VIEW_BOTTOM_FIRST, ORDER_BGR, colors.data());
+    FillRandom(source, random);
+    Bitmap result;
+    ASSERT_EQ(Vn_ColorResBitmap(source, result, 8, 0, nullptr, 0, nullptr, 0), OK);
+    const Colors sorted = ColorsOf(result);
+    for (uint32_t y = 0; y < 9; ++y) {
+      const Bytes from = ReadRow(source, y), to = ReadRow(result, y);
+      for (size_t x = 0; x < 40; ++x) {
+        const SlowColor want = SlowPixel(from, x, static_cast<uint32_t>(bits), 0, colors.data());
+        const SlowColor got = SlowPixel(to, x, 8, 0, sorted.data());
+        EXPECT_TRUE(want.red == got.red && want.green == got.green && want.blue == got.blue);
+      }
+    }
+  }
+}
+
+TEST(ColorRes, OptimizedColorsWithFixedAndReservedSlots) {
+  Random random(26);
+  Bitmap source(64, 64, 24);
+  FillBlobs(source, random);
+  // Free, fixed, and fixed without being matched to.
+  Colors slots(256, RGBQUAD{0, 0, 0, 2});
+  slots[0] = {10, 20, 30, 0};
+  slots[5] = {40, 50, 60, 1};
+  Bitmap result;
+  ASSERT_EQ(
+      Vn_ColorResBitmap(source, result, 8, RES_OPTIMIZED_PALETTE, slots.data(), 100, nullptr, 0),
+      OK);
+  const Colors colors = ColorsOf(result);
+  EXPECT_EQ(colors[0].rgbRed, 30);
+  EXPECT_EQ(colors[5].rgbGreen, 50);
+  Colors built(98);
+  ASSERT_EQ(OptimizePalette(source, built.data(), 98, nullptr), OK);
+  for (size_t i = 1, next = 0; i < 100; ++i) {
+    if (i != 5) EXPECT_EQ(std::memcmp(&colors[i], &built[next++], 3), 0) << i;
+  }
+  EXPECT_EQ(std::memcmp(&colors[100], "\2\2\2", 3), 0);
+  for (uint32_t y = 0; y < 64; ++y) {
+    const Bytes row = ReadRow(result, y);
+    for (size_t x = 0; x < 64; ++x)
+      EXPECT_TRUE(row[x] != 5 && row[x] < 100);
+  }
+}
+
+struct Stop {
+  int32_t rows = 0, stopAt = 0;
+  static VnStatus VN_CALL Hear(BitmapHandle* target, uint8_t*, uint32_t rows, UINT_PTR data) {
+    auto* stop = reinterpret_cast<Stop*>(data);
+    EXPECT_EQ(rows, 1u);
+    EXPECT_FALSE(target->Flags & FLAG_PALETTE_INDEXES);
+    return ++stop->rows == stop->stopAt ? -99 : 0 + OK;
+  }
+};
+
+TEST(ColorRes, TheTwoCallbacksStopDifferently) {
+  Random random(27);
+  Bitmap bitmap(30, 20, 24);
+  FillRandom(bitmap, random);
+  const BitmapHandle before = *bitmap.get();
+  const Bytes pixels = ReadAll(bitmap);
+
+  // The rows' own callback takes everything back ...
+  Stop stop{0, 7};
+  EXPECT_EQ(Vn_ColorResBitmap(bitmap, bitmap, 8, 0, nullptr, 0, Stop::Hear,
+                              reinterpret_cast<UINT_PTR>(&stop)),
+            -99);
+  EXPECT_EQ(std::memcmp(&before, bitmap.get(), offsetof(BitmapHandle, CurrentOffset)), 0);
+  EXPECT_EQ(ReadAll(bitmap), pixels);
+
+  // ... the progress callback keeps what is done.
+  Bitmap whole;
+  ASSERT_EQ(Vn_ColorResBitmap(bitmap, whole, 8, 1, nullptr, 0, nullptr, 0), OK);
+  {
+    StatusLog log(8);
+    EXPECT_EQ(Vn_ColorResBitmap(bitmap, bitmap, 8, 1, nullptr, 0, nullptr, 0), 77);
+  }
+  EXPECT_EQ(bitmap->BitsPerPixel, 8);
+  for (uint32_t y = 0; y < 7; ++y)
+    EXPECT_EQ(ReadRow(bitmap, y), ReadRow(whole, y));
+  EXPECT_EQ(ReadRow(bitmap, 8), Bytes(bitmap->BytesPerLine));
+
+  // Without a target the rows go to the callback alone.
+  Stop all;
+  EXPECT_EQ(Vn_ColorResBitmap(whole, nullptr, 1, 1, nullptr, 0, Stop::Hear,
+                              reinterpret_cast<UINT_PTR>(&all)),
+            OK);
+  EXPECT_EQ(all.rows, 20);
+}
+
+TEST(ColorRes, RefusesWhatDoesNotGoTogether) {
+  Bitmap bitmap(4, 4, 24);
+  const BitmapHandle before = *bitmap.get();
+  const struct {
+    uint32_t bits, flags;
+  } wrong[] = {{8, 3},     {8, 0x20}, {8, 0x11}, {8, 4},           {24, 1},
+               {24, 0x20}, {2, 0},    {8, 0x10}, {8, 1 | 9u << 16}};
+  for (const auto& [bits, flags] : wrong) {
+    EXPECT_EQ(Vn_ColorResBitmap(bitmap, bitmap, bits, flags, nullptr, 0, nullptr, 0),
+              ERR_INVALID_PARAMETER)
+        << bits << " bits, flags " << flags;
+    EXPECT_EQ(std::memcmp(&before, bitmap.get(), sizeof before), 0);
+  }
+  EXPECT_EQ(Vn_ColorResBitmap(nullptr, nullptr, 8, 0, nullptr, 0, nullptr, 0),
+            ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_ColorResBitmap(bitmap, bitmap, 8, 0xFF0000C1 & ~0xFF0000u, nullptr, 0, nullptr, 0),
+            OK);
+}
+
+HEADLESS_TEST(ColorRes, ReservesSystemColorsOnPaletteDisplays) {
+  Colors colors(64, RGBQUAD{9, 9, 9, 9});
+  EXPECT_EQ(ReserveSystemColors(colors.data(), 64), 0u);
+  const DisplayScope display(8);
+  ASSERT_EQ(ReserveSystemColors(colors.data(), 64), 20u);
+  EXPECT_EQ(colors[10].rgbReserved, 9);
+  EXPECT_EQ(colors[53].rgbReserved, 9);
+  EXPECT_EQ(std::memcmp(&colors[0], "\0\0\0", 4), 0);
+  EXPECT_EQ(std::memcmp(&colors[63], "\xFF\xFF\xFF", 4), 0);
+
+  Random random(28);
+  Bitmap bitmap(32, 32, 24);
+  FillBlobs(bitmap, random);
+  ASSERT_EQ(Vn_ColorResBitmap(bitmap, bitmap, 8, RES_SYSTEM_COLORS, nullptr, 0, nullptr, 0), OK);
+  const Colors result = ColorsOf(bitmap);
+  EXPECT_EQ(std::memcmp(&result[255], "\xFF\xFF\xFF", 3), 0);
+}
+
+HEADLESS_TEST(ColorRes, LeavesTheBitmapWhenMemoryFails) {
+  Random random(29);
+  for (const uint32_t flags : {0u, 0u + RES_FIXED_PALETTE | RES_DITHER_METHOD(2)}) {
+    Bitmap picture(20, 10, 24);
+    FillRandom(picture, random);
+    const Bytes pixels = ReadAll(picture);
+    WalkFailures(HEADLESS_MEMORY, [&](FailureRound& round) {
+      Bitmap bitmap(20, 10, 24);
+      for (uint32_t row = 0; row < 10; ++row)
+        WriteRow(bitmap, row, ReadRow(picture, row));
+      const BitmapHandle before = *bitmap.get();
+      const VnStatus status = round.Run(
+          [&] { return Vn_ColorResBitmap(bitmap, bitmap, 4, flags, nullptr, 0, nullptr, 0); });
+      // A palette object that could not be made is not reported, here as elsewhere.
+      if (status == OK) return;
+      EXPECT_EQ(status, ERR_NO_MEMORY);
+      EXPECT_EQ(std::memcmp(&before, bitmap.get(), offsetof(BitmapHandle, CurrentOffset)), 0);
+      EXPECT_EQ(ReadAll(bitmap), pixels);
+    });
+  }
+}
+
+}  // namespace
+}  // namespace vn::test

@@ -1,0 +1,123 @@
+// Gray scale against a model of single pixels, and what becomes of the record around them.
+#include <cstring>
+
+#include "color/gray_rows.h"
+#include "tests/support/failure_walk.h"
+#include "tests/support/headless_control.h"
+#include "tests/support/slow_color.h"
+#include "tests/support/status_log.h"
+
+namespace vn::test {
+namespace {
+
+std::vector<int> SlowGrays(BitmapHandle* bitmap, const RGBQUAD* colors) {
+  std::vector<int> grays;
+  for (int32_t row = 0; row < bitmap->Height; ++row) {
+    const Bytes bytes = ReadRow(bitmap, static_cast<uint32_t>(row));
+    for (int32_t x = 0; x < bitmap->Width; ++x) {
+      grays.push_back(SlowGray(SlowPixel(bytes, static_cast<size_t>(x),
+                                         static_cast<uint32_t>(bitmap->BitsPerPixel),
+                                         bitmap->ColorOrder, colors)));
+    }
+  }
+  return grays;
+}
+
+std::vector<int> PixelsOfGray(BitmapHandle* bitmap) {
+  std::vector<int> grays;
+  for (int32_t row = 0; row < bitmap->Height; ++row) {
+    const Bytes bytes = ReadRow(bitmap, static_cast<uint32_t>(row));
+    grays.insert(grays.end(), bytes.begin(), bytes.begin() + bitmap->Width);
+  }
+  return grays;
+}
+
+TEST(GrayScale, EqualsTheSlowModelAtEveryDepth) {
+  Random random(1);
+  const Colors colors = RandomColors(random, 256);
+  for (const int32_t bits : kDepths) {
+    for (const uint32_t order : {ORDER_RGB, ORDER_BGR}) {
+      for (const uint32_t width : {1u, 33u, 34u, 66u, 101u}) {
+        Bitmap bitmap(width, 5, bits, VIEW_TOP_FIRST, order, colors.data());
+        FillRandom(bitmap, random);
+        const std::vector<int> expected = SlowGrays(bitmap, colors.data());
+        ASSERT_EQ(Vn_GrayScaleBitmap(bitmap), OK);
+        EXPECT_EQ(PixelsOfGray(bitmap), expected) << bits << " bits, width " << width;
+        EXPECT_EQ(Vn_IsGrayScaleBitmap(bitmap), 1);
+      }
+    }
+  }
+}
+
+TEST(GrayScale, EveryFormOfALoopGivesTheSame) {
+  Random random(2);
+  for (const int32_t bits : {16, 24, 32}) {
+    for (size_t width = 0; width < 140; ++width) {
+      Bytes row(width * static_cast<size_t>(bits) / 8);
+      random.Fill(row.data(), row.size());
+      for (const uint32_t order : {ORDER_RGB, ORDER_BGR}) {
+        Bytes plain(width), best(width);
+        SelectGrayRow(bits, order, Shuffles::kPlain)(row.data(), plain.data(), width, nullptr);
+        SelectGrayRow(bits, order)(row.data(), best.data(), width, nullptr);
+        ASSERT_EQ(plain, best) << bits << " bits, width " << width;
+      }
+    }
+  }
+}
+
+TEST(GrayScale, KeepsWhatIsCarriedAndNothingElse) {
+  Bitmap bitmap(10, 3, 24);
+  bitmap->CarriedTag = 7;
+  bitmap->CarriedQuad[3] = 9;
+  bitmap->XResolution = 300;
+  bitmap->Flags |= FLAG_CARRIED_1000 | FLAG_CARRIED_0080;
+  bitmap->DitherMethod = 2;
+  StatusLog log;
+  ASSERT_EQ(Vn_GrayScaleBitmap(bitmap), OK);
+  EXPECT_EQ(log.percents(), ExpectedPercents(3));
+  EXPECT_EQ(bitmap->CarriedTag, 7u);
+  EXPECT_EQ(bitmap->CarriedQuad[3], 9u);
+  EXPECT_EQ(bitmap->XResolution, 300);
+  EXPECT_EQ(bitmap->Flags & (FLAG_CARRIED_1000 | FLAG_CARRIED_0080), 0u + FLAG_CARRIED_1000);
+  EXPECT_EQ(bitmap->DitherMethod, 7u);
+}
+
+TEST(GrayScale, LeavesTheBitmapOnEveryFailure) {
+  Bitmap bitmap(9, 40, 4);
+  Random random(3);
+  FillRandom(bitmap, random);
+  const Bytes before = ReadAll(bitmap);
+  {
+    StatusLog log(4);
+    EXPECT_EQ(Vn_GrayScaleBitmap(bitmap), 77);
+  }
+  EXPECT_EQ(ReadAll(bitmap), before);
+
+  const HPALETTE palette = std::exchange(bitmap->PaintPalette, nullptr);
+  EXPECT_EQ(Vn_GrayScaleBitmap(bitmap), ERR_NO_BITMAP);
+  bitmap->PaintPalette = palette;
+  EXPECT_EQ(Vn_GrayScaleBitmap(nullptr), ERR_NO_BITMAP);
+  EXPECT_EQ(bitmap->BitsPerPixel, 4);
+}
+
+HEADLESS_TEST(GrayScale, LeavesTheBitmapWhenMemoryFails) {
+  Random random(4);
+  Bytes before;
+  Bitmap bitmap(20, 4, 8);
+  FillRandom(bitmap, random);
+  before = ReadAll(bitmap);
+  WalkFailures(HEADLESS_MEMORY, [&](FailureRound& round) {
+    Bitmap copy(20, 4, 8);
+    for (uint32_t row = 0; row < 4; ++row)
+      WriteRow(copy, row, ReadRow(bitmap, row));
+    const VnStatus status = round.Run([&] { return Vn_GrayScaleBitmap(copy); });
+    // Palettes that could not be made are not reported, here as elsewhere.
+    EXPECT_TRUE(status == ERR_NO_MEMORY || status == OK);
+    if (status != OK) {
+      EXPECT_EQ(ReadAll(copy), before);
+    }
+  });
+}
+
+}  // namespace
+}  // namespace vn::test
