@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "kernel/pixel_format.h"
+#include "kernel/vncore.h"
 
 namespace vn {
 namespace {

@@ -291,7 +291,8 @@ TEST(ColorRes, OptimizedColorsWithFixedAndReservedSlots) {
   Colors built(98);
   ASSERT_EQ(OptimizePalette(source, built.data(), 98, nullptr), OK);
   for (size_t i = 1, next = 0; i < 100; ++i) {
-    if (i != 5) EXPECT_EQ(std::memcmp(&colors[i], &built[next++], 3), 0) << i;
+    if (i == 5) continue;
+    EXPECT_EQ(std::memcmp(&colors[i], &built[next++], 3), 0) << i;
   }
   EXPECT_EQ(std::memcmp(&colors[100], "\2\2\2", 3), 0);
   for (uint32_t y = 0; y < 64; ++y) {
@@ -385,7 +386,7 @@ HEADLESS_TEST(ColorRes, ReservesSystemColorsOnPaletteDisplays) {
 
 HEADLESS_TEST(ColorRes, LeavesTheBitmapWhenMemoryFails) {
   Random random(29);
-  for (const uint32_t flags : {0u, 0u + RES_FIXED_PALETTE | RES_DITHER_METHOD(2)}) {
+  for (const uint32_t flags : {0u, RES_FIXED_PALETTE | RES_DITHER_METHOD(2)}) {
     Bitmap picture(20, 10, 24);
     FillRandom(picture, random);
     const Bytes pixels = ReadAll(picture);

@@ -54,9 +54,10 @@ TEST(ColorSpace, KnownPixels) {
 }
 
 // What a trip through a space may cost a channel: nothing where bytes are complements, little where
-// full scale is 16384, and some steps of a hue that has a byte.
+// full scale is 16384, and up to a step of the hue circle where that has a byte: at its steepest
+// the HSV hue moves a channel by 8.5 a degree, and a step is 1.4 degrees.
 TEST(ColorSpace, ThereAndBack) {
-  constexpr int kLoss[] = {0, 2, 0, 8, 8, 4, 0};
+  constexpr int kLoss[] = {0, 2, 0, 12, 8, 4, 0};
   Random random(5);
   Bytes colors(3 * 5000);
   random.Fill(colors.data(), colors.size());
