@@ -1,0 +1,268 @@
+// Duplicated records, copied pixels, copies and copies of rectangles.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "tests/support/bitmaps.h"
+#include "tests/support/failure_walk.h"
+#include "tests/support/headless_control.h"
+#include "tests/support/pixels.h"
+
+namespace vn::test {
+namespace {
+
+constexpr uint32_t kAll = DUP_ALLOCATE | DUP_PALETTE | DUP_REGION;
+
+void SetEllipse(BitmapHandle* bitmap, int32_t left, int32_t top, int32_t right, int32_t bottom) {
+  const RECT box = {left, top, right, bottom};
+  ASSERT_EQ(Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE), OK);
+}
+
+TEST(DupBitmap, CarriesAllButPixelsAndSize) {
+  Random random(41);
+  const Colors colors = RandomColors(random, 256);
+  Bitmap source(20, 10, 8, VIEW_TOP_FIRST, ORDER_RGB, colors.data());
+  source->CarriedTag = 1;
+  random.Fill(source->CarriedPair, sizeof source->CarriedPair);
+  random.Fill(source->CarriedQuad, sizeof source->CarriedQuad);
+  source->XResolution = 200;
+  source->YResolution = 300;
+  source->Flags |=
+      FLAG_CARRIED_0080 | FLAG_GRAY_PALETTE | FLAG_OPTIMIZED_PALETTE | FLAG_CARRIED_1000;
+  source->DitherMethod = 3;
+  Vn_CreatePaletteColors(source);
+  Bitmap copy;
+  ASSERT_EQ(Vn_DupBitmapNewDim(copy, source, 33, 7, 4, DUP_PALETTE), OK);
+  EXPECT_EQ(copy->Width, 33);
+  EXPECT_EQ(copy->Height, 7);
+  EXPECT_EQ(copy->BitsPerPixel, 4);
+  EXPECT_EQ(copy->BytesPerLine, 20u);
+  EXPECT_EQ(copy->ViewOrigin, source->ViewOrigin);
+  EXPECT_EQ(copy->DitherMethod, 7u);  // of a new bitmap
+  EXPECT_EQ(copy->Flags, source->Flags & 0x5F80u);
+  EXPECT_EQ(std::memcmp(&copy->DibHeader, &source->DibHeader, sizeof copy->DibHeader), 0);
+  EXPECT_EQ(copy->DibHeader.biWidth, 20);  // still that of the source
+  EXPECT_EQ(std::memcmp(copy->DibColors, source->DibColors, sizeof copy->DibColors), 0);
+  EXPECT_EQ(copy->CarriedTag, 1u);
+  EXPECT_EQ(std::memcmp(copy->CarriedPair, source->CarriedPair, sizeof copy->CarriedPair), 0);
+  EXPECT_EQ(std::memcmp(copy->CarriedQuad, source->CarriedQuad, sizeof copy->CarriedQuad), 0);
+  EXPECT_EQ(copy->XResolution, 200);
+  EXPECT_EQ(copy->YResolution, 300);
+  EXPECT_NE(copy->Palette, source->Palette);
+  EXPECT_TRUE(Vn_CompareHandleToPalette(copy->Palette, colors.data(), 256));
+}
+
+TEST(DupBitmap, SharesOrDuplicatesByMode) {
+  Bitmap source(20, 10, 8);
+  SetEllipse(source, 3, 3, 15, 9);
+  for (uint32_t mode = 0; mode <= kAll; ++mode) {
+    SCOPED_TRACE(mode);
+    Bitmap copy;
+    ASSERT_EQ(Vn_DupBitmapNewDim(copy, source, 20, 10, 8, mode), OK);
+    EXPECT_EQ((copy->Flags & FLAG_ALLOCATED) != 0, (mode & DUP_ALLOCATE) != 0);
+    EXPECT_EQ(copy->PaintPalette != source->PaintPalette, (mode & DUP_PALETTE) != 0);
+    EXPECT_EQ(copy->Region != source->Region, (mode & DUP_REGION) != 0);
+    if (!(mode & DUP_PALETTE)) copy->Palette = copy->PaintPalette = nullptr;
+    if (!(mode & DUP_REGION)) copy->Region = nullptr;
+  }
+  BitmapHandle empty{};
+  Bitmap copy;
+  EXPECT_EQ(Vn_DupBitmapNewDim(copy, &empty, 2, 2, 8, 0), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_DupBitmapNewDim(copy, nullptr, 2, 2, 8, 0), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_DupBitmapNewDim(nullptr, source, 2, 2, 8, 0), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_DupBitmapNewDim(copy, source, 0, 2, 8, DUP_ALLOCATE), ERR_EMPTY_BITMAP);
+  EXPECT_EQ(Vn_DupBitmapNewDim(copy, source, 2, 2, 2, DUP_ALLOCATE), ERR_EMPTY_BITMAP);
+}
+
+TEST(CopyBitmapHandle, MovesTheWholeRecord) {
+  Bitmap source(5, 5, 8);
+  BitmapHandle copy;
+  std::memset(&copy, 0xEE, sizeof copy);
+  Vn_CopyBitmapHandle(&copy, source);
+  EXPECT_EQ(std::memcmp(&copy, source.get(), sizeof copy), 0);
+}
+
+void CopiesAreIndependent(int32_t storage) {
+  Random random(42);
+  for (const int32_t bits : kDepths) {
+    BitmapHandle copy;
+    std::memset(&copy, 0xEE, sizeof copy);
+    Bytes pixels;
+    {
+      Bitmap source(35, 9, bits, VIEW_TOP_FIRST, ORDER_BGR, nullptr, storage);
+      FillRandom(source, random);
+      SetEllipse(source, 1, 1, 30, 8);
+      pixels = ReadAll(source);
+      ASSERT_EQ(Vn_CopyBitmap(&copy, source), OK);
+      ASSERT_EQ(Vn_ClearBitmap(source), OK);
+      Vn_FreeBitmapRgn(source);
+    }
+    EXPECT_EQ(ReadAll(&copy), pixels);
+    EXPECT_TRUE(Vn_IsPtInBitmapRgn(&copy, 4, 15));
+    EXPECT_FALSE(Vn_IsPtInBitmapRgn(&copy, 0, 0));
+    if (bits <= 8) {
+      EXPECT_NE(Vn_GetPaletteSize(copy.PaintPalette), 0u);
+    }
+    EXPECT_FALSE(copy.Flags & FLAG_LOCKED);
+    Vn_FreeBitmap(&copy);
+  }
+}
+
+TEST(CopyBitmap, CopiesAreIndependent) { CopiesAreIndependent(STORAGE_AUTO); }
+
+HEADLESS_TEST(CopyBitmap, CopiesAreIndependentOnWin32s) {
+  const Win32sScope scope;
+  CopiesAreIndependent(STORAGE_MEMORY);
+  CopiesAreIndependent(STORAGE_DISK);
+}
+
+TEST(CopyBitmap, ColorOrderIsThatOfANewBitmap) {
+  Bitmap source(1, 1, 24, VIEW_TOP_FIRST, ORDER_RGB);
+  ASSERT_EQ(Vn_PutPixelColor(source, 0, 0, RGB(1, 2, 3)), OK);
+  Bitmap copy;
+  ASSERT_EQ(Vn_CopyBitmap(copy, source), OK);
+  EXPECT_EQ(ReadRow(copy, 0), ReadRow(source, 0));
+  EXPECT_EQ(Vn_GetPixelColor(copy, 0, 0), RGB(3, 2, 1));
+}
+
+TEST(CopyBitmapData, CopiesWhatBothBitmapsHave) {
+  Random random(43);
+  Bitmap small(9, 3, 24), large(20, 6, 24);
+  FillRandom(small, random);
+  FillRandom(large, random);
+  const Bytes before = ReadRow(large, 3);
+  ASSERT_EQ(Vn_CopyBitmapData(large, small), OK);
+  for (uint32_t row = 0; row < 3; ++row) {
+    Bytes bytes = ReadRow(large, row);
+    bytes.resize(small->BytesPerLine);
+    EXPECT_EQ(bytes, ReadRow(small, row));
+  }
+  EXPECT_EQ(ReadRow(large, 3), before);
+  ASSERT_EQ(Vn_CopyBitmapData(small, large), OK);
+  BitmapHandle empty{};
+  EXPECT_EQ(Vn_CopyBitmapData(&empty, small), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_CopyBitmapData(small, nullptr), ERR_NO_BITMAP);
+}
+
+void RectanglesEqualPixelReads(int32_t storage, int32_t rounds) {
+  Random random(44);
+  for (int32_t i = 0; i < rounds; ++i) {
+    const int32_t bits = kDepths[i % 6];
+    Bitmap source(static_cast<uint32_t>(random.Between(1, 50)),
+                  static_cast<uint32_t>(random.Between(1, 20)), bits, VIEW_BOTTOM_FIRST, ORDER_BGR,
+                  nullptr, storage);
+    FillRandom(source, random);
+    if (i & 1) SetEllipse(source, 2, 1, random.Between(3, 50), random.Between(2, 20));
+    const int32_t left = random.Between(0, source->Width - 1);
+    const int32_t top = random.Between(0, source->Height - 1);
+    const int32_t width = random.Between(1, source->Width - left);
+    const int32_t height = random.Between(1, source->Height - top);
+    SCOPED_TRACE(testing::Message()
+                 << bits << " bits, " << left << ", " << top << ", " << width << " by " << height);
+    Bitmap copy;
+    ASSERT_EQ(
+        Vn_CopyBitmapRect(copy, source, static_cast<uint32_t>(left), static_cast<uint32_t>(top),
+                          static_cast<uint32_t>(width), static_cast<uint32_t>(height)),
+        OK);
+    ASSERT_EQ(copy->Width, width);
+    ASSERT_EQ(copy->Height, height);
+    ASSERT_EQ(Vn_BitmapHasRgn(copy), i & 1);
+    for (int32_t row = 0; row < height; ++row) {
+      const Bytes from = ReadRow(source, static_cast<uint32_t>(top + row));
+      const Bytes to = ReadRow(copy, static_cast<uint32_t>(row));
+      for (int32_t x = 0; x < width; ++x) {
+        ASSERT_EQ(PixelBits(to, static_cast<size_t>(x), bits),
+                  PixelBits(from, static_cast<size_t>(left + x), bits));
+        ASSERT_EQ(Vn_GetPixelColor(copy, row, x), Vn_GetPixelColor(source, top + row, left + x));
+        ASSERT_EQ(Vn_IsPtInBitmapRgn(copy, row, x),
+                  Vn_IsPtInBitmapRgn(source, top + row, left + x));
+      }
+    }
+  }
+}
+
+TEST(CopyBitmapRect, EqualsPixelReads) { RectanglesEqualPixelReads(STORAGE_AUTO, 180); }
+
+HEADLESS_TEST(CopyBitmapRect, EqualsPixelReadsOnWin32s) {
+  const Win32sScope scope;
+  RectanglesEqualPixelReads(STORAGE_MEMORY, 36);
+  RectanglesEqualPixelReads(STORAGE_DISK, 36);
+}
+
+TEST(CopyBitmapRect, ClearsTheFillOfPackedRows) {
+  Bitmap source(64, 1, 1);
+  WriteRow(source, 0, Bytes(8, 0xFF));
+  Bitmap copy;
+  ASSERT_EQ(Vn_CopyBitmapRect(copy, source, 3, 0, 10, 1), OK);
+  // Two bytes were read and moved by three bits; zeros follow.
+  EXPECT_EQ(ReadRow(copy, 0), (Bytes{0xFF, 0xF8, 0, 0}));
+}
+
+// What every failing copy must leave: nothing of its own, and the source as it was.
+template <class Copy>
+void WalkCopy(Copy copy) {
+  Random random(45);
+  Bitmap source(40, 12, 4);
+  FillRandom(source, random);
+  SetEllipse(source, 2, 2, 30, 10);
+  HRGN cached = nullptr;  // fills the region's cache, which copies duplicate
+  ASSERT_EQ(Vn_GetBitmapRgnHandle(source, nullptr, &cached), OK);
+  DeleteObject(cached);
+  const BitmapHandle record = *source.get();
+  const Bytes pixels = ReadAll(source);
+  for (const Headless_Operation family : {HEADLESS_MEMORY, HEADLESS_OBJECT}) {
+    WalkFailures(family, [&](FailureRound& round) {
+      BitmapHandle result;
+      std::memset(&result, 0xEE, sizeof result);
+      const VnStatus status = round.Run([&] { return copy(&result, source); });
+      if (!round.Failed()) {
+        EXPECT_EQ(status, OK);
+      }
+      if (status == OK) {
+        Vn_FreeBitmap(&result);  // objects that failed are not reported
+      } else {
+        EXPECT_EQ(status, ERR_NO_MEMORY);
+        EXPECT_FALSE(result.Flags & FLAG_ALLOCATED);
+      }
+      EXPECT_EQ(source->Region, record.Region);
+      EXPECT_EQ(source->PaintPalette, record.PaintPalette);
+      EXPECT_FALSE(source->Flags & FLAG_LOCKED);
+    });
+  }
+  EXPECT_EQ(ReadAll(source), pixels);
+  EXPECT_TRUE(Vn_IsPtInBitmapRgn(source, 6, 15));
+}
+
+HEADLESS_TEST(CopyFailures, LeaveNothingBehind) {
+  const auto whole = [](BitmapHandle* result, BitmapHandle* source) {
+    return Vn_CopyBitmap(result, source);
+  };
+  const auto rect = [](BitmapHandle* result, BitmapHandle* source) {
+    return Vn_CopyBitmapRect(result, source, 3, 2, 20, 7);
+  };
+  const auto record = [](BitmapHandle* result, BitmapHandle* source) {
+    return Vn_DupBitmapNewDim(result, source, 5, 5, 8, kAll);
+  };
+  WalkCopy(whole);
+  WalkCopy(rect);
+  WalkCopy(record);
+  const Win32sScope scope;
+  WalkCopy(whole);
+  WalkCopy(rect);
+}
+
+// Without its own palettes the record must not take the shared ones along.
+HEADLESS_TEST(CopyFailures, SharedPalettesSurviveAFailedRegion) {
+  Bitmap source(8, 8, 8);
+  SetEllipse(source, 0, 0, 8, 8);
+  BitmapHandle record{};
+  Headless_FailNth(HEADLESS_MEMORY, 1);
+  const VnStatus status = Vn_DupBitmapNewDim(&record, source, 8, 8, 8, DUP_REGION);
+  Headless_FailNth(HEADLESS_MEMORY, 0);
+  EXPECT_EQ(status, ERR_NO_MEMORY);
+  EXPECT_EQ(record.PaintPalette, nullptr);
+  EXPECT_NE(Vn_GetPaletteSize(source->PaintPalette), 0u);
+}
+
+}  // namespace
+}  // namespace vn::test

@@ -1,0 +1,173 @@
+// Single pixels by colour, at every depth and through every storage.
+#include <gtest/gtest.h>
+
+#include "tests/support/bitmaps.h"
+#include "tests/support/headless_control.h"
+#include "tests/support/pixels.h"
+
+namespace vn::test {
+namespace {
+
+uint32_t Widen(uint32_t field) { return field * 8 + field / 4; }
+
+// The colour of a raw pixel, from the words of the record alone.
+COLORREF ColorOfBits(BitmapHandle* bitmap, const Bytes& row, size_t x) {
+  const bool rgb = bitmap->ColorOrder == ORDER_RGB;
+  if (bitmap->BitsPerPixel <= 8) {
+    RGBQUAD colors[256];
+    EXPECT_EQ(Vn_GetBitmapColors(bitmap, 0, static_cast<uint32_t>(bitmap->ColorCount), colors), OK);
+    const RGBQUAD& c = colors[PixelBits(row, x, bitmap->BitsPerPixel)];
+    return RGB(c.rgbRed, c.rgbGreen, c.rgbBlue);
+  }
+  if (bitmap->BitsPerPixel == 16) {
+    const uint32_t word = row.at(2 * x) | static_cast<uint32_t>(row.at(2 * x + 1)) << 8;
+    const uint32_t low = Widen(word % 32), high = Widen(word / 1024 % 32);
+    return RGB(rgb ? low : high, Widen(word / 32 % 32), rgb ? high : low);
+  }
+  const size_t at = x * static_cast<size_t>(bitmap->BitsPerPixel / 8);
+  return rgb ? RGB(row.at(at), row.at(at + 1), row.at(at + 2))
+             : RGB(row.at(at + 2), row.at(at + 1), row.at(at));
+}
+
+void ReadsAndWritesAgree(int32_t bits, uint32_t order, int32_t storage) {
+  SCOPED_TRACE(testing::Message() << bits << " bits, order " << order << ", storage " << storage);
+  Random random(static_cast<uint64_t>(bits) * 16 + order);
+  const Colors colors = RandomColors(random, bits <= 8 ? size_t{1} << bits : 0);
+  Bitmap bitmap(37, 5, bits, VIEW_BOTTOM_FIRST, order, colors.empty() ? nullptr : colors.data(),
+                storage);
+  FillRandom(bitmap, random);
+  for (int32_t i = 0; i < 200; ++i) {
+    const int32_t row = random.Between(0, 4), column = random.Between(0, 36);
+    Bytes before = ReadRow(bitmap, static_cast<uint32_t>(row));
+    const COLORREF color = ColorOfBits(bitmap, before, static_cast<size_t>(column));
+    ASSERT_EQ(Vn_GetPixelColor(bitmap, row, column), color);
+    // A colour that the format holds exactly comes back; nothing beside the pixel moves.
+    const int32_t other = random.Between(0, 36);
+    const COLORREF next = ColorOfBits(bitmap, before, static_cast<size_t>(other));
+    const uint32_t fourth = bits == 32 ? before.at(static_cast<size_t>(column) * 4 + 3) : 0;
+    const uint32_t top = bits == 16 ? 0 : PixelBits(before, static_cast<size_t>(column), bits);
+    ASSERT_EQ(Vn_PutPixelColor(bitmap, row, column, next), OK);
+    ASSERT_EQ(Vn_GetPixelColor(bitmap, row, column), next);
+    Bytes after = ReadRow(bitmap, static_cast<uint32_t>(row));
+    if (bits == 32) {
+      ASSERT_EQ(after.at(static_cast<size_t>(column) * 4 + 3), fourth);
+    }
+    SetPixelBits(&after, static_cast<size_t>(column), bits, top);
+    SetPixelBits(&before, static_cast<size_t>(column), bits, top);
+    ASSERT_EQ(after, before);
+  }
+}
+
+TEST(PixelAccess, ReadsAndWritesAgreeAtEveryDepth) {
+  for (const int32_t bits : kDepths) {
+    ReadsAndWritesAgree(bits, ORDER_BGR, STORAGE_AUTO);
+    if (bits > 8) ReadsAndWritesAgree(bits, ORDER_RGB, STORAGE_AUTO);
+  }
+}
+
+HEADLESS_TEST(PixelAccess, ReadsAndWritesAgreeOnWin32s) {
+  const Win32sScope scope;
+  for (const int32_t bits : kDepths) {
+    ReadsAndWritesAgree(bits, ORDER_BGR, STORAGE_MEMORY);
+    ReadsAndWritesAgree(bits, ORDER_BGR, STORAGE_DISK);
+  }
+}
+
+TEST(PixelAccess, RawValuesGoInAsIndexes) {
+  const COLORREF five = 16777221;
+  for (const auto& [bits, index] : {std::pair{1, 1u}, {4, 5u}, {8, 5u}}) {
+    Bitmap bitmap(9, 1, bits);
+    ASSERT_EQ(Vn_ClearBitmap(bitmap), OK);
+    for (int32_t column = 0; column < 9; column += 2) {
+      ASSERT_EQ(Vn_PutPixelColor(bitmap, 0, column, five), OK);
+    }
+    for (size_t x = 0; x < 9; ++x) {
+      EXPECT_EQ(PixelBits(ReadRow(bitmap, 0), x, bits), x % 2 ? 0 : index);
+    }
+  }
+  Bitmap deep(2, 1, 24);
+  ASSERT_EQ(Vn_PutPixelColor(deep, 0, 0, 0xFF030201), OK);
+  EXPECT_EQ(Vn_GetPixelColor(deep, 0, 0), 0x030201u);
+}
+
+TEST(PixelAccess, ColoursGoToTheNearestEntry) {
+  const Colors colors = {{0, 0, 200, 0}, {0, 200, 0, 0}};
+  Bitmap bitmap(8, 1, 1, VIEW_TOP_FIRST, ORDER_RGB, colors.data());
+  ASSERT_EQ(Vn_PutPixelColor(bitmap, 0, 3, RGB(10, 250, 20)), OK);
+  ASSERT_EQ(Vn_PutPixelColor(bitmap, 0, 4, RGB(190, 20, 20)), OK);
+  EXPECT_EQ(Vn_GetPixelColor(bitmap, 0, 3), RGB(0, 200, 0));
+  EXPECT_EQ(Vn_GetPixelColor(bitmap, 0, 4), RGB(200, 0, 0));
+}
+
+TEST(PixelAccess, EdgesAndMissingBitmaps) {
+  Bitmap bitmap(3, 2, 8);
+  for (const auto& [row, column] : {std::pair{2, 0}, {-1, 0}, {0, 3}, {0, -1}}) {
+    EXPECT_EQ(Vn_GetPixelColor(bitmap, row, column), VN_NO_PIXEL);
+    EXPECT_EQ(Vn_PutPixelColor(bitmap, row, column, 0), ERR_EMPTY_BITMAP);
+  }
+  BitmapHandle empty{};
+  EXPECT_EQ(Vn_GetPixelColor(nullptr, 0, 0), VN_NO_PIXEL);
+  EXPECT_EQ(Vn_GetPixelColor(&empty, 0, 0), VN_NO_PIXEL);
+  EXPECT_EQ(Vn_PutPixelColor(nullptr, 0, 0, 0), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_PutPixelColor(&empty, 0, 0, 0), ERR_NO_BITMAP);
+}
+
+TEST(PixelAccess, TableFormAndLockStay) {
+  Bitmap bitmap(4, 4, 4);
+  for (const bool indexes : {false, true}) {
+    indexes ? Vn_CreatePaletteIndexes(bitmap) : Vn_CreatePaletteColors(bitmap);
+    const uint32_t flags = bitmap->Flags;
+    EXPECT_EQ(Vn_PutPixelColor(bitmap, 1, 1, RGB(255, 0, 0)), OK);
+    EXPECT_EQ(Vn_GetPixelColor(bitmap, 1, 1), RGB(255, 0, 0));
+    EXPECT_EQ(bitmap->Flags, flags);
+    const int32_t state = Vn_LockBitmap(bitmap);
+    EXPECT_EQ(Vn_GetPixelColor(bitmap, 1, 1), RGB(255, 0, 0));
+    EXPECT_TRUE(bitmap->Flags & FLAG_LOCKED);
+    Vn_UnlockBitmap(bitmap, state);
+  }
+}
+
+// The byte of a packed pixel is found by 16 bits of the column.
+TEST(PixelAccess, FarColumnsOfPackedRowsWrap) {
+  for (const int32_t bits : {1, 4}) {
+    Bitmap bitmap(65536 + 64, 1, bits);
+    ASSERT_EQ(Vn_ClearBitmap(bitmap), OK);
+    ASSERT_EQ(Vn_PutPixelColor(bitmap, 0, 65536 + 13, 0x1000001), OK);
+    const Bytes row = ReadRow(bitmap, 0);
+    EXPECT_EQ(PixelBits(row, 13, bits), 1u);
+    EXPECT_EQ(PixelBits(row, 65536 + 13, bits), 0u);
+    EXPECT_EQ(Vn_GetPixelColor(bitmap, 0, 65536 + 13), Vn_GetPixelColor(bitmap, 0, 13));
+  }
+}
+
+TEST(PixelAccess, WritesKeepToTheRegionReadsDoNot) {
+  Bitmap bitmap(10, 10, 24);
+  ASSERT_EQ(Vn_FillBitmap(bitmap, RGB(1, 2, 3)), OK);
+  const RECT rect = {2, 3, 5, 6};
+  ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);
+  for (int32_t row = 0; row < 10; ++row) {
+    for (int32_t column = 0; column < 10; ++column) {
+      const bool inside = row >= 3 && row < 6 && column >= 2 && column < 5;
+      EXPECT_EQ(Vn_PutPixelColor(bitmap, row, column, RGB(9, 9, 9)),
+                inside ? OK : ERR_EMPTY_BITMAP);
+      EXPECT_EQ(Vn_GetPixelColor(bitmap, row, column), inside ? RGB(9, 9, 9) : RGB(1, 2, 3));
+    }
+  }
+}
+
+HEADLESS_TEST(PixelAccess, FailingFileLeavesNeighboursAlone) {
+  const Win32sScope scope;
+  Bitmap bitmap(16, 1, 1, VIEW_TOP_FIRST, ORDER_RGB, nullptr, STORAGE_DISK);
+  WriteRow(bitmap, 0, {0xA5, 0x5A, 0, 0});
+  for (uint32_t n = 1; n <= 2; ++n) {  // the seek and the read
+    Headless_FailNth(HEADLESS_FILE, n);
+    EXPECT_EQ(Vn_GetPixelColor(bitmap, 0, 3), VN_NO_PIXEL);
+    Headless_FailNth(HEADLESS_FILE, n);
+    EXPECT_EQ(Vn_PutPixelColor(bitmap, 0, 3, 0x1000001), OK);
+    Headless_FailNth(HEADLESS_FILE, 0);
+    EXPECT_EQ(ReadRow(bitmap, 0), (Bytes{0xA5, 0x5A, 0, 0}));
+  }
+}
+
+}  // namespace
+}  // namespace vn::test

@@ -1,0 +1,419 @@
+// Scaling by stream, into a bitmap and of a bitmap, against slow models.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/support/bitmaps.h"
+#include "tests/support/failure_walk.h"
+#include "tests/support/headless_control.h"
+#include "tests/support/pixels.h"
+#include "tests/support/status_log.h"
+
+namespace vn::test {
+namespace {
+
+using Pixels = std::vector<uint32_t>;
+
+size_t RowBytes(size_t width, int32_t bits) {
+  return (width * static_cast<size_t>(bits) + 31) / 32 * 4;
+}
+
+size_t SourceOf(size_t d, size_t oldSize, size_t newSize) { return d * oldSize / newSize; }
+
+// One streamed resize.
+class Stream {
+ public:
+  Stream(int32_t oldWidth, int32_t oldHeight, int32_t newWidth, int32_t newHeight) {
+    EXPECT_EQ(Vn_StartResize(oldWidth, oldHeight, newWidth, newHeight, &state_), OK);
+  }
+  ~Stream() { EXPECT_EQ(Vn_StopResize(state_), OK); }
+  uint32_t Row(Bytes* buffer, uint32_t row, int32_t bits) {
+    uint32_t width = 0, count = ~0u;
+    const uint32_t result = Vn_Resize(buffer->data(), row, bits, &width, &count, state_);
+    EXPECT_EQ(result, count);
+    lastWidth_ = width;
+    return result;
+  }
+  uint32_t lastWidth() const { return lastWidth_; }
+
+ private:
+  ResizeState* state_ = nullptr;
+  uint32_t lastWidth_ = 0;
+};
+
+// What a streamed row looks like, all bits of it: the scaled pixels, and at 1 and 4 bits the old
+// bits that shine through. `old` is the buffer before.
+Bytes StreamedRow(const Bytes& old, int32_t bits, size_t oldWidth, size_t newWidth) {
+  Bytes row = old;
+  const auto source = [&](size_t d) {
+    return PixelBits(old, SourceOf(d, oldWidth, newWidth), bits);
+  };
+  if (bits >= 8 || oldWidth == newWidth) {
+    for (size_t d = 0; d < newWidth; ++d)
+      SetPixelBits(&row, d, bits, source(d));
+  } else if (oldWidth < newWidth) {
+    const size_t perByte = 8 / static_cast<size_t>(bits);
+    const size_t lastByte = newWidth / perByte;
+    const bool shared = lastByte == oldWidth / perByte;
+    for (size_t d = 0; d < newWidth; ++d) {
+      // At 4 bits only an odd last pixel meets its old byte.
+      const bool over = shared && d / perByte == lastByte;
+      SetPixelBits(&row, d, bits, source(d) | (over ? PixelBits(old, d, bits) : 0));
+    }
+    if (!shared) {
+      for (size_t d = newWidth; d % perByte; ++d)
+        SetPixelBits(&row, d, bits, 0);
+    }
+  } else if (bits == 1) {
+    for (size_t d = 0; d < newWidth; ++d)
+      SetPixelBits(&row, d, 1, source(d));
+  } else {
+    for (size_t d = 0; d < newWidth; ++d) {
+      const size_t p = SourceOf(d, oldWidth, newWidth);
+      const uint32_t now = PixelBits(row, p, 4);
+      if (p / 2 != d / 2) {
+        const bool left = d % 2 == 0;  // a left pixel clears its neighbour, a right one is ORed in
+        SetPixelBits(&row, d, 4, left ? now : PixelBits(row, d, 4) | now);
+        if (left) SetPixelBits(&row, d + 1, 4, 0);
+      } else if (p != d) {  // the right pixel of the byte onto the left one
+        SetPixelBits(&row, d, 4, PixelBits(row, d, 4) | now);
+        SetPixelBits(&row, p, 4, 0);
+      }
+    }
+  }
+  return row;
+}
+
+TEST(StreamedResize, RowsAreAsTheSlowModelMakesThem) {
+  Random random(31);
+  for (int32_t i = 0; i < 3000; ++i) {
+    const int32_t bits = kDepths[random.Between(0, 5)];
+    const int32_t oldWidth = random.Between(1, 40), newWidth = random.Between(1, 40);
+    SCOPED_TRACE(testing::Message() << bits << " bits, " << oldWidth << " to " << newWidth);
+    Stream stream(oldWidth, 3, newWidth, 3);
+    Bytes buffer(RowBytes(static_cast<size_t>(std::max(oldWidth, newWidth)), bits));
+    random.Fill(buffer.data(), buffer.size());
+    const Bytes expected =
+        StreamedRow(buffer, bits, static_cast<size_t>(oldWidth), static_cast<size_t>(newWidth));
+    ASSERT_EQ(stream.Row(&buffer, 0, bits), 1u);
+    ASSERT_EQ(stream.lastWidth(), static_cast<uint32_t>(newWidth));
+    ASSERT_EQ(buffer, expected);
+  }
+}
+
+TEST(StreamedResize, KnownRows) {
+  Stream enlarge(3, 1, 7, 1);
+  Bytes row = {10, 11, 12, 0, 0, 0, 0, 0};
+  enlarge.Row(&row, 0, 8);
+  EXPECT_EQ(row, (Bytes{10, 10, 10, 11, 11, 12, 12, 0}));
+  // A row of 5 pixels and its enlargement to 7 end in one byte: old bits stay set.
+  Stream bitsStream(5, 1, 7, 1);
+  Bytes bits = {0b10011'001, 0, 0, 0};
+  bitsStream.Row(&bits, 0, 1);
+  EXPECT_EQ(bits[0], 0b1100011'0 | 0b10011'001);
+}
+
+// Fed rising rows, the stream gives every destination row once: source row s as often as multiples
+// of the old height by the new one fall into it. Each row is as in a resize of the whole bitmap,
+// and so is the whole picture where the new height is a multiple of the old one. (With other
+// heights a stream tells of a row when it has seen its end, a whole resize when it has seen its
+// start.)
+TEST(StreamedResize, RisingRowsEqualTheWholeResize) {
+  Random random(32);
+  for (int32_t i = 0; i < 300; ++i) {
+    // Where old bits shine through, rows differ from a whole resize on purpose.
+    const int32_t bits = kDepths[random.Between(2, 5)];
+    const int32_t width = random.Between(1, 30), height = random.Between(1, 30);
+    const int32_t newWidth = random.Between(1, 40);
+    const int32_t newHeight = i & 1 ? random.Between(1, 40) : height * random.Between(1, 3);
+    Bitmap source(static_cast<uint32_t>(width), static_cast<uint32_t>(height), bits);
+    Bitmap rows(static_cast<uint32_t>(newWidth), static_cast<uint32_t>(height), bits);
+    Bitmap whole(static_cast<uint32_t>(newWidth), static_cast<uint32_t>(newHeight), bits);
+    FillRandom(source, random);
+    ASSERT_EQ(Vn_ResizeBitmap(source, rows), OK);
+    ASSERT_EQ(Vn_ResizeBitmap(source, whole), OK);
+    const auto pixels = [&](const Bytes& row) {
+      return RowPixels(row, static_cast<size_t>(newWidth), bits);
+    };
+    Stream stream(width, height, newWidth, newHeight);
+    uint32_t out = 0;
+    for (int32_t row = 0; row < height; ++row) {
+      Bytes buffer = ReadRow(source, static_cast<uint32_t>(row));
+      buffer.resize(std::max(buffer.size(), size_t{whole->BytesPerLine}));
+      const Bytes before = buffer;
+      const uint32_t count = stream.Row(&buffer, static_cast<uint32_t>(row), bits);
+      ASSERT_EQ(static_cast<int32_t>(count),
+                (row + 1) * newHeight / height - row * newHeight / height);
+      if (count) {
+        ASSERT_EQ(pixels(buffer), pixels(ReadRow(rows, static_cast<uint32_t>(row))));
+      } else {
+        ASSERT_EQ(buffer, before);
+      }
+      for (uint32_t n = 0; n < count; ++n, ++out) {
+        if (newHeight % height == 0) {
+          ASSERT_EQ(pixels(buffer), pixels(ReadRow(whole, out)));
+        }
+      }
+    }
+    ASSERT_EQ(out, static_cast<uint32_t>(newHeight));
+  }
+}
+
+// The count of a row in any order, told from the row numbers alone.
+class CountModel {
+ public:
+  CountModel(uint32_t oldHeight, uint32_t newHeight) : old_(oldHeight), new_(newHeight) {}
+  uint32_t Count(uint32_t row) {
+    const uint32_t rest = new_ % old_;
+    uint32_t count = new_ / old_;
+    if (last_ - row == 1) {
+      if (!falling_) before_ = rest * row % old_;
+      falling_ = true;
+      count += before_ < rest;
+      before_ = (before_ + old_ - rest) % old_;
+    } else {
+      if (falling_ || last_ + 1 != row) before_ = rest * row % old_;
+      falling_ = false;
+      count += before_ + rest >= old_;
+      before_ = (before_ + rest) % old_;
+    }
+    last_ = row;
+    return count;
+  }
+
+ private:
+  uint32_t old_, new_, last_ = UINT32_MAX, before_ = 0;
+  bool falling_ = false;
+};
+
+TEST(StreamedResize, CountsFollowRowsInAnyOrder) {
+  Random random(33);
+  for (int32_t i = 0; i < 300; ++i) {
+    const int32_t height = random.Between(2, 30), newHeight = random.Between(1, 60);
+    if (height == newHeight) continue;
+    Stream stream(8, height, 8, newHeight);
+    CountModel model(static_cast<uint32_t>(height), static_cast<uint32_t>(newHeight));
+    int32_t row = random.Between(0, height - 1);
+    for (int32_t n = 0; n < 60; ++n) {
+      Bytes buffer = {1, 2, 3, 4, 5, 6, 7, 8};
+      const Bytes before = buffer;
+      ASSERT_EQ(stream.Row(&buffer, static_cast<uint32_t>(row), 8),
+                model.Count(static_cast<uint32_t>(row)));
+      ASSERT_EQ(buffer, before);  // equal widths: only the count varies
+      row += random.Chance(4) ? random.Between(-3, 3) : n % 20 < 10 ? 1 : -1;
+      row = std::clamp(row, 0, height - 1);
+    }
+  }
+}
+
+TEST(StreamedResize, EqualSizesChangeNothing) {
+  for (const int32_t bits : kDepths) {
+    Stream stream(9, 4, 9, 4);
+    Bytes buffer(36, 0xA7);
+    EXPECT_EQ(stream.Row(&buffer, 17, bits), 1u);
+    EXPECT_EQ(stream.lastWidth(), 9u);
+    EXPECT_EQ(buffer, Bytes(36, 0xA7));
+  }
+}
+
+TEST(StreamedResize, RefusesImpossibleSizes) {
+  ResizeState* state = nullptr;
+  EXPECT_EQ(Vn_StartResize(5, 5, 0, 5, &state), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_StartResize(5, 5, 5, -1, &state), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_StartResize(5, 0, 5, 5, &state), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(state, nullptr);
+}
+
+// Each destination pixel is the first source pixel of its cell; opposite row orders turn rows over.
+void ExpectResized(BitmapHandle* source, BitmapHandle* result) {
+  const auto bits = source->BitsPerPixel;
+  const bool turned = source->ViewOrigin != result->ViewOrigin;
+  for (int32_t row = 0; row < result->Height; ++row) {
+    const auto line = static_cast<size_t>(turned ? result->Height - 1 - row : row);
+    const auto from =
+        SourceOf(line, static_cast<size_t>(source->Height), static_cast<size_t>(result->Height));
+    const Bytes sourceRow = ReadRow(source, static_cast<uint32_t>(from));
+    const Bytes resultRow = ReadRow(result, static_cast<uint32_t>(row));
+    for (size_t d = 0; d < static_cast<size_t>(result->Width); ++d) {
+      const size_t p =
+          SourceOf(d, static_cast<size_t>(source->Width), static_cast<size_t>(result->Width));
+      ASSERT_EQ(PixelBits(resultRow, d, bits), PixelBits(sourceRow, p, bits))
+          << bits << " bits, row " << row << ", pixel " << d;
+    }
+  }
+}
+
+void ResizeAnySizes(int32_t storage, int32_t rounds) {
+  Random random(34 + static_cast<uint64_t>(storage));
+  for (int32_t i = 0; i < rounds; ++i) {
+    const int32_t bits = kDepths[i % 6];
+    const auto size = [&](uint32_t most) {
+      return static_cast<uint32_t>(random.Between(1, static_cast<int32_t>(most)));
+    };
+    Bitmap source(size(60), size(30), bits, i & 1 ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST, ORDER_BGR,
+                  nullptr, storage);
+    const bool same = random.Chance(8);
+    Bitmap result(same ? static_cast<uint32_t>(source->Width) : size(90),
+                  same ? static_cast<uint32_t>(source->Height) : size(60), bits,
+                  i & 2 ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST, ORDER_BGR, nullptr, storage);
+    FillRandom(source, random);
+    ASSERT_EQ(Vn_ResizeBitmap(source, result), OK);
+    ExpectResized(source, result);
+    if (testing::Test::HasFailure()) return;
+  }
+}
+
+TEST(ResizeBitmap, PicksTheFirstPixelOfEachCell) { ResizeAnySizes(STORAGE_AUTO, 300); }
+
+HEADLESS_TEST(ResizeBitmap, PicksTheSameOnWin32s) {
+  const Win32sScope scope;
+  ResizeAnySizes(STORAGE_MEMORY, 60);
+  ResizeAnySizes(STORAGE_DISK, 60);
+}
+
+TEST(ResizeBitmap, TellsProgressByRowsAndStops) {
+  Bitmap source(3, 7, 8);
+  for (const uint32_t height : {1u, 3u, 100u, 101u, 300u}) {
+    Bitmap result(2, height, 8);
+    const StatusLog log;
+    EXPECT_EQ(Vn_ResizeBitmap(source, result), OK);
+    EXPECT_EQ(log.percents(), ExpectedPercents(height));
+  }
+  Bitmap result(2, 10, 8);
+  for (const size_t stopAt : {size_t{1}, size_t{4}, size_t{11}}) {
+    for (const VnStatus value : {0, -99}) {
+      const StatusLog log(stopAt, value);
+      EXPECT_EQ(Vn_ResizeBitmap(source, result), value);
+      EXPECT_EQ(log.percents().size(), stopAt);
+      EXPECT_FALSE(result->Flags & FLAG_LOCKED);
+    }
+  }
+}
+
+TEST(ResizeBitmap, WantsTwoBitmaps) {
+  Bitmap bitmap(2, 2, 8);
+  BitmapHandle empty{};
+  EXPECT_EQ(Vn_ResizeBitmap(nullptr, bitmap), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_ResizeBitmap(bitmap, nullptr), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_ResizeBitmap(&empty, bitmap), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_ResizeBitmap(bitmap, &empty), ERR_NO_BITMAP);
+}
+
+TEST(SizeBitmap, ReplacesThePixelsAndKeepsTheRest) {
+  Random random(35);
+  for (const int32_t bits : kDepths) {
+    Bitmap bitmap(21, 13, bits, VIEW_TOP_FIRST);
+    FillRandom(bitmap, random);
+    bitmap->CarriedTag = 12345;
+    bitmap->XResolution = 72;
+    Bitmap copy;
+    ASSERT_EQ(Vn_CopyBitmap(copy.get(), bitmap), OK);
+    const HPALETTE palette = bitmap->Palette, paint = bitmap->PaintPalette;
+    ASSERT_EQ(Vn_SizeBitmap(bitmap, 50, 7), OK);
+    EXPECT_EQ(bitmap->Width, 50);
+    EXPECT_EQ(bitmap->Height, 7);
+    EXPECT_EQ(bitmap->BitsPerPixel, bits);
+    EXPECT_EQ(bitmap->CarriedTag, 12345u);
+    EXPECT_EQ(bitmap->XResolution, 72);
+    EXPECT_EQ(bitmap->ViewOrigin, static_cast<uint32_t>(VIEW_TOP_FIRST));
+    EXPECT_EQ(bitmap->Palette, palette);
+    EXPECT_EQ(bitmap->PaintPalette, paint);
+    ExpectResized(copy, bitmap);
+  }
+}
+
+TEST(SizeBitmap, ScalesTheRegion) {
+  Bitmap bitmap(20, 10, 8);
+  const RECT rect = {4, 2, 12, 6};
+  ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);
+  ASSERT_EQ(Vn_SizeBitmap(bitmap, 10, 20), OK);
+  RECT bounds;
+  ASSERT_EQ(Vn_GetBitmapRgnBounds(bitmap, nullptr, &bounds), OK);
+  EXPECT_EQ(bounds.left, 2);
+  EXPECT_EQ(bounds.top, 4);
+  EXPECT_EQ(bounds.right, 6);
+  EXPECT_EQ(bounds.bottom, 12);
+  EXPECT_TRUE(Vn_IsPtInBitmapRgn(bitmap, 11, 5));
+  EXPECT_FALSE(Vn_IsPtInBitmapRgn(bitmap, 12, 5));
+}
+
+TEST(SizeBitmap, RefusesAndKeeps) {
+  Random random(36);
+  Bitmap bitmap(5, 6, 8);
+  FillRandom(bitmap, random);
+  const Bytes before = ReadAll(bitmap);
+  BitmapHandle empty{};
+  EXPECT_EQ(Vn_SizeBitmap(nullptr, 2, 2), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_SizeBitmap(&empty, 2, 2), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_SizeBitmap(bitmap, 5, 6), OK);
+  EXPECT_EQ(Vn_SizeBitmap(bitmap, 0, 6), ERR_EMPTY_BITMAP);
+  EXPECT_EQ(Vn_SizeBitmap(bitmap, -1, 6), ERR_NO_MEMORY);
+  EXPECT_EQ(Vn_SizeBitmap(bitmap, 0x20000004, 1), ERR_NO_MEMORY);  // the stride would wrap
+  EXPECT_EQ(Vn_SizeBitmap(bitmap, 70000, 70000), ERR_NO_MEMORY);   // the size would
+  EXPECT_EQ(ReadAll(bitmap), before);
+  EXPECT_NE(bitmap->PaintPalette, nullptr);
+}
+
+// A stop after the new storage was made takes palettes and region along, by design.
+TEST(SizeBitmap, StoppedKeepsPixelsButNotThePalettes) {
+  Random random(37);
+  Bitmap bitmap(9, 9, 8);
+  const RECT rect = {1, 1, 5, 5};
+  ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);
+  FillRandom(bitmap, random);
+  const Bytes before = ReadAll(bitmap);
+  const HPALETTE palette = bitmap->PaintPalette;
+  {
+    const StatusLog log(3, -500);
+    EXPECT_EQ(Vn_SizeBitmap(bitmap, 4, 4), -500);
+  }
+  EXPECT_EQ(bitmap->Width, 9);
+  EXPECT_EQ(ReadAll(bitmap), before);
+  EXPECT_EQ(bitmap->PaintPalette, palette);
+  EXPECT_EQ(Vn_GetPaletteSize(palette), 0u);  // dead
+  bitmap->Palette = bitmap->PaintPalette = nullptr;
+  bitmap->Region = nullptr;
+}
+
+HEADLESS_TEST(ResizeFailures, MemoryFailsAtEveryAllocation) {
+  WalkFailures(HEADLESS_MEMORY, [](FailureRound& round) {
+    ResizeState* state = nullptr;
+    const VnStatus status = round.Run([&] { return Vn_StartResize(4, 4, 8, 8, &state); });
+    EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
+    if (status == OK) Vn_StopResize(state);
+  });
+  Random random(38);
+  Bitmap source(20, 20, 4), result(9, 31, 4);
+  FillRandom(source, random);
+  WalkFailures(
+      HEADLESS_MEMORY,
+      [&](FailureRound& round) {
+        const VnStatus status = round.Run([&] { return Vn_ResizeBitmap(source, result); });
+        EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
+        EXPECT_FALSE((source->Flags | result->Flags) & FLAG_LOCKED);
+      },
+      2);
+  WalkFailures(
+      HEADLESS_MEMORY,
+      [&](FailureRound& round) {
+        Bitmap bitmap(20, 20, 4);
+        const RECT rect = {1, 1, 5, 5};
+        ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);
+        FillRandom(bitmap, random);
+        const Bytes before = ReadAll(bitmap);
+        const VnStatus status = round.Run([&] { return Vn_SizeBitmap(bitmap, 9, 9); });
+        if (status == OK) return;
+        EXPECT_EQ(status, ERR_NO_MEMORY);
+        EXPECT_EQ(bitmap->Width, 20);
+        EXPECT_EQ(ReadAll(bitmap), before);
+        if (Vn_GetPaletteSize(bitmap->PaintPalette) == 0) {
+          // The resize itself failed: palettes and region went with the new record.
+          bitmap->Palette = bitmap->PaintPalette = nullptr;
+          bitmap->Region = nullptr;
+        }
+      },
+      4);
+}
+
+}  // namespace
+}  // namespace vn::test
