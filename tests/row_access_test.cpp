@@ -61,6 +61,7 @@ TEST(RowAccess, ColumnsFindTheirByte) {
     Bytes row(bitmap->BytesPerLine);
     for (size_t i = 0; i < row.size(); ++i)
       row[i] = static_cast<uint8_t>(i + 1);
+    WriteRow(bitmap, 1, Bytes(row.size()));
     WriteRow(bitmap, 2, row);
     const int32_t state = Vn_LockBitmap(bitmap);
     uint8_t bytes[2] = {};
