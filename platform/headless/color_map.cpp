@@ -28,21 +28,27 @@ const std::array<uint32_t, 256>& NearestEntries(const ColorTable& from, const Co
   return nearest;
 }
 
-// Nearest entries for colours of which there are too many to search for each: colours that agree in
-// the upper five bits of all channels get the entry of the first of them that turned up.
+// Nearest entries for colours of which there are too many to search for each. As real GDI has it, a
+// colour takes the entry nearest to the centre of its cell, a cell being the colours that agree in
+// the upper five bits of each channel. What is found stays as long as the table does.
 class CellMatcher {
  public:
-  void Start() { known_.reset(); }
-  uint32_t Match(const ColorTable& table, uint32_t rgb) {
+  void Start(const ColorTable& table) {
+    if (SameColors(table_, table)) return;
+    table_ = table;
+    known_.reset();
+  }
+  uint32_t Match(uint32_t rgb) {
     const uint32_t cell = (rgb >> 9 & 0x7C00) | (rgb >> 6 & 0x03E0) | (rgb >> 3 & 0x001F);
     if (!known_[cell]) {
       known_.set(cell);
-      entry_[cell] = static_cast<uint8_t>(NearestEntry(table, rgb));
+      entry_[cell] = static_cast<uint8_t>(NearestEntry(table_, (rgb & 0xF8F8F8) | 0x040404));
     }
     return entry_[cell];
   }
 
  private:
+  ColorTable table_;
   std::bitset<32768> known_;
   uint8_t entry_[32768];
 };
@@ -74,7 +80,7 @@ ColorMap::ColorMap(const PixelLayout& source, const ColorTable* colors, const Su
     : source_(source), target_(target), monochrome_(monochrome) {
   if (!source.indexed()) {
     identity_ = source == target.layout;
-    if (target.layout.indexed()) Cells().Start();
+    if (target.layout.bits == 8) Cells().Start(*target.colors);
     return;
   }
   if (target.layout.indexed() && target.colors && SameColors(*colors, *target.colors)) {
@@ -104,22 +110,18 @@ void ColorMap::CheckTable() {
 
 void ColorMap::Apply(int32_t count, uint32_t* pixels) const {
   if (identity_) return;
-  if (source_.indexed()) {
+  const auto each = [&](auto convert) {
     for (int32_t i = 0; i < count; ++i)
-      pixels[i] = table_[pixels[i]];
-    return;
-  }
+      pixels[i] = convert(pixels[i]);
+  };
+  if (source_.indexed()) return each([&](uint32_t value) { return table_[value]; });
+
   PixelsToRgb(source_, count, pixels);
-  if (!target_.layout.indexed()) {
-    RgbToPixels(target_.layout, count, pixels);
-  } else if (target_.colors) {
-    CellMatcher& cells = Cells();
-    for (int32_t i = 0; i < count; ++i)
-      pixels[i] = cells.Match(*target_.colors, pixels[i]);
-  } else {
-    for (int32_t i = 0; i < count; ++i)
-      pixels[i] = pixels[i] == monochrome_.background;
+  if (!target_.layout.indexed()) return RgbToPixels(target_.layout, count, pixels);
+  if (target_.layout.bits == 8) {
+    return each([&cells = Cells()](uint32_t rgb) { return cells.Match(rgb); });
   }
+  each([&](uint32_t rgb) { return PixelOf(rgb, target_, monochrome_); });
 }
 
 }  // namespace headless

@@ -50,10 +50,11 @@ bool ReadDibColors(const DibFormat& format, UINT usage, const Context* context,
   }
   const Palette* palette = context ? context->SelectedPalette() : nullptr;
   if (!palette || palette->entries.empty()) return false;
+  const size_t count = std::min<size_t>(palette->entries.size(), format.colorCount);
   for (uint32_t i = 0; i < format.colorCount; ++i) {
     WORD index;
     std::memcpy(&index, format.table + i * sizeof index, sizeof index);
-    colors->entries[i] = QuadOf(RgbOf(palette->entries[index % palette->entries.size()]));
+    colors->entries[i] = QuadOf(RgbOf(palette->entries[index % count]));
   }
   return true;
 }

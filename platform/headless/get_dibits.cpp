@@ -44,34 +44,30 @@ void WriteTable(const ColorTable& colors, UINT usage, BITMAPINFO* info) {
   }
 }
 
-// Lines count from the bottom for a bottom-up DIB and from the top for the other. They are written
-// from the start of `bits` on. The number of lines written.
+// The DIB and the bitmap share their upper left corner. Lines count from the DIB's lowest one, for
+// top-down DIBs too, and are written from the start of `bits` on; what lies outside of the bitmap
+// is zero. The number of lines that the bitmap has.
 int ReadLines(const Surface& surface, const DibFormat& format, const ColorTable* colors, UINT first,
               UINT lines, void* bits) {
-  const auto height = static_cast<UINT>(surface.height);
-  if (first >= height) return 0;
-  lines = std::min({lines, height - first, static_cast<UINT>(format.height)});
-  if (lines == 0) return 0;
-  const UINT top = format.topDown ? first : height - first - lines;
-
   DibFormat part = format;
   part.height = static_cast<int32_t>(lines);
   Surface target = DibSurface(part, static_cast<uint8_t*>(bits));
   if (colors) target.colors = std::make_shared<ColorTable>(*colors);
   const ColorTable* from = surface.monochrome() ? FixedColors(1).get() : surface.colors.get();
   const ColorMap map(surface.layout, from, target, {});
+  const int32_t top = format.height - static_cast<int32_t>(first) - part.height;
+  const Axis rows = MakeAxis(0, part.height, part.height, top, part.height, surface.height);
   std::memset(bits, 0, static_cast<size_t>(part.bytes()));
   Blit({&target,
         nullptr,
         MakeAxis(0, format.width, format.width, 0, format.width, surface.width),
-        MakeAxis(0, part.height, part.height, static_cast<int32_t>(top), part.height,
-                 surface.height),
+        rows,
         &surface,
         &map,
         nullptr,
         {},
         RasterOp(SRCCOPY)});
-  return static_cast<int>(lines);
+  return rows.count;
 }
 
 }  // namespace
@@ -79,8 +75,8 @@ int ReadLines(const Surface& surface, const DibFormat& format, const ColorTable*
 
 using namespace headless;
 
-// Without bits it fills in the header alone and answers 1. The number of lines otherwise, 0 for a
-// failure.
+// A depth of 0 asks for the bitmap's own header. Without bits, or without a line to read, it
+// answers the DIB's size and colours; that counts as 1 line. 0 for a failure.
 int GetDIBits(HDC context, HBITMAP bitmap, UINT firstLine, UINT lines, LPVOID bits,
               BITMAPINFO* info, UINT usage) {
   return Enter<int>(0, [&]() -> int {
@@ -91,7 +87,7 @@ int GetDIBits(HDC context, HBITMAP bitmap, UINT firstLine, UINT lines, LPVOID bi
     if (header.biSize < sizeof header) return 0;
     if (header.biBitCount == 0) {
       DescribeBitmap(surface, &header);
-      return 1;
+      return surface.height;
     }
     DibFormat format;
     if (!ReadDibFormat(info, &format)) return 0;
@@ -99,11 +95,11 @@ int GetDIBits(HDC context, HBITMAP bitmap, UINT firstLine, UINT lines, LPVOID bi
     if (format.layout.indexed()) {
       colors = &AnswerColors(surface, format.layout.bits);
       WriteTable(*colors, usage, info);
+      header.biClrUsed = 0;
     }
-    if (!bits) {
-      header.biSizeImage = static_cast<DWORD>(format.bytes());
-      return 1;
-    }
-    return ReadLines(surface, format, colors, firstLine, lines, bits);
+    header.biSizeImage = static_cast<DWORD>(format.bytes());
+    const auto height = static_cast<UINT>(format.height);
+    if (!bits || lines == 0 || firstLine >= height) return 1;
+    return ReadLines(surface, format, colors, firstLine, std::min(lines, height - firstLine), bits);
   });
 }
