@@ -59,11 +59,11 @@ void Section::Fold(Case& test) const {
   }
 }
 
-RandomPaletteScope::RandomPaletteScope(Case& test, HDC context) : context_(context) {
+RandomPaletteScope::RandomPaletteScope(Case& test, HDC context, int32_t count) : context_(context) {
   struct {
     WORD version, count;
     PALETTEENTRY entries[256];
-  } log = {0x300, static_cast<WORD>(test.Pick(2, 256)), {}};
+  } log = {0x300, static_cast<WORD>(count), {}};
   for (int i = 0; i < log.count; ++i)
     test.random.Fill(&log.entries[i], 3);
   palette_ = CreatePalette(reinterpret_cast<const LOGPALETTE*>(&log));

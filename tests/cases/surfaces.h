@@ -68,10 +68,10 @@ class Section {
   int32_t width_, height_, bits_;
 };
 
-// Selects a palette of 2 to 256 random colours into a context for the length of a scope.
+// Selects a palette of random colours into a context for the length of a scope.
 class RandomPaletteScope {
  public:
-  RandomPaletteScope(Case& test, HDC context);
+  RandomPaletteScope(Case& test, HDC context, int32_t count);
   RandomPaletteScope(const RandomPaletteScope&) = delete;
   RandomPaletteScope& operator=(const RandomPaletteScope&) = delete;
   ~RandomPaletteScope();
