@@ -23,7 +23,8 @@ fi
 
 export WINEPREFIX=$home/$depth${version:+-$version}
 export WINEDEBUG=${WINEDEBUG:--all}
-export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe="
+# No offers to install parts of Wine, no debugger that waits for an answer after a crash.
+export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe,winedbg.exe="
 mkdir -p "$WINEPREFIX"
 
 # One run at a time in a prefix: the screen belongs to the server's first client.
