@@ -39,7 +39,9 @@ if(WIN32)
       --output-lib $<TARGET_LINKER_FILE:vncore> VERBATIM)
 else()
   # Calls inside the library stay inside it, whatever else the process has loaded.
-  target_link_options(vncore PRIVATE -Wl,-Bsymbolic -Wl,--no-undefined)
+  target_link_options(vncore PRIVATE -Wl,-Bsymbolic -Wl,--no-undefined
+    -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  set_property(TARGET vncore APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
 endif()
 
 file(GLOB VNCORE_PUBLIC_HEADERS ${PROJECT_SOURCE_DIR}/kernel/vn*.h)

@@ -12,6 +12,7 @@
 #include <mutex>
 
 #include "platform/headless/headless.h"
+#include "platform/headless/pages.h"
 
 // The library that is loaded defines it; a loader knows it by name alone.
 extern "C" __attribute__((visibility("default"))) BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID);
@@ -67,6 +68,7 @@ __attribute__((destructor(101))) void OnUnload() {
   DetachProcess();
   if (hasThreadEndKey) pthread_key_delete(threadEndKey);  // its destructor goes with the library
   hasThreadEndKey = false;
+  ReleaseCachedPages();
 }
 
 }  // namespace

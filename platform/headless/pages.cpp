@@ -102,6 +102,12 @@ class PageCache {
     return true;
   }
 
+  void Clear() {
+    const std::lock_guard lock(mutex_);
+    while (held_)
+      Drop();
+  }
+
  private:
   // Unmaps the oldest run and makes its place the next to be filled when all places are taken.
   void Drop() {
@@ -168,5 +174,7 @@ Pages::~Pages() {
   if (backing_ == Backing::kMemory && PageCache::Get().Keep(base_, bytes_)) return;
   munmap(base_, bytes_);
 }
+
+void ReleaseCachedPages() { PageCache::Get().Clear(); }
 
 }  // namespace headless

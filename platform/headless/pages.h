@@ -33,6 +33,9 @@ class Pages {
   Backing backing_ = Backing::kMemory;
 };
 
+// Unmaps the released runs that are kept for later ones.
+void ReleaseCachedPages();
+
 }  // namespace headless
 
 #endif
