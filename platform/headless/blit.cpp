@@ -2,58 +2,12 @@
 #include "platform/headless/blit.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <optional>
 
 #include "platform/headless/pixel_rows.h"
 
 namespace headless {
-
-Axis MakeAxis(int32_t target, int32_t targetSize, int32_t targetLimit) {
-  const int64_t from = std::min<int64_t>(target, int64_t{target} + targetSize);
-  const int64_t to = std::max<int64_t>(target, int64_t{target} + targetSize);
-  const int64_t first = std::max<int64_t>(from, 0);
-  const int64_t last = std::min<int64_t>(to, targetLimit);
-  Axis axis;
-  if (first >= last) return axis;
-  axis.first = static_cast<int32_t>(first);
-  axis.count = static_cast<int32_t>(last - first);
-  return axis;
-}
-
-Axis MakeAxis(int32_t target, int32_t targetSize, int32_t targetLimit, int32_t source,
-              int32_t sourceSize, int32_t sourceLimit) {
-  Axis axis = MakeAxis(target, targetSize, targetLimit);
-  if (axis.count == 0 || sourceSize == 0) return Axis{};
-  const int64_t targetFrom = std::min<int64_t>(target, int64_t{target} + targetSize);
-  const int64_t sourceFrom = std::min<int64_t>(source, int64_t{source} + sourceSize);
-  const int64_t targetPixels = std::abs(int64_t{targetSize});
-  const int64_t sourcePixels = std::abs(int64_t{sourceSize});
-  const bool mirrored = (targetSize < 0) != (sourceSize < 0);
-  const auto sourceOf = [&](int64_t at) {
-    const int64_t step = (at - targetFrom) * sourcePixels / targetPixels;
-    return sourceFrom + (mirrored ? sourcePixels - 1 - step : step);
-  };
-  // Sources rise or fall along the target, so those that exist are one stretch of it.
-  const auto exists = [&](int64_t at) { return at >= 0 && at < sourceLimit; };
-  int64_t first = axis.first, last = int64_t{axis.first} + axis.count;
-  while (first < last && !exists(sourceOf(first)))
-    ++first;
-  while (last > first && !exists(sourceOf(last - 1)))
-    --last;
-  if (first >= last) return Axis{};
-  axis.first = static_cast<int32_t>(first);
-  axis.count = static_cast<int32_t>(last - first);
-  axis.source = static_cast<int32_t>(sourceOf(first));
-  if (targetPixels != sourcePixels || mirrored) {
-    axis.table.reserve(static_cast<size_t>(axis.count));
-    for (int64_t at = first; at < last; ++at) {
-      axis.table.push_back(static_cast<int32_t>(sourceOf(at)));
-    }
-  }
-  return axis;
-}
 
 namespace {
 
@@ -100,25 +54,29 @@ class PatternRows {
   std::optional<ColorMap> map_;
 };
 
-// One call's work on rectangles of the target.
+// One call's work, row by row.
 class Painter {
  public:
-  explicit Painter(const BlitJob& job) : job_(job), bits_(job.target->layout.bits) {
+  explicit Painter(const BlitJob& job)
+      : job_(job), bits_(job.target->layout.bits), copies_(job.operation.CopiesSource()) {
     const auto width = static_cast<size_t>(job.columns.count);
     source_.resize(width);
+    if (job.source && !job.rows.straight()) met_.resize(width);
     if (job.operation.NeedsPattern()) pattern_.emplace(job);
-    if (!CopiesOnly()) {
+    if (!copies_) {
       patternPixels_.resize(width);
       targetPixels_.resize(width);
     }
-    if (!job.columns.table.empty()) {
+    if (!job.columns.straight()) {
       const auto [low, high] =
-          std::minmax_element(job.columns.table.begin(), job.columns.table.end());
-      spanFirst_ = *low;
-      span_.resize(static_cast<size_t>(*high - *low + 1));
+          std::minmax_element(job.columns.table.begin(), job.columns.table.end(),
+                              [](const Span& a, const Span& b) { return a.first < b.first; });
+      unstretchedFirst_ = low->first;
+      unstretched_.resize(static_cast<size_t>(high->last - unstretchedFirst_ + 1));
+    } else if (copies_) {
+      copiesBytes_ = job.map->identity() && bits_ >= 8;
+      copiesTable_ = bits_ == 8 && job.source->layout.bits == 8;
     }
-    copiesBytes_ = CopiesOnly() && span_.empty() && job.map->identity() && bits_ >= 8;
-    copiesTable_ = CopiesOnly() && span_.empty() && bits_ == 8 && job.source->layout.bits == 8;
     if (copiesTable_) {
       std::transform(job.map->table().begin(), job.map->table().end(), bytes_,
                      [](uint32_t value) { return static_cast<uint8_t>(value); });
@@ -127,25 +85,18 @@ class Painter {
 
   void PaintRow(int32_t x, int32_t y, int32_t count) {
     uint8_t* row = job_.target->Row(y);
-    const uint8_t* from = job_.source ? job_.source->Row(job_.rows.SourceOf(y)) : nullptr;
-    if (copiesBytes_) {
-      const size_t bytes = bits_ / 8;
-      std::memcpy(row + static_cast<size_t>(x) * bytes,
-                  from + static_cast<size_t>(job_.columns.SourceOf(x)) * bytes,
-                  static_cast<size_t>(count) * bytes);
-      return;
+    if (job_.source) {
+      const Span rows = job_.rows.SourcesOf(y);
+      if (rows.first == rows.last && CopyRow(job_.source->Row(rows.first), row, x, count)) return;
+      GetSource(job_.source->Row(rows.first), x, count, source_.data());
+      for (int32_t r = rows.first + 1; r <= rows.last; ++r) {
+        GetSource(job_.source->Row(r), x, count, met_.data());
+        for (size_t i = 0; i < static_cast<size_t>(count); ++i)
+          source_[i] &= met_[i];
+      }
     }
-    if (copiesTable_) {
-      const uint8_t* at = from + job_.columns.SourceOf(x);
-      for (int32_t i = 0; i < count; ++i)
-        row[x + i] = bytes_[at[i]];
-      return;
-    }
-    if (from) GetSource(from, x, count);
-    if (CopiesOnly()) {
-      StorePixels(row, bits_, x, count, source_.data());
-      return;
-    }
+    if (copies_) return StorePixels(row, bits_, x, count, source_.data());
+
     if (pattern_) pattern_->Get(x, y, count, patternPixels_.data());
     if (job_.operation.NeedsTarget()) LoadPixels(row, bits_, x, count, targetPixels_.data());
     job_.operation.Combine(count, patternPixels_.data(), source_.data(), targetPixels_.data());
@@ -153,31 +104,49 @@ class Painter {
   }
 
  private:
-  bool CopiesOnly() const { return job_.operation.CopiesSource(); }
+  // The two ways that need no words in between. False when neither does.
+  bool CopyRow(const uint8_t* from, uint8_t* row, int32_t x, int32_t count) const {
+    if (!copiesBytes_ && !copiesTable_) return false;
+    const size_t bytes = bits_ / 8;
+    from += static_cast<size_t>(job_.columns.SourcesOf(x).first) * bytes;
+    row += static_cast<size_t>(x) * bytes;
+    if (copiesBytes_) {
+      std::memcpy(row, from, static_cast<size_t>(count) * bytes);
+    } else {
+      for (int32_t i = 0; i < count; ++i)
+        row[i] = bytes_[from[i]];
+    }
+    return true;
+  }
 
-  // Values of the target for the source pixels that columns x to x + count - 1 take.
-  void GetSource(const uint8_t* from, int32_t x, int32_t count) {
+  // Values of the target for what columns x to x + count - 1 take from a source row.
+  void GetSource(const uint8_t* from, int32_t x, int32_t count, uint32_t* pixels) {
     const uint32_t bits = job_.source->layout.bits;
-    if (span_.empty()) {
-      LoadPixels(from, bits, job_.columns.SourceOf(x), count, source_.data());
-      job_.map->Apply(count, source_.data());
+    if (job_.columns.straight()) {
+      LoadPixels(from, bits, job_.columns.SourcesOf(x).first, count, pixels);
+      job_.map->Apply(count, pixels);
       return;
     }
-    const auto spanCount = static_cast<int32_t>(span_.size());
-    LoadPixels(from, bits, spanFirst_, spanCount, span_.data());
-    job_.map->Apply(spanCount, span_.data());
+    const auto size = static_cast<int32_t>(unstretched_.size());
+    LoadPixels(from, bits, unstretchedFirst_, size, unstretched_.data());
+    job_.map->Apply(size, unstretched_.data());
     for (int32_t i = 0; i < count; ++i) {
-      source_[static_cast<size_t>(i)] =
-          span_[static_cast<size_t>(job_.columns.SourceOf(x + i) - spanFirst_)];
+      const Span span = job_.columns.SourcesOf(x + i);
+      uint32_t pixel = ~0u;
+      for (int32_t at = span.first; at <= span.last; ++at) {
+        pixel &= unstretched_[static_cast<size_t>(at - unstretchedFirst_)];
+      }
+      pixels[i] = pixel;
     }
   }
 
   const BlitJob& job_;
   const uint32_t bits_;
+  const bool copies_;
   bool copiesBytes_ = false, copiesTable_ = false;
   uint8_t bytes_[256];
-  int32_t spanFirst_ = 0;
-  std::vector<uint32_t> source_, span_, patternPixels_, targetPixels_;
+  int32_t unstretchedFirst_ = 0;
+  std::vector<uint32_t> source_, met_, unstretched_, patternPixels_, targetPixels_;
   std::optional<PatternRows> pattern_;
 };
 

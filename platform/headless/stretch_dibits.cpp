@@ -1,4 +1,5 @@
 // StretchDIBits: a picture of the caller's drawn on a context.
+#include <algorithm>
 #include <cstring>
 #include <optional>
 
@@ -35,6 +36,12 @@ std::optional<ColorMap> RealizedMap(const DibFormat& format, UINT usage, const C
   return ColorMap(format.layout, table, target);
 }
 
+// Whether a stretch of pixels from `first` on, of either sign, has one from 0 to limit - 1.
+bool Meets(int32_t first, int32_t size, int32_t limit) {
+  const int64_t end = int64_t{first} + size;
+  return std::min<int64_t>(first, end) < limit && std::max<int64_t>(first, end) > 0 && size != 0;
+}
+
 int Draw(const Headless_StretchCall& call) {
   const auto* context = Find<Context>(call.context);
   Surface* target = context ? context->Target() : nullptr;
@@ -51,13 +58,21 @@ int Draw(const Headless_StretchCall& call) {
                                        RgbOf(context->state.background)};
   std::optional<ColorMap> map = RealizedMap(format, call.usage, *context, *target);
   if (!map) map.emplace(format.layout, &colors, *target, monochrome);
-  // The source rectangle counts from the first row in memory, which is the lowest of a bottom-up
-  // DIB.
-  const int32_t srcY = format.topDown ? call.srcY : format.height - call.srcY - call.srcHeight;
-  Blit({target, context->state.clip.get(),
-        MakeAxis(call.x, call.width, target->width, call.srcX, call.srcWidth, format.width),
-        MakeAxis(call.y, call.height, target->height, srcY, call.srcHeight, format.height), &source,
-        &*map, Find<Brush>(context->state.brush), monochrome, RasterOp(call.rasterOp)});
+  if (!Meets(call.srcX, call.srcWidth, format.width) ||
+      !Meets(call.srcY, call.srcHeight, format.height)) {
+    return 0;
+  }
+  // Source rows count from the lowest one, in top-down DIBs too, unless such a DIB is drawn one to
+  // one from its corner: then that is the upper one.
+  const bool fromCorner = format.topDown && call.srcX == 0 && call.srcY == 0 &&
+                          call.width == call.srcWidth && call.height == call.srcHeight;
+  const int32_t srcY = fromCorner ? 0 : format.height - call.srcY - call.srcHeight;
+  const Axis columns =
+      MakeAxis(call.x, call.width, target->width, call.srcX, call.srcWidth, format.width);
+  const Axis rows =
+      MakeAxis(call.y, call.height, target->height, srcY, call.srcHeight, format.height);
+  Blit({target, context->state.clip.get(), columns, rows, &source, &*map,
+        Find<Brush>(context->state.brush), monochrome, RasterOp(call.rasterOp)});
   return format.height;
 }
 
@@ -72,7 +87,7 @@ void Headless_ObserveStretch(Headless_StretchObserver newObserver, void* data) {
   observerData = data;
 }
 
-// The number of rows of the DIB, 0 for a failure.
+// The number of rows of the DIB; 0 for a failure and for a source rectangle outside of it.
 int StretchDIBits(HDC context, int x, int y, int width, int height, int srcX, int srcY,
                   int srcWidth, int srcHeight, LPCVOID bits, const BITMAPINFO* info, UINT usage,
                   DWORD rasterOp) {
