@@ -1,0 +1,348 @@
+#include "tests/support/slow_paint.h"
+
+#include <algorithm>
+
+#include "tests/support/pixels.h"
+#include "tests/support/slow_dither.h"
+
+namespace vn::test {
+namespace {
+
+using Line = std::vector<uint32_t>;
+
+struct Box {
+  int64_t left, top, right, bottom;
+  bool Empty() const { return right <= left || bottom <= top; }
+  Box And(const Box& b) const {
+    return {std::max(left, b.left), std::max(top, b.top), std::min(right, b.right),
+            std::min(bottom, b.bottom)};
+  }
+};
+Box BoxOf(const RECT& r) { return {r.left, r.top, r.right, r.bottom}; }
+
+Colors ActiveColors(BitmapHandle* bitmap) {
+  Colors colors(static_cast<size_t>(bitmap->ColorCount));
+  const HPALETTE palette =
+      bitmap->Flags & FLAG_FIXED_PALETTE ? bitmap->PaintPalette : bitmap->Palette;
+  colors.resize(
+      Vn_GetPaletteEntries(palette, 0, static_cast<uint32_t>(bitmap->ColorCount), colors.data()));
+  return colors;
+}
+
+bool SameAsFixed(const Colors& colors, int32_t bits) {
+  const RGBQUAD* fixed = Vn_IntGetFixedPalette(static_cast<uint32_t>(bits));
+  for (size_t i = 0; i < colors.size(); ++i) {
+    const SlowColor a = SlowEntry(colors[i]), b = SlowEntry(fixed[i]);
+    if (a.red != b.red || a.green != b.green || a.blue != b.blue) return false;
+  }
+  return true;
+}
+
+// +1 for black and white, -1 for white and black.
+int RampOf2(const Colors& colors) {
+  const auto level = [&](size_t i) {
+    const SlowColor c = SlowEntry(colors[i]);
+    return c.red == c.green && c.green == c.blue ? c.red : -1;
+  };
+  if (colors.size() != 2) return 0;
+  if (level(0) == 0 && level(1) == 255) return 1;
+  return level(0) == 255 && level(1) == 0 ? -1 : 0;
+}
+
+// The work of one paint. Lines count from the top of the picture, work rows from its bottom.
+class Worker {
+ public:
+  Worker(const SlowPaint& paint, SlowPicture* result)
+      : paint_(paint),
+        result_(*result),
+        bitmap_(*paint.bitmap),
+        width_(bitmap_.Width),
+        height_(bitmap_.Height),
+        bits_(bitmap_.BitsPerPixel),
+        deviceBits_(SlowDeviceBits(paint.rawBits)) {
+    for (int64_t line = 0; line < height_; ++line) {
+      const bool bottomFirst = bitmap_.ViewOrigin == VIEW_BOTTOM_FIRST;
+      const int64_t row = bottomFirst ? height_ - 1 - line : line;
+      lines_.push_back(ReadRow(paint.bitmap, static_cast<uint32_t>(row)));
+    }
+  }
+
+  void Run() {
+    result_.kind = SlowKind(paint_.bitmap, paint_.mode, deviceBits_);
+    const Box whole = {0, 0, width_, height_};
+    const Box source = paint_.source ? BoxOf(*paint_.source) : whole;
+    const Box clip = paint_.sourceClip ? BoxOf(*paint_.sourceClip).And(source) : source;
+    d_ = BoxOf(paint_.destination);
+    k_ = paint_.destinationClip ? d_.And(BoxOf(*paint_.destinationClip)) : d_;
+    if (clip.And(whole).Empty() || k_.Empty()) return;
+    s_ = Lines(source);
+    c_ = Lines(clip.And(whole));
+    const bool same =
+        d_.right - d_.left == s_.right - s_.left && d_.bottom - d_.top == s_.bottom - s_.top;
+    if (same ? !MapShift() : !MapScale()) return;
+    const bool gray = result_.kind == PAINT_GRAY || result_.kind == PAINT_GRAY_INVERTED;
+    const bool vote = result_.kind == PAINT_VOTE || result_.kind == PAINT_VOTE_INVERTED;
+    if (gray) {
+      PaintGray(same);
+    } else if (vote && !same) {
+      PaintVote();
+    } else {
+      PaintPlain(same);
+    }
+    if (result_.status != OK) result_.lines.clear();
+  }
+
+ private:
+  Box Lines(const Box& b) const {
+    if (bitmap_.ViewOrigin != VIEW_BOTTOM_FIRST) return b;
+    return {b.left, height_ - b.bottom, b.right, height_ - b.top};
+  }
+
+  bool MapShift() {
+    const int64_t dx = d_.left - s_.left, dy = d_.top - s_.top;
+    const Box box = k_.And({c_.left + dx, c_.top + dy, c_.right + dx, c_.bottom + dy});
+    Place(box);
+    for (int64_t y = box.top; y < box.bottom; ++y)
+      lineOf_.push_back(y - dy);
+    for (int64_t x = box.left; x < box.right; ++x)
+      columnOf_.push_back(x - dx);
+    return !box.Empty();
+  }
+
+  bool MapScale() {
+    sw_ = s_.right - s_.left, sh_ = s_.bottom - s_.top;
+    dw_ = d_.right - d_.left, dh_ = d_.bottom - d_.top;
+    const int64_t left = std::max((c_.left - s_.left) * dw_ + d_.left * sw_, k_.left * sw_);
+    const int64_t right = std::min((c_.right - s_.left) * dw_ + d_.left * sw_, k_.right * sw_);
+    const int64_t top = std::max((c_.top - s_.bottom) * dh_ + d_.bottom * sh_, k_.top * sh_);
+    const int64_t bottom =
+        std::min((c_.bottom - s_.bottom) * dh_ + d_.bottom * sh_, k_.bottom * sh_);
+    const Box box = {left / sw_, top / sh_, right / sw_, bottom / sh_};
+    Place(box);
+    if (box.Empty()) return false;
+    e_ = left - d_.left * sw_;
+    f_ = d_.bottom * sh_ - bottom;
+    for (int64_t y = box.top; y < box.bottom; ++y) {
+      lineOf_.push_back(s_.bottom - 1 - (f_ + (box.bottom - 1 - y) * sh_) / dh_);
+    }
+    for (int64_t i = 0; i < box.right - box.left; ++i)
+      columnOf_.push_back(ColumnOf(i));
+    return true;
+  }
+
+  int64_t ColumnOf(int64_t i) const { return s_.left + (e_ + i * sw_) / dw_; }
+
+  void Place(const Box& box) {
+    box_ = box;
+    result_.x = static_cast<int32_t>(box.left);
+    result_.y = static_cast<int32_t>(box.top);
+  }
+
+  uint32_t Pixel(int64_t line, int64_t column) const {
+    return PixelBits(lines_.at(static_cast<size_t>(line)), static_cast<size_t>(column), bits_);
+  }
+
+  void SetTable(bool own, const RGBQUAD* fixed) {
+    result_.indexes = result_.bits <= 8 && (paint_.mode & MODE_DEVICE_INDEXES) != 0;
+    if (result_.bits > 8 || result_.indexes) return;
+    if (own) {
+      result_.colors = ActiveColors(paint_.bitmap);
+    } else {
+      result_.colors.assign(fixed, fixed + (size_t{1} << result_.bits));
+    }
+  }
+
+  void PaintPlain(bool same) {
+    const int32_t kind = result_.kind;
+    result_.bits = kind == PAINT_DITHER ? deviceBits_ : kind == PAINT_EXPAND ? 24 : bits_;
+    const bool hasLoop = (deviceBits_ == 8 || bits_ != 1) && deviceBits_ <= 8;
+    if (kind == PAINT_DITHER && !hasLoop) {
+      result_.status = ERR_INVALID_PARAMETER;
+      return;
+    }
+    SetTable(kind != PAINT_DITHER, Vn_IntGetFixedPalette(static_cast<uint32_t>(result_.bits)));
+    // The first byte's column is a 16-bit word at 1:1.
+    const int64_t perByte = bits_ < 8 ? 8 / bits_ : 1;
+    const int64_t start = columnOf_[0] / perByte * perByte;
+    const int64_t wrapped = same && bits_ < 8 ? start - start % 65536 : 0;
+    const SlowDither dither{bits_,
+                            deviceBits_,
+                            bitmap_.ColorOrder,
+                            (paint_.mode & MODE_ORDERED_DITHER) != 0,
+                            (paint_.mode & MODE_CLUSTERED_MATRIX) != 0,
+                            FullColors()};
+    SlowErrors errors(columnOf_.size(), {0, 0, 0});
+    result_.lines.resize(lineOf_.size());
+    for (size_t i = lineOf_.size(); i-- > 0;) {
+      Line line;
+      for (const int64_t column : columnOf_)
+        line.push_back(Pixel(lineOf_[i], column - wrapped));
+      if (kind == PAINT_DITHER) {
+        const int64_t x = same ? columnOf_[0] : box_.left - d_.left;
+        const int64_t y = same ? lineOf_[i] : box_.top + static_cast<int64_t>(i) - d_.top;
+        line = dither.Row(Packed(line), 0, line.size(), static_cast<uint32_t>(x),
+                          static_cast<int>(y), errors);
+      } else if (kind == PAINT_EXPAND) {
+        for (uint32_t& pixel : line)
+          pixel = Expanded(pixel);
+      }
+      result_.lines[i] = line;
+    }
+  }
+
+  Colors FullColors() const {
+    Colors colors = bits_ <= 8 ? ActiveColors(paint_.bitmap) : Colors();
+    colors.resize(256);
+    return colors;
+  }
+
+  Bytes Packed(const Line& line) const {
+    Bytes row((line.size() * static_cast<size_t>(bits_) + 7) / 8);
+    for (size_t i = 0; i < line.size(); ++i)
+      SetPixelBits(&row, i, bits_, line[i]);
+    return row;
+  }
+
+  uint32_t Expanded(uint32_t pixel) const {
+    if (bits_ == 32) return pixel >> 8;
+    const uint32_t word = pixel >> 8 | (pixel & 255) << 8;
+    const auto widen = [](uint32_t field) { return field % 32 * 8 + field % 32 / 4; };
+    return widen(word) << 16 | widen(word >> 5) << 8 | widen(word >> 10);
+  }
+
+  // Bits of 1-bit pictures. Past the width stand the fill bits of the last byte, then nothing.
+  bool HasBit(int64_t column) const { return column < (width_ + 7) / 8 * 8; }
+  uint32_t Bit(int64_t workRow, int64_t column) const {
+    return HasBit(column) ? Pixel(height_ - 1 - workRow, column) : 0;
+  }
+
+  void PaintVote() {
+    const bool invert = result_.kind == PAINT_VOTE_INVERTED;
+    const uint32_t ink = invert ? 1 : 0;
+    result_.bits = 1;
+    SetTable(true, nullptr);
+    if (paint_.mode & MODE_FIXED_PALETTE) {
+      result_.indexes = false;
+      result_.colors = ActiveColors(paint_.bitmap);
+    }
+    const int64_t across = sw_ > dw_ ? sw_ / dw_ : 1, down = sh_ > dh_ ? sh_ / dh_ : 1;
+    int64_t threshold = 0;
+    while ((threshold + 1) * (threshold + 1) <= across * down)
+      ++threshold;
+    if (threshold < 5) --threshold;
+    if (threshold < 2) threshold = 1;
+    for (const int64_t lineNumber : lineOf_) {
+      std::vector<int64_t> votes(columnOf_.size(), 0);
+      int64_t row = height_ - 1 - lineNumber;
+      for (int64_t n = 0; n < down; ++n) {
+        for (size_t i = 0; i < votes.size(); ++i) {
+          for (int64_t c = columnOf_[i]; c < columnOf_[i] + across; ++c) {
+            if (HasBit(c) && Bit(row, c) == ink) ++votes[i];
+          }
+        }
+        row = row + 1 < height_ - 1 ? row + 2 : height_ - 1;
+      }
+      Line line;
+      for (const int64_t count : votes)
+        line.push_back(count >= threshold ? ink : 1 - ink);
+      result_.lines.push_back(line);
+    }
+  }
+
+  // The level of column i of work row `row`, scaled across.
+  int64_t Level(int64_t row, int64_t i) const {
+    row = std::min(row, height_ - 1);
+    const int64_t c = ColumnOf(i);
+    if (sw_ > dw_) {
+      int64_t sum = 0;
+      for (int64_t k = c; k < ColumnOf(i + 1); ++k)
+        sum += 255 * Bit(row, k);
+      return sum / (ColumnOf(i + 1) - c);
+    }
+    const int64_t share = (e_ + i * sw_) % dw_;
+    const int64_t next = share != 0 && c < sw_ - 1 ? c + 1 : c;
+    return ((dw_ - share) * Bit(row, c) + share * Bit(row, next)) * 255 / dw_;
+  }
+
+  int64_t GrayAt(int64_t up, int64_t i) const {
+    const auto rowOf = [&](int64_t n) { return height_ - s_.bottom + (f_ + n * sh_) / dh_; };
+    const int64_t row = rowOf(up);
+    if (sh_ > dh_) {
+      int64_t sum = 0;
+      for (int64_t r = row; r < rowOf(up + 1); ++r)
+        sum += Level(r, i);
+      return sum / (rowOf(up + 1) - row);
+    }
+    const int64_t share = (f_ + up * sh_) % dh_;
+    if (share == 0) return Level(row, i);
+    return Level(row, i) * (dh_ - share) / dh_ + Level(row + 1, i) * share / dh_;
+  }
+
+  void PaintGray(bool same) {
+    const int64_t flip = result_.kind == PAINT_GRAY_INVERTED ? 255 : 0;
+    result_.bits = 8;
+    Colors ramp(256);
+    for (size_t i = 0; i < 256; ++i) {
+      const auto level = static_cast<BYTE>(i);
+      ramp[i] = {level, level, level, 0};
+    }
+    SetTable(false, ramp.data());
+    const auto height = static_cast<int64_t>(lineOf_.size());
+    for (int64_t y = 0; y < height; ++y) {
+      Line line;
+      for (size_t i = 0; i < columnOf_.size(); ++i) {
+        const int64_t level = same ? 255 * Pixel(lineOf_[static_cast<size_t>(y)], columnOf_[i])
+                                   : GrayAt(height - 1 - y, static_cast<int64_t>(i));
+        line.push_back(static_cast<uint32_t>(level ^ flip));
+      }
+      result_.lines.push_back(line);
+    }
+  }
+
+  const SlowPaint& paint_;
+  SlowPicture& result_;
+  const BitmapHandle& bitmap_;
+  int64_t width_, height_;
+  int32_t bits_, deviceBits_;
+  std::vector<Bytes> lines_;
+  Box s_{}, c_{}, d_{}, k_{};  // source and its clip in lines; destination and its clip
+  Box box_{};                  // device pixels that are written
+  int64_t sw_ = 0, sh_ = 0, dw_ = 0, dh_ = 0;
+  int64_t e_ = 0, f_ = 0;  // start fractions from the left and from the bottom
+  std::vector<int64_t> lineOf_, columnOf_;
+};
+
+}  // namespace
+
+int32_t SlowDeviceBits(int32_t rawBits) {
+  return rawBits >= 16 ? 24 : rawBits >= 8 ? 8 : rawBits >= 4 ? 4 : 1;
+}
+
+int32_t SlowKind(BitmapHandle* bitmap, uint32_t mode, int32_t deviceBits) {
+  const bool dither = mode & MODE_DITHER, fixed = mode & MODE_FIXED_PALETTE;
+  const int32_t bits = bitmap->BitsPerPixel;
+  if (bits == 16 || bits == 32) return dither && deviceBits <= 8 ? PAINT_DITHER : PAINT_EXPAND;
+  if (bits == 24) return dither && deviceBits <= 8 ? PAINT_DITHER : PAINT_DIRECT;
+  if (bits == 1) {
+    const int ramp = RampOf2(ActiveColors(bitmap));
+    const bool gray = (mode & MODE_BITONAL_GRAY) && deviceBits != 1;
+    if (gray && ramp) return ramp > 0 ? PAINT_GRAY : PAINT_GRAY_INVERTED;
+    const bool vote = !gray && (mode & MODE_BITONAL_VOTE);
+    if (vote && ramp) return ramp > 0 ? PAINT_VOTE : PAINT_VOTE_INVERTED;
+    return dither && fixed && (gray || vote || deviceBits == 8) ? PAINT_DITHER : PAINT_DIRECT;
+  }
+  if (!dither || deviceBits == 24 || (bits != 4 && bits != 8)) return PAINT_DIRECT;
+  if (deviceBits == 1 || (bits == 8 && deviceBits == 4)) return PAINT_DITHER;
+  const bool equal = SameAsFixed(ActiveColors(bitmap), bits);
+  if (bits == 4 && deviceBits == 8) return fixed ? PAINT_DITHER : PAINT_DIRECT;
+  if (bits == 8 && !fixed) return PAINT_DIRECT;
+  return equal ? PAINT_DIRECT : PAINT_DITHER;
+}
+
+SlowPicture PaintSlowly(const SlowPaint& paint) {
+  SlowPicture picture;
+  Worker(paint, &picture).Run();
+  return picture;
+}
+
+}  // namespace vn::test
