@@ -10,6 +10,12 @@
 namespace headless {
 namespace {
 
+// Win32s has no GetRegionData.
+bool ListsRegions() {
+  const DWORD version = GetVersion();
+  return !(version & 0x80000000u) || (version & 0xFF) >= 4;
+}
+
 HRGN AddRegion(RegionSet set) { return AddNew<HRGN>(std::make_unique<Region>(std::move(set))); }
 
 }  // namespace
@@ -89,7 +95,7 @@ int GetRgnBox(HRGN region, LPRECT box) {
 DWORD GetRegionData(HRGN region, DWORD bytes, LPRGNDATA data) {
   return Enter<DWORD>(0, [&]() -> DWORD {
     const auto* found = Find<Region>(region);
-    if (!found) return 0;
+    if (!found || !ListsRegions()) return 0;
     const RectList& rects = found->set.rects();
     const auto size = static_cast<DWORD>(rects.size() * sizeof(RECT));
     const auto needed = static_cast<DWORD>(sizeof(RGNDATAHEADER) + size);

@@ -14,6 +14,8 @@ class Region : public Object {
  public:
   explicit Region(RegionSet pixels) : Object(OBJ_REGION), set(std::move(pixels)) {}
 
+  HGDIOBJ SelectInto(Context& context, HGDIOBJ self) override;
+
   RegionSet set;
 };
 

@@ -1,0 +1,273 @@
+// The platform's regions against sets of single pixels.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "kernel/platform_objects.h"
+#include "tests/support/failure_walk.h"
+#include "tests/support/headless_control.h"
+#include "tests/support/pixel_set.h"
+
+namespace vn::test {
+namespace {
+
+using Region = OwnedObject<HRGN>;
+
+constexpr int32_t kLow = -4, kHigh = 44;
+
+Region EmptyRegion() { return Region(CreateRectRgn(0, 0, 0, 0)); }
+PixelSet PixelsOf(HRGN region) { return PixelSet::Of(kLow, kHigh, RectsOf(region)); }
+
+// A region of random rectangles, and the same as pixels.
+struct Sample {
+  Region region = EmptyRegion();
+  PixelSet pixels{kLow, kHigh};
+
+  Sample(Random& random, int32_t rects) {
+    const Region part = EmptyRegion();
+    for (int32_t i = 0; i < rects; ++i) {
+      const RECT rect = RandomRect(random, kLow, kHigh);
+      SetRectRgn(part.get(), rect.left, rect.top, rect.right, rect.bottom);
+      const int mode = random.Between(RGN_OR, RGN_DIFF);
+      CombineRgn(region.get(), region.get(), part.get(), mode);
+      pixels.ForRect(rect, [&](bool on) {
+        return mode == RGN_OR ? true : mode == RGN_DIFF ? false : !on;
+      });
+    }
+  }
+};
+
+// Banded, coalesced, with tight bounds and the right kind.
+void ExpectCanonical(HRGN region, const PixelSet& pixels, int kind) {
+  const std::vector<RECT> rects = RectsOf(region);
+  EXPECT_EQ(PixelSet::Of(kLow, kHigh, rects), pixels);
+  RECT box;
+  EXPECT_EQ(GetRgnBox(region, &box), kind);
+  EXPECT_EQ(Text(box), Text(pixels.Bounds()));
+  EXPECT_EQ(kind, rects.empty() ? NULLREGION : rects.size() == 1 ? SIMPLEREGION : COMPLEXREGION);
+  for (size_t i = 1; i < rects.size(); ++i) {
+    const RECT &a = rects[i - 1], &b = rects[i];
+    EXPECT_TRUE(a.top == b.top ? a.bottom == b.bottom && a.right < b.left : a.bottom <= b.top)
+        << Text(a) << " before " << Text(b);
+  }
+  // Two bands that touch differ somewhere: rows on both sides of the seam are not the same.
+  for (size_t i = 1; i < rects.size(); ++i) {
+    if (rects[i].top == rects[i - 1].top || rects[i].top != rects[i - 1].bottom) continue;
+    bool same = true;
+    for (int32_t x = kLow; x < kHigh; ++x) {
+      same &= pixels.At(x, rects[i].top) == pixels.At(x, rects[i].top - 1);
+    }
+    EXPECT_FALSE(same) << "bands meet at row " << rects[i].top << " and are the same";
+  }
+}
+
+bool Combined(int mode, bool a, bool b) {
+  switch (mode) {
+    case RGN_AND:
+      return a && b;
+    case RGN_OR:
+      return a || b;
+    case RGN_XOR:
+      return a != b;
+    case RGN_DIFF:
+      return a && !b;
+    default:
+      return a;
+  }
+}
+
+TEST(PlatformRegion, CombinesLikePixelSets) {
+  Random random(40);
+  for (int32_t round = 0; round < 400; ++round) {
+    SCOPED_TRACE(round);
+    const Sample a(random, random.Between(0, 12)), b(random, random.Between(0, 12));
+    const int mode = random.Between(RGN_AND, RGN_COPY);
+    const auto combine = [mode](bool x, bool y) { return Combined(mode, x, y); };
+    // The result may be a region of its own, either operand, or both operands one region.
+    const bool self = round % 7 == 6;
+    const HRGN second = self ? a.region.get() : b.region.get();
+    const PixelSet expected = PixelSet::Of(a.pixels, self ? a.pixels : b.pixels, combine);
+    const Region own(CreateRectRgn(1, 2, 3, 4));
+    const HRGN results[] = {own.get(), a.region.get(), b.region.get()};
+    const HRGN result = results[round % 3];
+    const int kind = CombineRgn(result, a.region.get(), second, mode);
+    ExpectCanonical(result, expected, kind);
+    if (HasFailure()) break;
+  }
+}
+
+TEST(PlatformRegion, MovesAndAnswersPointsAndRectangles) {
+  Random random(41);
+  for (int32_t round = 0; round < 60; ++round) {
+    const Sample sample(random, random.Between(1, 9));
+    const HRGN region = sample.region.get();
+    for (int32_t i = 0; i < 60; ++i) {
+      const int32_t x = random.Between(kLow - 1, kHigh), y = random.Between(kLow - 1, kHigh);
+      EXPECT_EQ(PtInRegion(region, x, y) != FALSE, sample.pixels.At(x, y)) << x << ", " << y;
+      const RECT rect = {x, y, x + random.Between(1, 9), y + random.Between(1, 9)};
+      PixelSet window(kLow, kHigh);
+      window.ForRect(rect, [](bool) { return true; });
+      const bool meets =
+          PixelSet::Of(window, sample.pixels, [](bool a, bool b) { return a && b; }).Count() > 0;
+      EXPECT_EQ(RectInRegion(region, &rect) != FALSE, meets) << Text(rect);
+      const RECT turned = {rect.right, rect.bottom, rect.left, rect.top};
+      EXPECT_EQ(RectInRegion(region, &turned) != FALSE, meets);
+    }
+    const RECT before = sample.pixels.Bounds();
+    RECT after;
+    const int moved = OffsetRgn(region, 7, -9);
+    EXPECT_EQ(GetRgnBox(region, &after), moved);
+    if (sample.pixels.Count()) {
+      EXPECT_EQ(after.left, before.left + 7);
+      EXPECT_EQ(after.bottom, before.bottom - 9);
+    }
+    OffsetRgn(region, -7, 9);
+    EXPECT_EQ(PixelsOf(region), sample.pixels);
+  }
+}
+
+// Pictures measured on Windows.
+TEST(PlatformRegion, CurvesCoverWhatTheyCoverOnWindows) {
+  const auto picture = [](HRGN region) {
+    const Region owned(region);
+    RECT box;
+    GetRgnBox(region, &box);
+    std::string rows;
+    for (int32_t y = box.top; y < box.bottom; ++y) {
+      for (int32_t x = box.left; x < box.right; ++x)
+        rows += PtInRegion(region, x, y) ? '#' : '.';
+      rows += '/';
+    }
+    return Text(box) + " " + rows;
+  };
+  const auto ellipse = [&](int32_t width, int32_t height) {
+    const RECT box = {5, 7, 5 + width, 7 + height};
+    return picture(CreateEllipticRgnIndirect(&box));
+  };
+  EXPECT_EQ(ellipse(11, 11),
+            "5,7,15,17 ...####.../..######../.########./##########/##########/##########/"
+            "##########/.########./..######../...####.../");
+  EXPECT_EQ(ellipse(8, 6), "5,7,12,12 ..###../#######/#######/#######/..###../");
+  EXPECT_EQ(ellipse(6, 9), "5,7,10,15 ..#../.###./#####/#####/#####/#####/.###./..#../");
+  EXPECT_EQ(ellipse(13, 4), "5,7,17,10 ..########../############/..########../");
+  // Corners in the other order, and boxes with nothing inside.
+  EXPECT_EQ(ellipse(-8, -6), "-3,1,4,6 ..###../#######/#######/#######/..###../");
+  EXPECT_EQ(ellipse(1, 9), "0,0,0,0 ");
+  EXPECT_EQ(ellipse(0, 3), "4,7,5,9 #/#/");
+  EXPECT_EQ(picture(CreateRoundRectRgn(-2, -3, 9, 8, 8, 5)),
+            "-2,-3,8,7 ..######../.########./##########/##########/##########/##########/"
+            "##########/##########/.########./..######../");
+  EXPECT_EQ(picture(CreateRoundRectRgn(0, 0, 10, 4, 0, 7)),
+            "0,0,9,3 #########/#########/#########/");
+  EXPECT_EQ(picture(CreateRoundRectRgn(0, 0, 0, 0, 5, 5)), "-1,-1,0,0 #/");
+}
+
+// Larger curves have the symmetries of an ellipse, and are as wide and high as told; thin ones too,
+// whose tips some Windows systems leave to chance.
+HEADLESS_TEST(PlatformRegion, EllipsesAreSymmetricAndConvex) {
+  for (const auto& [width, height] : {std::pair{33, 20}, {20, 33}, {40, 41}, {3, 40}, {41, 4}}) {
+    SCOPED_TRACE(testing::Message() << width << " by " << height);
+    const RECT box = {0, 0, width + 1, height + 1};
+    const Region region(CreateEllipticRgnIndirect(&box));
+    const PixelSet pixels = PixelsOf(region.get());
+    EXPECT_EQ(Text(pixels.Bounds()), Text({0, 0, width, height}));
+    int32_t above = 0;
+    for (int32_t y = 0; y < height; ++y) {
+      int32_t run = 0, runs = 0;
+      for (int32_t x = 0; x < width; ++x) {
+        EXPECT_EQ(pixels.At(x, y), pixels.At(width - 1 - x, y));
+        EXPECT_EQ(pixels.At(x, y), pixels.At(x, height - 1 - y));
+        run += pixels.At(x, y);
+        runs += pixels.At(x, y) && !pixels.At(x - 1, y);
+      }
+      EXPECT_EQ(runs, 1);
+      if (y <= (height - 1) / 2) {
+        EXPECT_GE(run, above);
+      }
+      above = run;
+    }
+  }
+}
+
+// A pixel's upper left point against all edges, in exact arithmetic. An edge counts for points on
+// it or to its right; it has the rows from its upper end up to, but not with, its lower end.
+bool InPolygon(const std::vector<POINT>& points, int32_t x, int32_t y, int rule) {
+  int32_t winding = 0, crossings = 0;
+  for (size_t i = 0; i < points.size(); ++i) {
+    POINT from = points[i], to = points[(i + 1) % points.size()];
+    const int32_t direction = from.y < to.y ? 1 : -1;
+    if (direction < 0) std::swap(from, to);
+    if (y < from.y || y >= to.y) continue;
+    if (int64_t{x - from.x} * (to.y - from.y) < int64_t{y - from.y} * (to.x - from.x)) continue;
+    winding += direction;
+    ++crossings;
+  }
+  return rule == WINDING ? winding != 0 : crossings % 2 != 0;
+}
+
+TEST(PlatformRegion, PolygonsFollowTheirRules) {
+  Random random(42);
+  for (int32_t round = 0; round < 300; ++round) {
+    std::vector<POINT> points(static_cast<size_t>(random.Between(0, round % 2 ? 5 : 12)));
+    for (POINT& point : points) {
+      point = {random.Between(kLow, kHigh - 1), random.Between(kLow, kHigh - 1)};
+    }
+    const int rule = round % 3 ? WINDING : ALTERNATE;
+    PixelSet expected(kLow, kHigh);
+    expected.ForRect({kLow, kLow, kHigh, kHigh}, [](bool) { return false; });
+    for (int32_t y = kLow; y < kHigh; ++y) {
+      for (int32_t x = kLow; x < kHigh; ++x)
+        expected.Set(x, y, InPolygon(points, x, y, rule));
+    }
+    const POINT none{};
+    const Region region(CreatePolygonRgn(points.empty() ? &none : points.data(),
+                                         static_cast<int>(points.size()), rule));
+    ASSERT_EQ(PixelsOf(region.get()), expected) << round;
+  }
+}
+
+TEST(PlatformRegion, WrongCallsFailAndChangeNothing) {
+  const Region a(CreateRectRgn(1, 2, 10, 12)), b(CreateRectRgn(3, 3, 5, 5));
+  const HRGN dead = CreateRectRgn(0, 0, 1, 1);
+  DeleteObject(dead);
+  for (int mode = RGN_AND; mode <= RGN_DIFF; ++mode) {
+    EXPECT_EQ(CombineRgn(b.get(), a.get(), nullptr, mode), ERROR_REGION);
+    EXPECT_EQ(CombineRgn(b.get(), dead, a.get(), mode), ERROR_REGION);
+    EXPECT_EQ(CombineRgn(dead, a.get(), a.get(), mode), ERROR_REGION);
+  }
+  EXPECT_EQ(CombineRgn(b.get(), a.get(), a.get(), 0), ERROR_REGION);
+  EXPECT_EQ(CombineRgn(b.get(), a.get(), a.get(), RGN_COPY + 1), ERROR_REGION);
+  RECT box;
+  EXPECT_EQ(GetRgnBox(b.get(), &box), SIMPLEREGION);
+  EXPECT_EQ(Text(box), "3,3,5,5");
+  EXPECT_EQ(GetRgnBox(dead, &box), ERROR_REGION);
+  EXPECT_FALSE(SetRectRgn(dead, 0, 0, 1, 1));
+  EXPECT_EQ(OffsetRgn(dead, 1, 1), ERROR_REGION);
+  EXPECT_EQ(GetRegionData(dead, 0, nullptr), 0u);
+  const POINT point{};
+  EXPECT_EQ(CreatePolygonRgn(&point, -1, WINDING), nullptr);
+  uint32_t words[12];
+  auto* data = reinterpret_cast<RGNDATA*>(words);
+  EXPECT_EQ(GetRegionData(a.get(), 47, data), 0u);
+  EXPECT_EQ(GetRegionData(a.get(), 48, data), 48u);
+}
+
+HEADLESS_TEST(PlatformRegion, FailedCallsLeaveTheResultAlone) {
+  Random random(43);
+  const Sample a(random, 6), b(random, 6);
+  WalkFailures(HEADLESS_OBJECT, [&](FailureRound& round) {
+    const Region made(round.Run([] { return CreateRectRgn(1, 1, 2, 2); }));
+    EXPECT_EQ(static_cast<bool>(made), !round.Failed());
+  });
+  WalkFailures(HEADLESS_OBJECT, [&](FailureRound& round) {
+    const int kind = round.Run(
+        [&] { return CombineRgn(a.region.get(), a.region.get(), b.region.get(), RGN_OR); });
+    EXPECT_EQ(kind == ERROR_REGION, round.Failed());
+    if (round.Failed()) {
+      EXPECT_EQ(PixelsOf(a.region.get()), a.pixels);
+    }
+  });
+}
+
+}  // namespace
+}  // namespace vn::test
