@@ -1,5 +1,9 @@
 // The platform: all 256 ternary raster operations, of DIBs and of sections with themselves and each
-// other, under a brush of a pattern or of one colour.
+// other, under a brush.
+//
+// Kept out: blits of a surface onto itself under operations that use the brush. Wine runs those as
+// a sequence of simple steps on the target, so that where the two areas overlap the later steps
+// read a source that the earlier ones have changed.
 #include "tests/cases/bitmaps.h"
 #include "tests/cases/surfaces.h"
 
@@ -25,13 +29,16 @@ void Run(Case& test) {
   HBRUSH brush = CreateSolidBrush(static_cast<COLORREF>(test.random.Next() & 0xFFFFFF));
   HGDIOBJ before = SelectObject(target.context(), brush);
   for (int32_t i = test.Pick(1, 4); i > 0; --i) {
-    const DWORD operation = RasterOp(test);
+    const int32_t kind = test.Pick(0, 2);
+    // Both halves of the truth table alike: the brush has no part in it.
+    const DWORD operation =
+        kind == 2 ? static_cast<DWORD>(test.Pick(0, 15) * 0x11) << 16 : RasterOp(test);
     const int32_t x = test.Pick(-4, 12), y = test.Pick(-4, 6);
     const int32_t columns = test.Pick(1, width), rows = test.Pick(1, height);
     const int32_t srcX = test.Pick(0, width - columns), srcY = test.Pick(0, height - rows);
     test.Note("operation %08x, %dx%d from %d,%d to %d,%d", static_cast<unsigned>(operation),
               columns, rows, srcX, srcY, x, y);
-    switch (test.Pick(0, 2)) {
+    switch (kind) {
       case 0: {
         Dib source(test, width, height, bits, false, false);
         if (bits == 8) GetDIBColorTable(target.context(), 0, 256, source.all().colors);
