@@ -113,7 +113,7 @@ VNW_DECLARE(int, GetDIBits,
 VNW_DECLARE(COLORREF, GetPixel, (HDC context, int x, int y));
 
 /* Regions. */
-#define ERROR_REGION 0
+#define RGN_ERROR 0
 #define NULLREGION 1
 #define SIMPLEREGION 2
 #define COMPLEXREGION 3

@@ -122,7 +122,7 @@ VnStatus CopyRegion(BitmapHandle* destination, const BitmapHandle* source, int32
   if (cached) {
     // The copy can do without: it is built anew when it is asked for.
     OwnedObject<HRGN> object(CreateRectRgn(0, 0, 0, 0));
-    if (object && CombineRgn(object.get(), cached, nullptr, RGN_COPY) != ERROR_REGION) {
+    if (object && CombineRgn(object.get(), cached, nullptr, RGN_COPY) != RGN_ERROR) {
       copy->CachedRegion = object.Release();
     }
   }

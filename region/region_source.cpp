@@ -26,7 +26,7 @@ class RegionScan {
 
   VnStatus Run(RegionRecord** record) {
     RECT box;
-    if (GetRgnBox(region_, &box) == ERROR_REGION) return ERR_INVALID_PARAMETER;
+    if (GetRgnBox(region_, &box) == RGN_ERROR) return ERR_INVALID_PARAMETER;
     strip_ = OwnedObject<HRGN>(CreateRectRgn(0, 0, 0, 0));
     row_ = OwnedObject<HRGN>(CreateRectRgn(0, 0, 0, 0));
     if (!found_ || !strip_ || !row_) return ERR_NO_MEMORY;
@@ -43,7 +43,7 @@ class RegionScan {
     const int kind = CombineRgn(row_.get(), strip_.get(), region_, RGN_AND);
     if (kind == NULLREGION) return true;
     RECT runs;
-    if (kind == ERROR_REGION || GetRgnBox(row_.get(), &runs) == ERROR_REGION) return false;
+    if (kind == RGN_ERROR || GetRgnBox(row_.get(), &runs) == RGN_ERROR) return false;
     return kind == SIMPLEREGION ? found_.Append(runs) : SplitRow(runs);
   }
 
@@ -67,7 +67,7 @@ class RegionScan {
     RECT rest{};
     if (!SetStrip(strip)) return false;
     const int kind = CombineRgn(strip_.get(), strip_.get(), row_.get(), mode);
-    if (kind == ERROR_REGION || GetRgnBox(strip_.get(), &rest) == ERROR_REGION) return false;
+    if (kind == RGN_ERROR || GetRgnBox(strip_.get(), &rest) == RGN_ERROR) return false;
     *left = kind == NULLREGION ? strip.right : rest.left;
     return true;
   }

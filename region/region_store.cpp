@@ -36,7 +36,7 @@ RegionRecord* MapRecordIn(RegionRecord* record, const BitmapHandle* bitmap,
 // A new platform region with the pixels of another one, or null.
 HRGN CopyOf(HRGN region) {
   OwnedObject<HRGN> copy(CreateRectRgn(0, 0, 0, 0));
-  if (!copy || CombineRgn(copy.get(), region, nullptr, RGN_COPY) == ERROR_REGION) return nullptr;
+  if (!copy || CombineRgn(copy.get(), region, nullptr, RGN_COPY) == RGN_ERROR) return nullptr;
   return copy.Release();
 }
 
@@ -121,7 +121,7 @@ int CombineOldAndNew(HRGN oldRegion, HRGN newRegion, uint32_t mode) {
 
 VnStatus InstallInverted(BitmapHandle* bitmap, const RegionTransform* transform, HRGN region) {
   const OwnedObject<HRGN> whole(CreateRectRgn(0, 0, bitmap->Width, bitmap->Height));
-  if (!whole || CombineRgn(whole.get(), whole.get(), region, RGN_XOR) == ERROR_REGION) {
+  if (!whole || CombineRgn(whole.get(), whole.get(), region, RGN_XOR) == RGN_ERROR) {
     return ERR_NO_MEMORY;
   }
   return InstallRegion(bitmap, transform, whole.get());
@@ -139,7 +139,7 @@ VnStatus InstallCombined(BitmapHandle* bitmap, const RegionTransform* transform,
   status = Vn_GetBitmapRgnHandle(bitmap, nullptr, &handle);
   if (status != OK) return status;
   const OwnedObject<HRGN> newRegion(handle);
-  if (CombineOldAndNew(oldRegion.get(), newRegion.get(), mode) == ERROR_REGION) {
+  if (CombineOldAndNew(oldRegion.get(), newRegion.get(), mode) == RGN_ERROR) {
     return ERR_NO_MEMORY;
   }
   return InstallRegion(bitmap, nullptr, newRegion.get());
@@ -195,7 +195,7 @@ VnStatus VN_CALL Vn_OffsetBitmapRgn(BitmapHandle* bitmap, int32_t rows, int32_t 
   const VnStatus status = Vn_GetBitmapRgnHandle(bitmap, nullptr, &handle);
   if (status != OK) return status;
   const vn::OwnedObject<HRGN> region(handle);
-  if (OffsetRgn(handle, columns, rows) == ERROR_REGION) return ERR_NO_MEMORY;
+  if (OffsetRgn(handle, columns, rows) == RGN_ERROR) return ERR_NO_MEMORY;
   return Vn_SetBitmapRgnHandle(bitmap, nullptr, handle, REGION_COMBINE_REPLACE);
 }
 

@@ -9,7 +9,7 @@ bool RegionUnion::Add(const RECT& rect) {
   if (!rect_) rect_ = OwnedObject<HRGN>(CreateRectRgn(0, 0, 0, 0));
   if (!batch_ || !rect_) return false;
   if (!SetRectRgn(rect_.get(), rect.left, rect.top, rect.right, rect.bottom)) return false;
-  if (CombineRgn(batch_.get(), batch_.get(), rect_.get(), RGN_OR) == ERROR_REGION) return false;
+  if (CombineRgn(batch_.get(), batch_.get(), rect_.get(), RGN_OR) == RGN_ERROR) return false;
   return ++inBatch_ < kBatch || Carry();
 }
 
@@ -21,7 +21,7 @@ bool RegionUnion::Carry() {
       level = std::move(batch_);
       return true;
     }
-    if (CombineRgn(batch_.get(), level.get(), batch_.get(), RGN_OR) == ERROR_REGION) return false;
+    if (CombineRgn(batch_.get(), level.get(), batch_.get(), RGN_OR) == RGN_ERROR) return false;
     level = OwnedObject<HRGN>();
   }
   return false;
@@ -32,7 +32,7 @@ HRGN RegionUnion::Finish() {
   if (!batch_) return nullptr;
   for (auto& level : levels_) {
     if (!level) continue;
-    if (CombineRgn(batch_.get(), level.get(), batch_.get(), RGN_OR) == ERROR_REGION) return nullptr;
+    if (CombineRgn(batch_.get(), level.get(), batch_.get(), RGN_OR) == RGN_ERROR) return nullptr;
     level = OwnedObject<HRGN>();
   }
   return batch_.Release();

@@ -231,18 +231,18 @@ TEST(PlatformRegion, WrongCallsFailAndChangeNothing) {
   const HRGN dead = CreateRectRgn(0, 0, 1, 1);
   DeleteObject(dead);
   for (int mode = RGN_AND; mode <= RGN_DIFF; ++mode) {
-    EXPECT_EQ(CombineRgn(b.get(), a.get(), nullptr, mode), ERROR_REGION);
-    EXPECT_EQ(CombineRgn(b.get(), dead, a.get(), mode), ERROR_REGION);
-    EXPECT_EQ(CombineRgn(dead, a.get(), a.get(), mode), ERROR_REGION);
+    EXPECT_EQ(CombineRgn(b.get(), a.get(), nullptr, mode), RGN_ERROR);
+    EXPECT_EQ(CombineRgn(b.get(), dead, a.get(), mode), RGN_ERROR);
+    EXPECT_EQ(CombineRgn(dead, a.get(), a.get(), mode), RGN_ERROR);
   }
-  EXPECT_EQ(CombineRgn(b.get(), a.get(), a.get(), 0), ERROR_REGION);
-  EXPECT_EQ(CombineRgn(b.get(), a.get(), a.get(), RGN_COPY + 1), ERROR_REGION);
+  EXPECT_EQ(CombineRgn(b.get(), a.get(), a.get(), 0), RGN_ERROR);
+  EXPECT_EQ(CombineRgn(b.get(), a.get(), a.get(), RGN_COPY + 1), RGN_ERROR);
   RECT box;
   EXPECT_EQ(GetRgnBox(b.get(), &box), SIMPLEREGION);
   EXPECT_EQ(Text(box), "3,3,5,5");
-  EXPECT_EQ(GetRgnBox(dead, &box), ERROR_REGION);
+  EXPECT_EQ(GetRgnBox(dead, &box), RGN_ERROR);
   EXPECT_FALSE(SetRectRgn(dead, 0, 0, 1, 1));
-  EXPECT_EQ(OffsetRgn(dead, 1, 1), ERROR_REGION);
+  EXPECT_EQ(OffsetRgn(dead, 1, 1), RGN_ERROR);
   EXPECT_EQ(GetRegionData(dead, 0, nullptr), 0u);
   const POINT point{};
   EXPECT_EQ(CreatePolygonRgn(&point, -1, WINDING), nullptr);
@@ -262,7 +262,7 @@ HEADLESS_TEST(PlatformRegion, FailedCallsLeaveTheResultAlone) {
   WalkFailures(HEADLESS_OBJECT, [&](FailureRound& round) {
     const int kind = round.Run(
         [&] { return CombineRgn(a.region.get(), a.region.get(), b.region.get(), RGN_OR); });
-    EXPECT_EQ(kind == ERROR_REGION, round.Failed());
+    EXPECT_EQ(kind == RGN_ERROR, round.Failed());
     if (round.Failed()) {
       EXPECT_EQ(PixelsOf(a.region.get()), a.pixels);
     }

@@ -51,10 +51,10 @@ HGDIOBJ Region::SelectInto(Context& context, HGDIOBJ) {
 using namespace headless;
 
 int SelectClipRgn(HDC context, HRGN region) {
-  return Enter<int>(ERROR_REGION, [&]() -> int {
+  return Enter<int>(RGN_ERROR, [&]() -> int {
     auto* found = Find<Context>(context);
     auto* shape = Find<Region>(region);
-    if (!found || (region && !shape)) return ERROR_REGION;
+    if (!found || (region && !shape)) return RGN_ERROR;
     if (shape) {
       found->state.clip = ClipOf(shape->set);
       return shape->set.Kind();

@@ -51,12 +51,12 @@ HRGN CreatePolygonRgn(const POINT* points, int count, int fillRule) {
 }
 
 int CombineRgn(HRGN result, HRGN first, HRGN second, int mode) {
-  return Enter<int>(ERROR_REGION, [&]() -> int {
+  return Enter<int>(RGN_ERROR, [&]() -> int {
     auto* to = Find<Region>(result);
     const auto* a = Find<Region>(first);
     const auto* b = mode == RGN_COPY ? a : Find<Region>(second);
-    if (!to || !a || !b || mode < RGN_AND || mode > RGN_COPY) return ERROR_REGION;
-    if (FailsNow(HEADLESS_OBJECT)) return ERROR_REGION;
+    if (!to || !a || !b || mode < RGN_AND || mode > RGN_COPY) return RGN_ERROR;
+    if (FailsNow(HEADLESS_OBJECT)) return RGN_ERROR;
     if (mode == RGN_COPY) {
       to->set.Assign(a->set);
     } else {
@@ -75,18 +75,18 @@ BOOL SetRectRgn(HRGN region, int left, int top, int right, int bottom) {
 }
 
 int OffsetRgn(HRGN region, int x, int y) {
-  return Enter<int>(ERROR_REGION, [&]() -> int {
+  return Enter<int>(RGN_ERROR, [&]() -> int {
     auto* found = Find<Region>(region);
-    if (!found) return ERROR_REGION;
+    if (!found) return RGN_ERROR;
     found->set.Offset(x, y);
     return found->set.Kind();
   });
 }
 
 int GetRgnBox(HRGN region, LPRECT box) {
-  return Enter<int>(ERROR_REGION, [&]() -> int {
+  return Enter<int>(RGN_ERROR, [&]() -> int {
     const auto* found = Find<Region>(region);
-    if (!found || !box) return ERROR_REGION;
+    if (!found || !box) return RGN_ERROR;
     *box = found->set.bounds();
     return found->set.Kind();
   });
