@@ -29,10 +29,7 @@ test:
 	$(CTEST) asan
 
 test-windows:
-	scripts/setup.sh windows
-	$(CONFIGURE) win32
-	$(BUILD) win32
-	ctest --preset win32
+	scripts/test-windows.sh
 
 bench:
 	scripts/setup.sh bench

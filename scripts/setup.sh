@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what a purpose needs and this Debian machine lacks; does nothing when all is there.
 #
-#   scripts/setup.sh demo|test|bench|windows...
+#   scripts/setup.sh demo|test|bench...
 #
 # Exit status 2: a package cannot be had here, and the last line names what is missing.
 set -eu
@@ -9,15 +9,12 @@ set -eu
 export DEBIAN_FRONTEND=noninteractive
 
 packages=(cmake make g++ pkg-config)
-windows=
 for purpose in "$@"; do
   case $purpose in
     demo) packages+=(libpng-dev libcli11-dev) ;;
     test) packages+=(libpng-dev libcli11-dev libgtest-dev) ;;
     bench) packages+=(libpng-dev libcli11-dev libbenchmark-dev) ;;
-    windows) packages+=(g++-mingw-w64-i686-posix googletest wine wine32:i386 xvfb xauth)
-             windows=yes ;;
-    *) echo "usage: scripts/setup.sh demo|test|bench|windows..." >&2; exit 1 ;;
+    *) echo "usage: scripts/setup.sh demo|test|bench..." >&2; exit 1 ;;
   esac
 done
 
@@ -38,9 +35,6 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 
 echo "setup: installing ${missing[*]}"
-if [ -n "$windows" ]; then
-  "${as_root[@]}" dpkg --add-architecture i386 || true
-fi
 # Lists first: on a fresh machine there are none.
 "${as_root[@]}" apt-get update -qq </dev/null || true
 if ! "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
