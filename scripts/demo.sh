@@ -12,8 +12,10 @@ if [ -z "$picture" ]; then
 fi
 name=$(basename "${picture%.*}")
 
-"$vncore" info "$picture"
-read -r width height < <("$vncore" info "$picture" | sed -n 's/^size *\([0-9]*\) x \([0-9]*\) .*/\1 \2/p')
+seen=$("$vncore" info "$picture")
+echo "$seen"
+measures=$(sed -n 's/^size *\([0-9]*\) x \([0-9]*\) .*/\1 \2/p' <<<"$seen")
+width=${measures% *} height=${measures#* }
 half() { echo $(($1 > 1 ? $1 / 2 : 1)); }
 declare -A sizes=(
   [full]=${width}x$height
