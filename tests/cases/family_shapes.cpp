@@ -1,6 +1,12 @@
-// The platform: region objects. Shapes of all sizes cover the same pixels, combinations give the
-// same rectangles in the same order.
+// The platform: region objects. Shapes of all sizes cover the same pixels, and so do combinations
+// of them.
+//
+// Left out are curves that are thin for their height. Wine's stepping down a quadrant runs out of
+// columns there before it has all rows, and leaves the rest of its rows at the tips to whatever the
+// memory held; the headless platform gives such tips the middle columns.
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "platform/win32.h"
@@ -22,6 +28,12 @@ RECT RandomBox(Case& test) {
   return box;
 }
 
+bool Thin(const RECT& box, int32_t cornerWidth, int32_t cornerHeight) {
+  const int32_t width = std::min<int32_t>(std::abs(box.right - box.left) - 1, cornerWidth);
+  const int32_t height = std::min<int32_t>(std::abs(box.bottom - box.top) - 1, cornerHeight);
+  return width >= 2 && 3 * height > width * width;
+}
+
 HRGN RandomRegion(Case& test) {
   const int32_t kind = test.Pick(0, 4);
   const RECT box = RandomBox(test);
@@ -31,10 +43,12 @@ HRGN RandomRegion(Case& test) {
     case 0:
       return CreateRectRgnIndirect(&box);
     case 1:
-      return CreateEllipticRgnIndirect(&box);
+      return Thin(box, kArea, kArea) ? CreateRectRgnIndirect(&box)
+                                     : CreateEllipticRgnIndirect(&box);
     case 2: {
       const int32_t width = test.Pick(0, 30), height = test.Pick(0, 30);
       test.Note("corners %dx%d", width, height);
+      if (Thin(box, width, height)) return CreateRectRgnIndirect(&box);
       return CreateRoundRectRgn(box.left, box.top, box.right, box.bottom, width, height);
     }
     default: {
@@ -52,6 +66,25 @@ HRGN RandomRegion(Case& test) {
   }
 }
 
+// As listed, or pixel by pixel where there is no GetRegionData.
+std::vector<RECT> RectsOf(HRGN region, const RECT& box) {
+  std::vector<RECT> rects;
+  if (const DWORD bytes = GetRegionData(region, 0, nullptr)) {
+    std::vector<uint32_t> storage(bytes / 4 + 1);
+    auto* data = reinterpret_cast<RGNDATA*>(storage.data());
+    GetRegionData(region, bytes, data);
+    rects.resize(data->rdh.nCount);
+    std::memcpy(rects.data(), data->Buffer, rects.size() * sizeof(RECT));
+    return rects;
+  }
+  for (LONG y = box.top; y < box.bottom; ++y) {
+    for (LONG x = box.left; x < box.right; ++x) {
+      if (PtInRegion(region, x, y)) rects.push_back({x, y, x + 1, y + 1});
+    }
+  }
+  return rects;
+}
+
 // What the region covers, a row of bits per line: two platforms may cut the same pixels into
 // rectangles differently.
 void FoldRegion(Case& test, HRGN region) {
@@ -59,23 +92,20 @@ void FoldRegion(Case& test, HRGN region) {
   RECT box = {};
   test.Fold("GetRgnBox", GetRgnBox(region, &box));
   test.FoldBytes("box", &box, sizeof box);
-  const DWORD bytes = GetRegionData(region, 0, nullptr);
-  std::vector<uint32_t> storage(bytes / 4 + 1);
-  auto* data = reinterpret_cast<RGNDATA*>(storage.data());
-  test.Fold("GetRegionData", GetRegionData(region, bytes, data) != 0);
   uint8_t covered[kArea][kArea / 8] = {};
-  for (DWORD i = 0; i < data->rdh.nCount; ++i) {
-    RECT rect;
-    std::memcpy(&rect, data->Buffer + i * sizeof rect, sizeof rect);
-    if (rect.left < -kArea / 2 || rect.top < -kArea / 2 || rect.right > kArea / 2 ||
-        rect.bottom > kArea / 2) {
-      test.FoldBytes("rect far away", &rect, sizeof rect);
-      continue;
-    }
+  const auto cover = [&](const RECT& rect) {
     for (LONG y = rect.top; y < rect.bottom; ++y) {
       for (LONG x = rect.left; x < rect.right; ++x) {
         covered[y + kArea / 2][(x + kArea / 2) / 8] |= static_cast<uint8_t>(0x80 >> (x & 7));
       }
+    }
+  };
+  for (const RECT& rect : RectsOf(region, box)) {
+    if (rect.left < -kArea / 2 || rect.top < -kArea / 2 || rect.right > kArea / 2 ||
+        rect.bottom > kArea / 2) {
+      test.FoldBytes("rect far away", &rect, sizeof rect);
+    } else {
+      cover(rect);
     }
   }
   for (int32_t y = 0; y < kArea; ++y) {
@@ -109,7 +139,7 @@ void Run(Case& test) {
   DeleteObject(region);
 }
 
-const Registration registration({"shapes", 4000, 0, Run});
+const Registration registration({"shapes", 4000, 0xe36f6aa90db4b7aa, Run});
 
 }  // namespace
 
