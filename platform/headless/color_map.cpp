@@ -77,21 +77,24 @@ uint32_t ColorOf(uint32_t pixel, const Surface& surface, const MonochromeColors&
 
 ColorMap::ColorMap(const PixelLayout& source, const ColorTable* colors, const Surface& target,
                    const MonochromeColors& monochrome)
-    : source_(source), target_(target), monochrome_(monochrome) {
+    : source_(source), target_(target) {
   if (!source.indexed()) {
     identity_ = source == target.layout;
+    backgroundPixel_ = monochrome.background;
+    RgbToPixels(source, 1, &backgroundPixel_);
     if (target.layout.bits == 8) Cells().Start(*target.colors);
     return;
   }
-  if (target.layout.indexed() && target.colors && SameColors(*colors, *target.colors)) {
-    for (uint32_t i = 0; i < colors->count; ++i)
-      table_[i] = i;
-  } else if (target.layout.indexed() && target.colors) {
+  if (target.monochrome()) {
+    table_[NearestEntry(*colors, monochrome.background)] = 1;
+  } else if (target.layout.indexed() && !SameColors(*colors, *target.colors)) {
     table_ = NearestEntries(*colors, *target.colors);
   } else {
     for (uint32_t i = 0; i < colors->count; ++i) {
-      table_[i] = PixelOf(RgbOf(colors->entries[i]), target, monochrome);
+      table_[i] = target.layout.indexed() ? i : RgbOf(colors->entries[i]);
     }
+    if (!target.layout.indexed())
+      RgbToPixels(target.layout, static_cast<int32_t>(colors->count), table_.data());
   }
   CheckTable();
 }
@@ -116,12 +119,13 @@ void ColorMap::Apply(int32_t count, uint32_t* pixels) const {
   };
   if (source_.indexed()) return each([&](uint32_t value) { return table_[value]; });
 
+  if (target_.monochrome()) return each([&](uint32_t value) { return value == backgroundPixel_; });
   PixelsToRgb(source_, count, pixels);
   if (!target_.layout.indexed()) return RgbToPixels(target_.layout, count, pixels);
   if (target_.layout.bits == 8) {
     return each([&cells = Cells()](uint32_t rgb) { return cells.Match(rgb); });
   }
-  each([&](uint32_t rgb) { return PixelOf(rgb, target_, monochrome_); });
+  each([&](uint32_t rgb) { return NearestEntry(*target_.colors, rgb); });
 }
 
 }  // namespace headless

@@ -38,7 +38,7 @@ class ColorMap {
 
   PixelLayout source_;
   const Surface& target_;
-  MonochromeColors monochrome_;
+  uint32_t backgroundPixel_ = 0;  // source value that is 1 in a monochrome target
   bool identity_ = false;
   std::array<uint32_t, 256> table_{};
 };

@@ -73,7 +73,7 @@ int Draw(const Headless_StretchCall& call) {
       MakeAxis(call.y, call.height, target->height, srcY, call.srcHeight, format.height);
   Blit({target, context->state.clip.get(), columns, rows, &source, &*map,
         Find<Brush>(context->state.brush), monochrome, RasterOp(call.rasterOp)});
-  return format.height;
+  return call.rasterOp == SRCCOPY ? format.height : call.info->bmiHeader.biHeight;
 }
 
 }  // namespace
@@ -87,7 +87,8 @@ void Headless_ObserveStretch(Headless_StretchObserver newObserver, void* data) {
   observerData = data;
 }
 
-// The number of rows of the DIB; 0 for a failure and for a source rectangle outside of it.
+// The number of rows of the DIB, with the sign of biHeight unless it is a plain copy; 0 for a failure
+// and for a source rectangle outside of it.
 int StretchDIBits(HDC context, int x, int y, int width, int height, int srcX, int srcY,
                   int srcWidth, int srcHeight, LPCVOID bits, const BITMAPINFO* info, UINT usage,
                   DWORD rasterOp) {
