@@ -103,7 +103,7 @@ BOOL PatBlt(HDC context, int x, int y, int width, int height, DWORD rasterOp) {
   });
 }
 
-// CLR_INVALID outside of the surface or the clip.
+// CLR_INVALID outside of the surface or the clip. Monochrome pixels are black and white here.
 COLORREF GetPixel(HDC context, int x, int y) {
   return Enter<COLORREF>(CLR_INVALID, [&]() -> COLORREF {
     const auto* found = Find<Context>(context);
@@ -114,6 +114,6 @@ COLORREF GetPixel(HDC context, int x, int y) {
     }
     uint32_t pixel;
     LoadPixels(target->Row(y), target->layout.bits, x, 1, &pixel);
-    return ColorRefOf(ColorOf(pixel, *target, MonochromeOf(*found)));
+    return ColorRefOf(ColorOf(pixel, *target));
   });
 }

@@ -68,8 +68,8 @@ uint32_t PixelOf(uint32_t rgb, const Surface& target, const MonochromeColors& mo
   return rgb;
 }
 
-uint32_t ColorOf(uint32_t pixel, const Surface& surface, const MonochromeColors& monochrome) {
-  if (surface.monochrome()) return pixel ? monochrome.background : monochrome.text;
+uint32_t ColorOf(uint32_t pixel, const Surface& surface) {
+  if (surface.monochrome()) return pixel ? 0xFFFFFF : 0;
   if (surface.layout.indexed()) return RgbOf(surface.colors->entries[pixel]);
   PixelsToRgb(surface.layout, 1, &pixel);
   return pixel;

@@ -46,8 +46,8 @@ class ColorMap {
 // The value in `target` that shows a colour best.
 uint32_t PixelOf(uint32_t rgb, const Surface& target, const MonochromeColors& monochrome);
 
-// The colour that a value of `surface` shows.
-uint32_t ColorOf(uint32_t pixel, const Surface& surface, const MonochromeColors& monochrome);
+// The colour that a value of `surface` shows; black and white for a monochrome one.
+uint32_t ColorOf(uint32_t pixel, const Surface& surface);
 
 }  // namespace headless
 

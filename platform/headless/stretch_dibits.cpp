@@ -57,7 +57,8 @@ int Draw(const Headless_StretchCall& call) {
   const MonochromeColors monochrome = {RgbOf(context->state.text),
                                        RgbOf(context->state.background)};
   std::optional<ColorMap> map = RealizedMap(format, call.usage, *context, *target);
-  if (!map) map.emplace(format.layout, &colors, *target, monochrome);
+  // In a monochrome target the DIB's white is 1, whatever the context's background colour is.
+  if (!map) map.emplace(format.layout, &colors, *target, MonochromeColors{});
   if (!Meets(call.srcX, call.srcWidth, format.width) ||
       !Meets(call.srcY, call.srcHeight, format.height)) {
     return 0;
