@@ -1,13 +1,8 @@
-// The 32 members, from two loops (ordered, diffusing) over the pixel readers and three targets. The
-// fixed palettes are laid out so that an index needs no search, and so that each channel's error
-// depends on that channel alone (on the gray for two colours).
+// The 32 members, from two loops (ordered, diffusing) over the pixel readers and three targets.
 #include "device/dither_rows.h"
 
-#include <algorithm>
-#include <array>
-
-#include "color/fixed_palettes.h"
 #include "color/threshold_matrices.h"
+#include "device/dither_targets.h"
 #include "kernel/pixel_format.h"
 #include "kernel/thread_settings.h"
 
@@ -16,94 +11,6 @@ namespace {
 
 constexpr size_t kPhases = 8;
 using ThresholdRow = const uint8_t (&)[kPhases];
-
-struct Quantized {
-  uint32_t index;
-  DiffusionCell error;  // colour wanted less palette colour
-};
-
-// Each target tells: Prepare(), what a pixel needs of its threshold; Ordered(), the index under
-// that; Nearest(), the index without pattern, and its error.
-template <int Bits>
-struct Target;
-
-template <>
-struct Target<1> {
-  static uint32_t Prepare(uint8_t threshold) { return threshold; }
-  static uint32_t Ordered(Rgb c, uint32_t threshold) { return threshold < GrayOf(c); }
-  static Quantized Nearest(Rgb c) {
-    const uint32_t index = GrayOf(c) > 127;
-    const int32_t level = index ? 255 : 0;
-    return {index, {c.red - level, c.green - level, c.blue - level}};
-  }
-};
-
-// Black and the seven full colours, which stand from 8 on; each channel is off or full.
-template <>
-struct Target<4> {
-  static uint32_t IndexOf(uint32_t red, uint32_t green, uint32_t blue) {
-    const uint32_t bits = red | green << 1 | blue << 2;
-    return bits | ((bits + 7) & 8);
-  }
-  static uint32_t Prepare(uint8_t threshold) { return threshold; }
-  static uint32_t Ordered(Rgb c, uint32_t threshold) {
-    const auto t = static_cast<int32_t>(threshold);
-    return IndexOf(t < c.red, t < c.green, t < c.blue);
-  }
-  static Quantized Nearest(Rgb c) {
-    const auto error = [](int32_t v) { return v - (-(v >> 7) & 255); };
-    return {IndexOf(static_cast<uint32_t>(c.red >> 7), static_cast<uint32_t>(c.green >> 7),
-                    static_cast<uint32_t>(c.blue >> 7)),
-            {error(c.red), error(c.green), error(c.blue)}};
-  }
-};
-
-// Index bits of a channel in the 256-colour palette: levels of 3, 3 and 2 bits.
-constexpr uint32_t RedBits(uint32_t v) { return v & 0xE0; }
-constexpr uint32_t GreenBits(uint32_t v) { return v >> 3 & 0x1C; }
-constexpr uint32_t BlueBits(uint32_t v) { return v >> 6; }
-
-// What the 256-colour palette makes of one channel.
-struct ChannelTables {
-  // The pattern adds -16 to 15. Index bits by value plus shift plus 16: clamp and mask in one look.
-  std::array<uint8_t, 256 + 31> shifted;
-  // Value less level, by value.
-  std::array<int16_t, 256> error;
-};
-
-constexpr ChannelTables MakeChannel(uint32_t (*bits)(uint32_t), BYTE RGBQUAD::*level) {
-  ChannelTables tables{};
-  for (int32_t i = 0; i < 256 + 31; ++i) {
-    const auto value = static_cast<uint32_t>(std::clamp(i - 16, 0, 255));
-    tables.shifted[static_cast<size_t>(i)] = static_cast<uint8_t>(bits(value));
-  }
-  for (uint32_t value = 0; value < 256; ++value) {
-    const int32_t error = static_cast<int32_t>(value) - FixedPalette256[bits(value)].*level;
-    tables.error[value] = static_cast<int16_t>(error);
-  }
-  return tables;
-}
-
-constexpr ChannelTables kRed = MakeChannel(RedBits, &RGBQUAD::rgbRed);
-constexpr ChannelTables kGreen = MakeChannel(GreenBits, &RGBQUAD::rgbGreen);
-constexpr ChannelTables kBlue = MakeChannel(BlueBits, &RGBQUAD::rgbBlue);
-
-template <>
-struct Target<8> {
-  static uint32_t Prepare(uint8_t threshold) { return threshold >> 3; }
-  static uint32_t Ordered(Rgb c, uint32_t shift) {
-    return kRed.shifted[static_cast<uint32_t>(c.red) + shift] |
-           kGreen.shifted[static_cast<uint32_t>(c.green) + shift] |
-           kBlue.shifted[static_cast<uint32_t>(c.blue) + shift];
-  }
-  static Quantized Nearest(Rgb c) {
-    const auto red = static_cast<uint32_t>(c.red);
-    const auto green = static_cast<uint32_t>(c.green);
-    const auto blue = static_cast<uint32_t>(c.blue);
-    return {RedBits(red) | GreenBits(green) | BlueBits(blue),
-            {kRed.error[red], kGreen.error[green], kBlue.error[blue]}};
-  }
-};
 
 // `thresholds` is the matrix row, `phase` the column of the first pixel. Eight pixels fill whole
 // bytes at every depth and bring the pattern round, so a group runs without a test.
@@ -133,10 +40,6 @@ DiffusionCell operator*(int32_t weight, const DiffusionCell& a) {
   return {weight * a.red, weight * a.green, weight * a.blue};
 }
 
-inline int32_t Corrected(int32_t value, int32_t sixteenths) {
-  return std::min(std::max(value + sixteenths / 16, 0), 255);
-}
-
 // Floyd and Steinberg's filter: 7/16 to the right; 3/16, 5/16 and 1/16 to the row below, whose sums
 // take the cells that this row has used up. Errors stay in registers until their cell is complete.
 // What would fall off either side of the row is dropped.
@@ -145,22 +48,21 @@ void DiffuseRow(uint8_t* destination, Reader read, size_t first, size_t count,
                 DiffusionCell* cells) {
   PixelWriter<Bits> out(destination);
   const auto quantize = [&](size_t i, const DiffusionCell& sums) {
-    const Rgb wanted = read(first + i);
-    const Quantized result =
-        Target<Bits>::Nearest({Corrected(wanted.red, sums.red), Corrected(wanted.green, sums.green),
-                               Corrected(wanted.blue, sums.blue)});
+    const Rgb c = read(first + i);
+    const Quantized result = Target<Bits>::Nearest(
+        {c.red + sums.red / 16, c.green + sums.green / 16, c.blue + sums.blue / 16});
     out.Put(result.index);
-    return result.error;
+    return result;
   };
-  DiffusionCell error = quantize(0, cells[0]);
+  Quantized last = quantize(0, cells[0]);
   DiffusionCell older{};
   for (size_t i = 1; i < count; ++i) {
-    const DiffusionCell newer = quantize(i, 7 * error + cells[i]);
-    cells[i - 1] = older + 5 * error + 3 * newer;
-    older = error;
-    error = newer;
+    const Quantized next = quantize(i, last.right + cells[i]);
+    cells[i - 1] = older + 5 * last.error + 3 * next.error;
+    older = last.error;
+    last = next;
   }
-  cells[count - 1] = older + 5 * error;
+  cells[count - 1] = older + 5 * last.error;
   out.Finish();
 }
 

@@ -8,7 +8,8 @@
 namespace vn {
 
 // One pixel's place in the error row that lives between the rows of a paint, in sixteenths of a
-// channel step. A paint starts with zeros.
+// channel step. A paint starts with zeros; what rows leave, at most 9 times 255 either way, is all
+// that the loops expect here.
 struct DiffusionCell {
   int32_t red, green, blue;
 };

@@ -1,0 +1,152 @@
+// What the row dithering loops make of a colour for devices of 1, 4 and 8 bits. The fixed palettes
+// are laid out so that an index needs no search. Of the two larger ones each channel is settled by
+// itself, so that a table by channel value holds all that a pixel needs.
+#ifndef VNCORE_DEVICE_DITHER_TARGETS_H
+#define VNCORE_DEVICE_DITHER_TARGETS_H
+
+#include <algorithm>
+#include <array>
+
+#include "color/fixed_palettes.h"
+#include "device/dither_rows.h"
+#include "kernel/pixel_format.h"
+
+namespace vn {
+
+// A pixel given its index.
+struct Quantized {
+  uint32_t index;
+  DiffusionCell error;  // colour wanted, its channels clamped to 0 to 255, less palette colour
+  DiffusionCell right;  // 7 times that, for the pixel to the right
+};
+
+// Each target tells: Prepare(), what a pixel needs of its threshold; Ordered(), the index under
+// that; Nearest(), the index without pattern. Nearest takes channels of which up to 255 has been
+// added or taken off, the most that the errors of a row and the one above come to.
+template <int Bits>
+struct Target;
+
+// Two colours, by gray.
+template <>
+struct Target<1> {
+  static uint32_t Prepare(uint8_t threshold) { return threshold; }
+  static uint32_t Ordered(Rgb c, uint32_t threshold) { return threshold < GrayOf(c); }
+  static Quantized Nearest(Rgb wanted) {
+    const auto clamped = [](int32_t v) { return std::min(std::max(v, 0), 255); };
+    const Rgb c = {clamped(wanted.red), clamped(wanted.green), clamped(wanted.blue)};
+    const uint32_t index = GrayOf(c) > 127;
+    const int32_t level = index ? 255 : 0;
+    const DiffusionCell error = {c.red - level, c.green - level, c.blue - level};
+    return {index, error, {7 * error.red, 7 * error.green, 7 * error.blue}};
+  }
+};
+
+// One channel at one value.
+struct ChannelLevel {
+  int32_t right;  // 7 times the error
+  int16_t error;
+  uint8_t bits;  // of the index
+};
+
+// By value from -256 to 511; those outside 0 to 255 count as the ends.
+class ChannelLevels {
+ public:
+  template <class BitsOf, class LevelOf>
+  constexpr ChannelLevels(BitsOf bitsOf, LevelOf levelOf) {
+    for (int32_t value = kLeast; value < kLeast + static_cast<int32_t>(levels_.size()); ++value) {
+      const int32_t clamped = std::clamp(value, 0, 255);
+      const uint32_t bits = bitsOf(static_cast<uint32_t>(clamped));
+      const int32_t error = clamped - levelOf(bits);
+      levels_[static_cast<size_t>(value - kLeast)] = {7 * error, static_cast<int16_t>(error),
+                                                      static_cast<uint8_t>(bits)};
+    }
+  }
+  const ChannelLevel& operator[](int32_t value) const {
+    return levels_[static_cast<size_t>(value - kLeast)];
+  }
+
+ private:
+  static constexpr int32_t kLeast = -256;
+  std::array<ChannelLevel, 768> levels_{};
+};
+
+inline Quantized Combined(uint32_t index, const ChannelLevel& red, const ChannelLevel& green,
+                          const ChannelLevel& blue) {
+  return {index, {red.error, green.error, blue.error}, {red.right, green.right, blue.right}};
+}
+
+// Black and the seven full colours, which stand from 8 on; each channel is off or full.
+template <>
+struct Target<4> {
+  static constexpr uint32_t IndexOf(uint32_t bits) { return bits | ((bits + 7) & 8); }
+
+  static uint32_t Prepare(uint8_t threshold) { return threshold; }
+  static uint32_t Ordered(Rgb c, uint32_t threshold) {
+    const auto t = static_cast<int32_t>(threshold);
+    return IndexOf(uint32_t{t < c.red} | uint32_t{t < c.green} << 1 | uint32_t{t < c.blue} << 2);
+  }
+  static Quantized Nearest(Rgb c) {
+    const ChannelLevel &red = kRed[c.red], &green = kGreen[c.green], &blue = kBlue[c.blue];
+    const auto bits = static_cast<uint32_t>(red.bits | green.bits | blue.bits);
+    return Combined(IndexOf(bits), red, green, blue);
+  }
+
+  static const ChannelLevels kRed, kGreen, kBlue;
+};
+
+inline constexpr ChannelLevels Target<4>::kRed{
+    [](uint32_t v) { return v >> 7; },
+    [](uint32_t bits) -> int32_t { return FixedPalette16[IndexOf(bits)].rgbRed; }};
+inline constexpr ChannelLevels Target<4>::kGreen{
+    [](uint32_t v) { return v >> 7 << 1; },
+    [](uint32_t bits) -> int32_t { return FixedPalette16[IndexOf(bits)].rgbGreen; }};
+inline constexpr ChannelLevels Target<4>::kBlue{
+    [](uint32_t v) { return v >> 7 << 2; },
+    [](uint32_t bits) -> int32_t { return FixedPalette16[IndexOf(bits)].rgbBlue; }};
+
+// Levels of 3, 3 and 2 bits.
+template <>
+struct Target<8> {
+  static constexpr uint32_t RedBits(uint32_t v) { return v & 0xE0; }
+  static constexpr uint32_t GreenBits(uint32_t v) { return v >> 3 & 0x1C; }
+  static constexpr uint32_t BlueBits(uint32_t v) { return v >> 6; }
+
+  // The pattern adds -16 to 15 to a channel.
+  static uint32_t Prepare(uint8_t threshold) { return threshold >> 3; }
+  static uint32_t Ordered(Rgb c, uint32_t shift) {
+    return kShifted[0][static_cast<uint32_t>(c.red) + shift] |
+           kShifted[1][static_cast<uint32_t>(c.green) + shift] |
+           kShifted[2][static_cast<uint32_t>(c.blue) + shift];
+  }
+  static Quantized Nearest(Rgb c) {
+    const ChannelLevel &red = kRed[c.red], &green = kGreen[c.green], &blue = kBlue[c.blue];
+    return Combined(static_cast<uint32_t>(red.bits | green.bits | blue.bits), red, green, blue);
+  }
+
+  // Index bits by channel value plus shift plus 16: clamp and mask in one look, in tables that stay
+  // in the nearest cache beside the rows.
+  using Shifted = std::array<uint8_t, 256 + 31>;
+  static const std::array<Shifted, 3> kShifted;
+  static const ChannelLevels kRed, kGreen, kBlue;
+};
+
+inline constexpr std::array<Target<8>::Shifted, 3> Target<8>::kShifted = [] {
+  std::array<Shifted, 3> tables{};
+  for (size_t i = 0; i < tables[0].size(); ++i) {
+    const auto value = static_cast<uint32_t>(std::clamp(static_cast<int32_t>(i) - 16, 0, 255));
+    tables[0][i] = static_cast<uint8_t>(RedBits(value));
+    tables[1][i] = static_cast<uint8_t>(GreenBits(value));
+    tables[2][i] = static_cast<uint8_t>(BlueBits(value));
+  }
+  return tables;
+}();
+inline constexpr ChannelLevels Target<8>::kRed{
+    RedBits, [](uint32_t bits) -> int32_t { return FixedPalette256[bits].rgbRed; }};
+inline constexpr ChannelLevels Target<8>::kGreen{
+    GreenBits, [](uint32_t bits) -> int32_t { return FixedPalette256[bits].rgbGreen; }};
+inline constexpr ChannelLevels Target<8>::kBlue{
+    BlueBits, [](uint32_t bits) -> int32_t { return FixedPalette256[bits].rgbBlue; }};
+
+}  // namespace vn
+
+#endif
