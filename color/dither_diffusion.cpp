@@ -14,6 +14,9 @@
 namespace vn {
 namespace {
 
+template <int Method>
+inline constexpr DiffusionFilter kFilter = kDiffusionFilters[Method];
+
 // Errors of one channel: those of a block behind those of the 2 * reach pixels before it, so that
 // what reaches back over the block's edge is at hand. Errors are within +-255.
 using ErrorLine = std::array<int16_t, kDitherBlock + 2 * kMostReach>;
@@ -25,32 +28,31 @@ using Errors = std::array<ErrorLine, 3>;  // red, green, blue
 // the next line, row 1 those for the line after.
 template <int Method>
 void Spread(const ErrorLine& errors, int32_t* const* rows, size_t first, size_t count) {
-  constexpr DiffusionFilter kFilter = kDiffusionFilters[Method];
-  constexpr int kReach = kFilter.reach;
+  constexpr int kReach = kFilter<Method>.reach;
   const auto spreadRow = [&]<int Row>() {
     const int16_t* __restrict from = errors.data() + kReach;
     int32_t* __restrict to = rows[Row - 1] + first;
-    const int32_t* __restrict below = Row < kFilter.rows ? rows[Row] + first : nullptr;
+    const int32_t* __restrict below = Row < kFilter<Method>.rows ? rows[Row] + first : nullptr;
     for (size_t i = 0; i < count; ++i) {
       // 16 bits hold it: a row's weights sum to at most 84, errors to 255.
       int16_t sum = 0;
       for (int dx = -kReach; dx <= kReach; ++dx) {
-        sum = static_cast<int16_t>(sum +
-                                   kFilter.Weight(Row, dx) * from[static_cast<ptrdiff_t>(i) - dx]);
+        sum = static_cast<int16_t>(sum + kFilter<Method>.Weight(Row, dx) *
+                                             from[static_cast<ptrdiff_t>(i) - dx]);
       }
-      to[i] = sum + (Row < kFilter.rows ? below[i] : 0);
+      to[i] = sum + (Row < kFilter<Method>.rows ? below[i] : 0);
     }
   };
   spreadRow.template operator()<1>();
-  if constexpr (kFilter.rows >= 2) spreadRow.template operator()<2>();
-  if constexpr (kFilter.rows >= 3) spreadRow.template operator()<3>();
+  if constexpr (kFilter<Method>.rows >= 2) spreadRow.template operator()<2>();
+  if constexpr (kFilter<Method>.rows >= 3) spreadRow.template operator()<3>();
 }
 
 // Runs `walk(block, first, count, errors)` over the blocks of a line and spreads what it leaves.
 template <int Method, class Walk>
 void DiffuseBlocks(DitherRecord& run, uint32_t order, const uint8_t* source, uint8_t* target,
                    size_t width, Walk&& walk) {
-  constexpr size_t kReach = kDiffusionFilters[Method].reach;
+  constexpr size_t kReach = kFilter<Method>.reach;
   Errors errors{};
   const auto spread = [&](size_t first, size_t count) {
     for (size_t channel = 0; channel < 3; ++channel) {
@@ -73,74 +75,174 @@ void DiffuseBlocks(DitherRecord& run, uint32_t order, const uint8_t* source, uin
 // The errors of the pixels just passed on this line.
 template <int Method>
 struct Behind {
-  static constexpr DiffusionFilter kFilter = kDiffusionFilters[Method];
-  int32_t last[kFilter.reach] = {};
+  int32_t last[kFilter<Method>.reach] = {};
 
-  // What they aim at the next pixel.
-  int32_t Sum() const {
+  // What they aim at the next pixel, from the `nearest` of them on.
+  int32_t Sum(int nearest = 1) const {
     int32_t sum = 0;
-    for (int k = 0; k < kFilter.reach; ++k)
-      sum += kFilter.Weight(0, k + 1) * last[k];
+    for (int k = nearest; k <= kFilter<Method>.reach; ++k) {
+      sum += kFilter<Method>.Weight(0, k) * last[k - 1];
+    }
     return sum;
   }
   void Pass(int32_t error) {
-    for (int k = kFilter.reach - 1; k > 0; --k)
+    for (int k = kFilter<Method>.reach - 1; k > 0; --k)
       last[k] = last[k - 1];
     last[0] = error;
   }
 };
 
+// `channel` plus sum / divisor, truncated toward zero. Sums are below 2^16, so where the divisor is
+// a power of two the top bits of a negative one are the divisor less 1, which is what truncation
+// adds.
+template <int Method>
+int32_t Corrected(int32_t channel, int32_t sum) {
+  constexpr int32_t kDivisor = kFilter<Method>.divisor;
+  if constexpr (std::has_single_bit(static_cast<uint32_t>(kDivisor))) {
+    constexpr int kShift = std::countr_zero(static_cast<uint32_t>(kDivisor));
+    const auto rounding = static_cast<int32_t>(static_cast<uint32_t>(sum) >> (32 - kShift));
+    return (sum + channel * kDivisor + rounding) >> kShift;
+  } else {
+    return channel + sum / kDivisor;
+  }
+}
+
+// The sums that earlier lines aimed at the pixels of a block, by channel.
+template <int Method>
+const int32_t* AimedAt(const DitherRecord& run, int channel, size_t first) {
+  return run.ErrorRows[3 * channel] + first + kFilter<Method>.reach;
+}
+
 template <int Method, class Choice>
 void DiffuseLine(DitherRecord& run, uint32_t order, const uint8_t* source, uint8_t* target,
                  size_t width) {
-  constexpr DiffusionFilter kFilter = kDiffusionFilters[Method];
-  constexpr size_t kReach = kFilter.reach;
+  constexpr size_t kBefore = 2 * kFilter<Method>.reach;
   const Choice choice(run);
   Behind<Method> red, green, blue;
-  DiffuseBlocks<Method>(
-      run, order, source, target, width,
-      [&](DitherBlock& block, size_t first, size_t count, Errors& errors) {
-        const int32_t* const aimedRed = run.ErrorRows[0] + first + kReach;
-        const int32_t* const aimedGreen = run.ErrorRows[3] + first + kReach;
-        const int32_t* const aimedBlue = run.ErrorRows[6] + first + kReach;
-        auto r = red, g = green, b = blue;
-        for (size_t x = 0; x < count; ++x) {
-          const RGBQUAD pixel = block.pixels[x];
-          const Rgb wanted{
-              ClampChannel(pixel.rgbRed + (aimedRed[x] + r.Sum()) / kFilter.divisor),
-              ClampChannel(pixel.rgbGreen + (aimedGreen[x] + g.Sum()) / kFilter.divisor),
-              ClampChannel(pixel.rgbBlue + (aimedBlue[x] + b.Sum()) / kFilter.divisor)};
-          const RGBQUAD answer = run.Answers[choice.Choose(wanted)];
-          block.indexes[x] = answer.rgbReserved;
-          r.Pass(wanted.red - answer.rgbRed);
-          g.Pass(wanted.green - answer.rgbGreen);
-          b.Pass(wanted.blue - answer.rgbBlue);
-          errors[0][2 * kReach + x] = static_cast<int16_t>(r.last[0]);
-          errors[1][2 * kReach + x] = static_cast<int16_t>(g.last[0]);
-          errors[2][2 * kReach + x] = static_cast<int16_t>(b.last[0]);
-        }
-        red = r, green = g, blue = b;
-      });
+  const auto walk = [&](DitherBlock& block, size_t first, size_t count, Errors& errors) {
+    const int32_t* const aimedRed = AimedAt<Method>(run, 0, first);
+    const int32_t* const aimedGreen = AimedAt<Method>(run, 1, first);
+    const int32_t* const aimedBlue = AimedAt<Method>(run, 2, first);
+    auto r = red, g = green, b = blue;
+    for (size_t x = 0; x < count; ++x) {
+      const RGBQUAD pixel = block.pixels[x];
+      const Rgb wanted{ClampChannel(Corrected<Method>(pixel.rgbRed, aimedRed[x] + r.Sum())),
+                       ClampChannel(Corrected<Method>(pixel.rgbGreen, aimedGreen[x] + g.Sum())),
+                       ClampChannel(Corrected<Method>(pixel.rgbBlue, aimedBlue[x] + b.Sum()))};
+      const RGBQUAD answer = run.Answers[choice.Choose(wanted)];
+      block.indexes[x] = answer.rgbReserved;
+      r.Pass(wanted.red - answer.rgbRed);
+      g.Pass(wanted.green - answer.rgbGreen);
+      b.Pass(wanted.blue - answer.rgbBlue);
+      errors[0][kBefore + x] = static_cast<int16_t>(r.last[0]);
+      errors[1][kBefore + x] = static_cast<int16_t>(g.last[0]);
+      errors[2][kBefore + x] = static_cast<int16_t>(b.last[0]);
+    }
+    red = r, green = g, blue = b;
+  };
+  DiffuseBlocks<Method>(run, order, source, target, width, walk);
+}
+
+// On the whole 256-colour palette the channels go their own ways: index bits and error of a channel
+// depend on that channel alone. They are looked up by the channel's corrected value, which need not
+// be clamped first: errors and so corrections are below 64.
+struct Level {
+  int16_t next;  // what the error aims at the next pixel
+  int16_t error;
+  uint32_t bits;  // of the index
+};
+constexpr int kLevelMargin = 64;
+using Levels = std::array<Level, 256 + 2 * kLevelMargin>;
+
+template <int Method>
+constexpr Levels MakeLevels(uint32_t (*bitsOf)(uint32_t), BYTE RGBQUAD::*channel) {
+  Levels levels{};
+  for (int i = 0; i < static_cast<int>(levels.size()); ++i) {
+    const int32_t value = ClampChannel(i - kLevelMargin);
+    const uint32_t bits = bitsOf(static_cast<uint32_t>(value));
+    const int32_t error = value - FixedPalette256[bits].*channel;
+    levels[static_cast<size_t>(i)] = {static_cast<int16_t>(kFilter<Method>.Weight(0, 1) * error),
+                                      static_cast<int16_t>(error), bits};
+  }
+  return levels;
+}
+
+template <int Method>
+constexpr Levels kRedLevels = MakeLevels<Method>([](uint32_t v) { return v & 0xE0; },
+                                                 &RGBQUAD::rgbRed);
+template <int Method>
+constexpr Levels kGreenLevels = MakeLevels<Method>([](uint32_t v) { return v >> 5 << 2; },
+                                                   &RGBQUAD::rgbGreen);
+template <int Method>
+constexpr Levels kBlueLevels = MakeLevels<Method>([](uint32_t v) { return v >> 6; },
+                                                  &RGBQUAD::rgbBlue);
+
+// A channel's walk along a line.
+template <int Method>
+struct ChannelWalk {
+  Behind<Method> behind;
+  int32_t next = 0;
+
+  uint32_t Step(const Levels& levels, int32_t channel, int32_t aimed, int16_t* error) {
+    const int32_t place = Corrected<Method>(channel + kLevelMargin, aimed + behind.Sum(2) + next);
+    const Level& level = levels[static_cast<uint32_t>(place)];
+    next = level.next;
+    behind.Pass(level.error);
+    *error = level.error;
+    return level.bits;
+  }
+};
+
+template <int Method>
+void DiffuseLine256(DitherRecord& run, uint32_t order, const uint8_t* source, uint8_t* target,
+                    size_t width) {
+  constexpr size_t kBefore = 2 * kFilter<Method>.reach;
+  ChannelWalk<Method> red, green, blue;
+  const auto walk = [&](DitherBlock& block, size_t first, size_t count, Errors& errors) {
+    const int32_t* const aimedRed = AimedAt<Method>(run, 0, first);
+    const int32_t* const aimedGreen = AimedAt<Method>(run, 1, first);
+    const int32_t* const aimedBlue = AimedAt<Method>(run, 2, first);
+    int16_t* const redErrors = errors[0].data() + kBefore;
+    int16_t* const greenErrors = errors[1].data() + kBefore;
+    int16_t* const blueErrors = errors[2].data() + kBefore;
+    auto r = red, g = green, b = blue;
+    for (size_t x = 0; x < count; ++x) {
+      const RGBQUAD pixel = block.pixels[x];
+      const uint32_t index =
+          r.Step(kRedLevels<Method>, pixel.rgbRed, aimedRed[x], redErrors + x) |
+          g.Step(kGreenLevels<Method>, pixel.rgbGreen, aimedGreen[x], greenErrors + x) |
+          b.Step(kBlueLevels<Method>, pixel.rgbBlue, aimedBlue[x], blueErrors + x);
+      block.indexes[x] = static_cast<uint8_t>(index);
+    }
+    red = r, green = g, blue = b;
+  };
+  DiffuseBlocks<Method>(run, order, source, target, width, walk);
 }
 
 }  // namespace
 
 DitherLineProc SelectDiffusionLine(const DitherRecord& run) {
-  return WithChoice(run, [&]<class Choice>(Choice*) -> DitherLineProc {
+  const auto byMethod = [&](auto&& lineOf) -> DitherLineProc {
     switch (run.Method) {
       case 1:
-        return DiffuseLine<1, Choice>;
+        return lineOf.template operator()<1>();
       case 2:
-        return DiffuseLine<2, Choice>;
+        return lineOf.template operator()<2>();
       case 3:
-        return DiffuseLine<3, Choice>;
+        return lineOf.template operator()<3>();
       case 4:
-        return DiffuseLine<4, Choice>;
+        return lineOf.template operator()<4>();
       case 5:
-        return DiffuseLine<5, Choice>;
+        return lineOf.template operator()<5>();
       default:
-        return DiffuseLine<6, Choice>;
+        return lineOf.template operator()<6>();
     }
+  };
+  if (run.PaletteKind == PALETTE_FIXED_256 && run.TargetCount == FixedPalette256.size()) {
+    return byMethod([]<int Method>() -> DitherLineProc { return DiffuseLine256<Method>; });
+  }
+  return WithChoice(run, [&]<class Choice>(Choice*) {
+    return byMethod([]<int Method>() -> DitherLineProc { return DiffuseLine<Method, Choice>; });
   });
 }
 

@@ -1,0 +1,469 @@
+// Line dithering against a model that keeps one accumulator per pixel per line and per channel.
+#include <array>
+#include <bit>
+#include <map>
+
+#include "color/dither_state.h"
+#include "color/threshold_matrices.h"
+#include "tests/support/failure_walk.h"
+#include "tests/support/headless_control.h"
+#include "tests/support/slow_color.h"
+
+namespace vn::test {
+namespace {
+
+struct Share {
+  int down, right, weight;
+};
+
+const std::vector<Share>& SharesOf(uint32_t method) {
+  static const std::vector<Share> kShares[] = {
+      {},
+      {{0, 1, 7}, {1, -1, 3}, {1, 0, 5}, {1, 1, 1}},
+      {{0, 1, 8},
+       {0, 2, 4},
+       {1, -2, 2},
+       {1, -1, 4},
+       {1, 0, 8},
+       {1, 1, 4},
+       {1, 2, 2},
+       {2, -2, 1},
+       {2, -1, 2},
+       {2, 0, 4},
+       {2, 1, 2},
+       {2, 2, 1}},
+      {{0, 1, 8}, {0, 2, 4}, {1, -2, 2}, {1, -1, 4}, {1, 0, 8}, {1, 1, 4}, {1, 2, 2}},
+      {{0, 1, 5},
+       {0, 2, 3},
+       {1, -2, 2},
+       {1, -1, 4},
+       {1, 0, 5},
+       {1, 1, 4},
+       {1, 2, 2},
+       {2, -1, 2},
+       {2, 0, 3},
+       {2, 1, 2}},
+      {{0, 2, 32},
+       {1, -3, 12},
+       {1, -1, 26},
+       {1, 1, 30},
+       {1, 3, 16},
+       {2, -2, 12},
+       {2, 0, 26},
+       {2, 2, 12},
+       {3, -3, 5},
+       {3, -1, 12},
+       {3, 1, 12},
+       {3, 3, 5}},
+      {{0, 1, 7},
+       {0, 2, 5},
+       {1, -2, 3},
+       {1, -1, 5},
+       {1, 0, 7},
+       {1, 1, 5},
+       {1, 2, 3},
+       {2, -2, 1},
+       {2, -1, 3},
+       {2, 0, 5},
+       {2, 1, 3},
+       {2, 2, 1}}};
+  return kShares[method];
+}
+constexpr int kDivisors[] = {0, 16, 42, 32, 32, 200, 48};
+
+// How a run is to find its colours.
+enum class Way { kCells, kFixed2, kFixed16, kFixed256 };
+
+struct SlowRun {
+  uint32_t method;
+  Way way;
+  int targetBits;
+  Colors target;                            // 256 entries, zero past the given ones
+  std::vector<uint32_t> usable;             // indexes that cells may lead to, by position
+  std::map<uint32_t, uint32_t> cells = {};  // position by cell, as far as answered
+  std::vector<std::vector<std::array<long, 3>>> aimed = {};  // sums by line and column
+  size_t line = 0;
+
+  static uint32_t CellAt(SlowColor c) {
+    return static_cast<uint32_t>(c.red / 8 * 1024 + c.green / 8 * 32 + c.blue / 8);
+  }
+
+  uint32_t FindByCell(SlowColor c) {
+    const uint32_t cell = CellAt(c);
+    if (!cells.count(cell)) {
+      Colors colors;
+      for (const uint32_t index : usable)
+        colors.push_back(target[index]);
+      cells[cell] = SlowMatch(colors.data(), static_cast<uint32_t>(colors.size()),
+                              {c.red / 8 * 8, c.green / 8 * 8, c.blue / 8 * 8});
+    }
+    return usable[cells[cell]];
+  }
+
+  uint32_t Index(SlowColor c) {
+    switch (way) {
+      case Way::kFixed2:
+        return SlowGray(c) >= 128;
+      case Way::kFixed16:
+        return FullColor(c.red >= 128, c.green >= 128, c.blue >= 128);
+      case Way::kFixed256:
+        return static_cast<uint32_t>(c.red / 32 * 32 + c.green / 32 * 4 + c.blue / 64);
+      default:
+        return FindByCell(c);
+    }
+  }
+
+  uint32_t OrderedIndex(SlowColor c, int m) {
+    if (way == Way::kFixed2) return m < SlowGray(c);
+    if (way == Way::kFixed16) return FullColor(m < c.red, m < c.green, m < c.blue);
+    int offset = m / 8 - 16;
+    if (way == Way::kCells && targetBits == 1) offset = m - 128;
+    if (way == Way::kCells && targetBits == 4) offset = m / 4 - 32;
+    const auto moved = [&](int level) { return std::clamp(level + offset, 0, 255); };
+    return Index({moved(c.red), moved(c.green), moved(c.blue)});
+  }
+
+  static uint32_t FullColor(bool red, bool green, bool blue) {
+    return red || green || blue ? 8 + red + 2 * green + 4 * blue : 0;
+  }
+
+  std::vector<uint32_t> Line(const std::vector<SlowColor>& pixels) {
+    std::vector<uint32_t> indexes;
+    while (aimed.size() < line + 4)
+      aimed.emplace_back(pixels.size());
+    for (size_t x = 0; x < pixels.size(); ++x) {
+      SlowColor c = pixels[x];
+      if (method >= 7) {
+        const auto& matrix = method == 7 ? OrderedMatrix : ClusteredMatrix;
+        indexes.push_back(OrderedIndex(c, matrix[line % 8][x % 8]));
+        continue;
+      }
+      if (method > 0) {
+        const std::array<long, 3> sums = aimed[line][x];
+        const auto corrected = [&](int level, long sum) {
+          return std::clamp(level + static_cast<int>(sum / kDivisors[method]), 0, 255);
+        };
+        c = {corrected(c.red, sums[0]), corrected(c.green, sums[1]), corrected(c.blue, sums[2])};
+      }
+      indexes.push_back(Index(c));
+      const SlowColor got = SlowEntry(target[indexes.back()]);
+      for (const Share& share : SharesOf(method)) {
+        const long column = static_cast<long>(x) + share.right;
+        if (column < 0 || column >= static_cast<long>(pixels.size())) continue;
+        auto& sums = aimed[line + static_cast<size_t>(share.down)][static_cast<size_t>(column)];
+        sums[0] += share.weight * (c.red - got.red);
+        sums[1] += share.weight * (c.green - got.green);
+        sums[2] += share.weight * (c.blue - got.blue);
+      }
+    }
+    ++line;
+    return indexes;
+  }
+};
+
+// A target palette, and what a run should make of it.
+struct Target {
+  const char* name;
+  Colors colors;  // empty: null is handed over
+  uint32_t count;
+  Way way;
+  bool matchTable = false;
+  int targetBits = 0;  // other than Vn_StartDithering would choose
+};
+
+SlowRun ModelOf(const Target& target, uint32_t method) {
+  const int bits = target.count <= 2 ? 1 : target.count <= 16 ? 4 : 8;
+  SlowRun run{method, target.way, target.targetBits ? target.targetBits : bits, Colors(256), {}};
+  const RGBQUAD* colors = target.colors.empty() ? Vn_IntGetFixedPalette(static_cast<uint32_t>(bits))
+                                                : &target.colors[0];
+  std::copy_n(colors, target.count, run.target.begin());
+  if (target.way == Way::kCells) {
+    for (uint32_t i = 0; i < target.count; ++i) {
+      if (!(colors[i].rgbReserved & 3)) run.usable.push_back(i);
+    }
+    // Palette colours find themselves, the first in a cell.
+    for (uint32_t i = 0; i < run.usable.size() && !target.matchTable; ++i) {
+      run.cells.emplace(SlowRun::CellAt(SlowEntry(colors[run.usable[i]])), i);
+    }
+  }
+  return run;
+}
+
+std::vector<Target> Targets() {
+  Random random(11);
+  const auto fixed = [](uint32_t bits, uint32_t count) {
+    const RGBQUAD* colors = Vn_IntGetFixedPalette(bits);
+    return Colors(colors, colors + count);
+  };
+  Colors reserved = RandomColors(random, 40);
+  for (size_t i = 0; i < reserved.size(); i += 3) {
+    reserved[i].rgbReserved = static_cast<BYTE>(random.Between(0, 7));
+  }
+  Colors flagged = fixed(4, 16);
+  flagged[3].rgbReserved = 4;  // no reservation, but no longer the fixed palette
+  return {{"fixed2", {}, 2, Way::kFixed2},
+          {"fixed1", fixed(1, 1), 1, Way::kFixed2},
+          {"fixed16", fixed(4, 16), 16, Way::kFixed16},
+          {"fixed5", fixed(4, 5), 5, Way::kFixed16},
+          {"fixed256", {}, 256, Way::kFixed256},
+          {"fixed200", fixed(8, 200), 200, Way::kFixed256},
+          {"fixed2at8", {}, 2, Way::kFixed2, false, 8},
+          {"fixed16at8", {}, 16, Way::kFixed16, false, 8},
+          {"whiteblack", {fixed(1, 2)[1], fixed(1, 2)[0]}, 2, Way::kCells},
+          {"custom2", RandomColors(random, 2), 2, Way::kCells},
+          {"flagged16", flagged, 16, Way::kCells},
+          {"custom13", RandomColors(random, 13), 13, Way::kCells},
+          {"reserved40", reserved, 40, Way::kCells},
+          {"crowded256", CrowdedColors(random, 256), 256, Way::kCells},
+          {"table16", RandomColors(random, 16), 16, Way::kCells, true},
+          {"table256", RandomColors(random, 256), 256, Way::kCells, true}};
+}
+
+// Source rows that wander, with jumps: smooth enough for errors to build up.
+Bytes SourceRow(Random& random, uint32_t bits, size_t bytes) {
+  Bytes row(bytes);
+  if (bits < 24 || random.Chance(3)) {
+    random.Fill(row.data(), row.size());
+    return row;
+  }
+  int level = random.Between(0, 255);
+  for (uint8_t& byte : row) {
+    level = random.Chance(40) ? random.Between(0, 255)
+                              : std::clamp(level + random.Between(-6, 6), 0, 255);
+    byte = static_cast<uint8_t>(level);
+  }
+  return row;
+}
+
+class EachMethod : public testing::TestWithParam<uint32_t> {
+ protected:
+  // Dithers a few lines both ways; reused buffers show bits that ought to stay.
+  void Check(const Target& target, uint32_t bits, uint32_t width, Random& random);
+};
+
+void EachMethod::Check(const Target& target, uint32_t bits, uint32_t width, Random& random) {
+  const Colors sourceColors = RandomColors(random, 256);
+  const uint32_t order = random.Chance(2) ? ORDER_BGR : ORDER_RGB;
+  Bitmap bitmap(width, 1, static_cast<int32_t>(bits), VIEW_BOTTOM_FIRST, order,
+                sourceColors.data());
+  bitmap->DitherMethod = GetParam();
+  SlowRun model = ModelOf(target, GetParam());
+  const RGBQUAD* colors = target.colors.empty() ? nullptr : target.colors.data();
+  uint32_t* table =
+      target.matchTable ? Vn_CreateUserMatchTable(target.colors.data(), target.count) : nullptr;
+  if (table || target.targetBits) {
+    ASSERT_EQ(StartDitherState(bitmap, colors, target.count, model.targetBits, table), OK);
+  } else {
+    ASSERT_EQ(Vn_StartDithering(bitmap, colors, target.count), OK);
+  }
+  bitmap->DitherMethod = 99;  // was read at the start, and only there
+
+  const auto targetBits = static_cast<uint32_t>(model.targetBits);
+  const size_t stride = (width * bits + 7) / 8, targetStride = (width * targetBits + 7) / 8;
+  for (int line = 0; line < 10; ++line) {
+    const Bytes source = SourceRow(random, bits, stride);
+    std::vector<SlowColor> pixels;
+    for (size_t x = 0; x < width; ++x) {
+      pixels.push_back(SlowPixel(source, x, bits, order, sourceColors.data()));
+    }
+    const bool inPlace = targetBits <= bits && random.Chance(2);
+    Bytes row = inPlace ? source : Bytes(targetStride);
+    if (!inPlace) random.Fill(row.data(), row.size());
+    Bytes expected = row;
+    const std::vector<uint32_t> indexes = model.Line(pixels);
+    for (size_t x = 0; x < width; ++x) {
+      SetSlowBits(expected, x * targetBits, model.targetBits, indexes[x]);
+    }
+    ASSERT_EQ(Vn_DitherLine(bitmap, inPlace ? row.data() : source.data(), row.data()), OK);
+    ASSERT_EQ(row, expected) << target.name << ", " << bits << " bits, order " << order << ", "
+                             << width << " pixels, line " << line << (inPlace ? ", in place" : "");
+  }
+  EXPECT_EQ(Vn_StopDithering(bitmap), OK);
+  EXPECT_EQ(bitmap->DitherState, nullptr);
+  EXPECT_EQ(Vn_FreeUserMatchTable(table), OK);
+}
+
+TEST_P(EachMethod, EqualsOneAccumulatorPerPixelPerLine) {
+  Random random(20 + GetParam());
+  constexpr uint32_t kWidths[] = {1, 2, 3, 4, 7, 8, 21, 100, 255, 256, 258, 300};
+  size_t next = 0;
+  for (const Target& target : Targets()) {
+    for (const int32_t bits : kDepths) {
+      for (int round = 0; round < 2; ++round) {
+        const uint32_t width = kWidths[next++ % std::size(kWidths)];
+        ASSERT_NO_FATAL_FAILURE(Check(target, static_cast<uint32_t>(bits), width, random));
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Dither, EachMethod, testing::Range(0u, 9u));
+
+TEST(Dither, FlatPaletteColoursAreOneIndex) {
+  for (uint32_t method = 0; method <= 6; ++method) {
+    Bitmap bitmap(50, 1, 24);
+    bitmap->DitherMethod = method;
+    const RGBQUAD flat = Vn_IntGetFixedPalette(8)[77];
+    Bytes source;
+    for (int x = 0; x < 50; ++x)
+      source.insert(source.end(), {flat.rgbBlue, flat.rgbGreen, flat.rgbRed});
+    ASSERT_EQ(Vn_StartDithering(bitmap, nullptr, 256), OK);
+    for (int line = 0; line < 3; ++line) {
+      Bytes row(50);
+      ASSERT_EQ(Vn_DitherLine(bitmap, source.data(), row.data()), OK);
+      EXPECT_EQ(row, Bytes(50, 77)) << method;
+    }
+    Vn_StopDithering(bitmap);
+  }
+}
+
+// Diffusion may not lose light: over a flat field the mean of the result is the field's.
+TEST(Dither, DiffusionKeepsTheMeanOfAFlatField) {
+  for (uint32_t method = 1; method <= 6; ++method) {
+    Bitmap bitmap(256, 1, 24);
+    bitmap->DitherMethod = method;
+    const Bytes source(3 * 256, 100);
+    ASSERT_EQ(Vn_StartDithering(bitmap, nullptr, 2), OK);
+    int white = 0;
+    for (int line = 0; line < 64; ++line) {
+      Bytes row(32);
+      ASSERT_EQ(Vn_DitherLine(bitmap, source.data(), row.data()), OK);
+      for (const uint8_t byte : row)
+        white += std::popcount(byte);
+    }
+    EXPECT_NEAR(white * 255.0 / (256 * 64), 100, 3) << method;
+    Vn_StopDithering(bitmap);
+  }
+}
+
+TEST(Dither, ReservedColoursAreNeverGiven) {
+  Colors colors(4, RGBQUAD{200, 200, 200, 0});
+  colors[1] = {10, 10, 10, 1};
+  colors[2] = {10, 10, 10, 2};
+  Bitmap bitmap(64, 1, 24);
+  const Bytes dark(3 * 64, 10);
+  for (uint32_t method = 0; method <= 8; ++method) {
+    bitmap->DitherMethod = method;
+    ASSERT_EQ(Vn_StartDithering(bitmap, colors.data(), 4), OK);
+    Bytes row(32);
+    ASSERT_EQ(Vn_DitherLine(bitmap, dark.data(), row.data()), OK);
+    for (size_t x = 0; x < 64; ++x)
+      EXPECT_EQ(SlowBits(row, 4 * x, 4) % 3, 0u);
+    Vn_StopDithering(bitmap);
+  }
+  // With all of them reserved any index will do.
+  for (RGBQUAD& color : colors)
+    color.rgbReserved = 1;
+  bitmap->DitherMethod = DITHER_STUCKI;
+  ASSERT_EQ(Vn_StartDithering(bitmap, colors.data(), 4), OK);
+  Bytes row(32);
+  EXPECT_EQ(Vn_DitherLine(bitmap, dark.data(), row.data()), OK);
+  Vn_StopDithering(bitmap);
+}
+
+TEST(Dither, MatchTableIsTheCallersAndOnlyEmptyCellsAreFilled) {
+  Random random(12);
+  const Colors colors = RandomColors(random, 20);
+  Bitmap bitmap(200, 1, 24);
+  bitmap->DitherMethod = DITHER_NONE;
+  std::vector<uint32_t> table(32768, 0);
+  for (size_t cell = 0; cell < table.size(); cell += 2)
+    table[cell] = 1 + cell % 20;
+  table[1] = 1000000;  // no position at all; a defined index comes of it
+  const std::vector<uint32_t> before = table;
+  ASSERT_EQ(StartDitherState(bitmap, colors.data(), 20, 8, table.data()), OK);
+  Bytes source(600), row(200);
+  random.Fill(source.data(), source.size());
+  source[0] = 8, source[1] = source[2] = 0;
+  ASSERT_EQ(Vn_DitherLine(bitmap, source.data(), row.data()), OK);
+  for (size_t x = 1; x < 200; ++x) {
+    const SlowColor c = SlowPixel(source, x, 24, ORDER_BGR, nullptr);
+    const uint32_t cell = SlowRun::CellAt(c);
+    ASSERT_NE(table[cell], 0u);
+    EXPECT_EQ(row[x], table[cell] - 1);
+  }
+  for (size_t cell = 0; cell < table.size(); ++cell) {
+    ASSERT_EQ(table[cell], before[cell] ? before[cell] : table[cell]);
+  }
+  Vn_StopDithering(bitmap);
+}
+
+TEST(Dither, DocumentedValues) {
+  Bitmap bitmap(2, 1, 24);
+  bitmap->DitherMethod = DITHER_NONE;
+  ASSERT_EQ(Vn_StartDithering(bitmap, nullptr, 2), OK);
+  const Bytes grays{128, 128, 128, 127, 127, 127};
+  Bytes row{0b01010101};
+  EXPECT_EQ(Vn_DitherLine(bitmap, grays.data(), row.data()), OK);
+  EXPECT_EQ(row[0], 0b10010101);
+  Vn_StopDithering(bitmap);
+
+  // A gray of 1 lights the first pixel of every 8 by 8 block, and lines are counted on.
+  Bitmap wide(16, 1, 24);
+  wide->DitherMethod = DITHER_ORDERED;
+  ASSERT_EQ(Vn_StartDithering(wide, nullptr, 2), OK);
+  const Bytes dim(48, 1);
+  for (int line = 0; line < 17; ++line) {
+    Bytes lit(2);
+    EXPECT_EQ(Vn_DitherLine(wide, dim.data(), lit.data()), OK);
+    EXPECT_EQ(lit, line % 8 ? Bytes({0, 0}) : Bytes({128, 128})) << line;
+  }
+  Vn_StopDithering(wide);
+}
+
+TEST(Dither, RefusedArguments) {
+  Bitmap bitmap(10, 1, 24);
+  Bytes row(30, 7);
+  const RGBQUAD colors[256] = {};
+  EXPECT_EQ(Vn_StartDithering(nullptr, nullptr, 2), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_StartDithering(bitmap, colors, 257), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_StartDithering(bitmap, colors, 0), ERR_INVALID_PARAMETER);
+  bitmap->DitherMethod = 9;
+  EXPECT_EQ(Vn_StartDithering(bitmap, colors, 30), ERR_INVALID_PARAMETER);
+  bitmap->DitherMethod = 1;
+  bitmap->BitsPerPixel = 2;
+  EXPECT_EQ(Vn_StartDithering(bitmap, colors, 30), ERR_INVALID_PARAMETER);
+  bitmap->BitsPerPixel = 24;
+  EXPECT_EQ(bitmap->DitherState, nullptr);
+  EXPECT_EQ(Vn_DitherLine(bitmap, row.data(), row.data()), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_StopDithering(bitmap), OK);
+
+  ASSERT_EQ(Vn_StartDithering(bitmap, nullptr, 256), OK);
+  EXPECT_EQ(Vn_DitherLine(nullptr, row.data(), row.data()), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_DitherLine(bitmap, nullptr, row.data()), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_DitherLine(bitmap, row.data(), nullptr), ERR_INVALID_PARAMETER);
+  for (const int32_t width : {0, -5}) {
+    bitmap->Width = width;
+    EXPECT_EQ(Vn_DitherLine(bitmap, row.data(), row.data()), OK);
+  }
+  EXPECT_EQ(row, Bytes(30, 7));
+  bitmap->Width = 10;
+  EXPECT_EQ(Vn_StopDithering(bitmap), OK);
+
+  bitmap->Width = -5;
+  ASSERT_EQ(Vn_StartDithering(bitmap, nullptr, 256), OK);
+  EXPECT_EQ(Vn_DitherLine(bitmap, row.data(), row.data()), OK);
+  EXPECT_EQ(Vn_StopDithering(bitmap), OK);
+  bitmap->Width = 10;
+}
+
+HEADLESS_TEST(Dither, EveryFailingAllocationLeavesNothingBehind) {
+  Random random(13);
+  const Colors colors = RandomColors(random, 256);
+  const uint32_t rows[] = {0, 1, 2, 1, 2, 3, 2, 0, 0};
+  for (uint32_t method = 0; method <= 8; ++method) {
+    Bitmap bitmap(40, 1, 24);
+    bitmap->DitherMethod = method;
+    const uint32_t failures = WalkFailures(HEADLESS_MEMORY, [&](FailureRound& round) {
+      const VnStatus status =
+          round.Run([&] { return Vn_StartDithering(bitmap, colors.data(), 256); });
+      EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
+      EXPECT_EQ(bitmap->DitherState != nullptr, status == OK);
+      Vn_StopDithering(bitmap);
+    });
+    EXPECT_EQ(failures, 2 + 3 * rows[method]) << method;
+  }
+}
+
+}  // namespace
+}  // namespace vn::test
