@@ -1,7 +1,7 @@
 // One bitmap filled from another of other dimensions.
 #include <algorithm>
 
-#include "geometry/scale_row.h"
+#include "geometry/row_scaler.h"
 #include "kernel/guards.h"
 #include "kernel/pixel_format.h"
 #include "kernel/progress.h"
@@ -29,8 +29,9 @@ VnStatus ResizeRows(BitmapHandle* source, BitmapHandle* destination, vn::RowView
                     uint8_t* scaled) {
   const auto height = static_cast<uint32_t>(destination->Height);
   const bool sameOrigin = source->ViewOrigin == destination->ViewOrigin;
-  const bool expand = destination->Width >= source->Width;
-  const vn::Stepper across = StepOver(source->Width, destination->Width);
+  const vn::RowScaler scaler(source->BitsPerPixel, StepOver(source->Width, destination->Width),
+                             static_cast<uint32_t>(source->Width), destination->BytesPerLine,
+                             destination->Width >= source->Width);
   vn::Stepper down = StepOver(source->Height, destination->Height);
   vn::Progress progress(height);
   if (!progress.Begin()) return progress.Result();
@@ -38,9 +39,7 @@ VnStatus ResizeRows(BitmapHandle* source, BitmapHandle* destination, vn::RowView
   uint32_t next = 0;  // source rows below this one have been scaled
   for (uint32_t row = 0; row < height; ++row) {
     if (next <= wanted) {
-      vn::ScaleRow(source->BitsPerPixel, destination->BytesPerLine, 0, across.quotient, 0,
-                   across.remainder, rows.Read(wanted), scaled, across.divisor, across.divisor,
-                   expand);
+      scaler.Scale(rows.Read(wanted), scaled);
       next = wanted + 1;
     }
     wanted += down.Advance();
