@@ -16,6 +16,7 @@ class PixelPattern {
   void Write(uint8_t* at, size_t count) const { write_(bytes_, at, count); }
 
  private:
+  static constexpr size_t kVector = 32;
   static constexpr size_t kPeriod = 96;  // whole pixels of any size, and whole vectors
   using Writer = void (*)(const uint8_t* pattern, uint8_t* at, size_t count);
 
@@ -24,7 +25,8 @@ class PixelPattern {
   static void WritePeriods(const uint8_t* pattern, uint8_t* at, size_t count);
   static void WriteVectors(const uint8_t* pattern, uint8_t* at, size_t count);
 
-  alignas(32) uint8_t bytes_[kPeriod];
+  // One period and what a start anywhere in its first vector reads behind it.
+  alignas(kVector) uint8_t bytes_[kPeriod + kVector];
   Writer write_;
 };
 

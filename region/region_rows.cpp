@@ -39,6 +39,14 @@ void RegionRows::Inspect() {
 void RegionRows::GoTo(int32_t row) {
   if (order_ == Order::kNone) return;
   if (band_ != bandEnd_ && band_->top <= row && row < band_->bottom) return;
+  // A walk down the rows comes to the next band of a list that runs down.
+  if (order_ == Order::kDown && bandEnd_ != record_->end() && bandEnd_->top <= row &&
+      row < bandEnd_->bottom) {
+    band_ = bandEnd_;
+    while (bandEnd_ != record_->end() && bandEnd_->top == band_->top)
+      ++bandEnd_;
+    return;
+  }
   const auto before = [&](const RECT& rect) {
     return order_ == Order::kDown ? rect.bottom <= row : rect.top > row;
   };

@@ -176,6 +176,32 @@ HEADLESS_TEST(Fill, FillsWhatTheRegionSelectsOnWin32s) {
   FillsWhatTheRegionSelects(STORAGE_DISK);
 }
 
+// Runs of all lengths at all places of wide rows, in a colour whose bytes differ.
+TEST(Fill, LongRunsKeepThePixelsInStep) {
+  Random random(54);
+  for (const int32_t bits : kDepths) {
+    for (int32_t i = 0; i < 12; ++i) {
+      Bitmap bitmap(static_cast<uint32_t>(random.Between(200, 330)), 8, bits);
+      for (int32_t n = 0; n < i; ++n) {
+        const int32_t left = random.Between(0, 150), top = random.Between(0, 7);
+        const RECT run = {left, top, left + random.Between(1, 180), top + 1};
+        ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &run,
+                                      n ? REGION_COMBINE_OR : REGION_COMBINE_REPLACE),
+                  OK);
+      }
+      FillRandom(bitmap, random);
+      const std::vector<Bytes> before = Rows(bitmap);
+      ASSERT_EQ(Vn_FillBitmap(bitmap, RGB(255, 0, 0)), OK);
+      Bitmap pixel(1, 1, bits);
+      ASSERT_EQ(Vn_PutPixelColor(pixel, 0, 0, RGB(255, 0, 0)), OK);
+      Bytes value = ReadRow(pixel, 0);
+      if (bits == 32) value[3] = 0;
+      ExpectFilled(bitmap, before, PixelBits(value, 0, bits));
+      if (testing::Test::HasFailure()) return;
+    }
+  }
+}
+
 TEST(Fill, ColourBytesFollowTheOrder) {
   for (const uint32_t order : {ORDER_RGB, ORDER_BGR}) {
     Bitmap bitmap(2, 2, 24, VIEW_TOP_FIRST, order);

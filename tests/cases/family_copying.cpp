@@ -83,7 +83,7 @@ void Run(Case& test) {
   }
 }
 
-const Registration registration({"copying", 3000, 0, Run});
+const Registration registration({"copying", 3000, 0x4f9476a6fcbfa17d, Run});
 
 }  // namespace
 

@@ -67,7 +67,7 @@ void Run(Case& test) {
   FoldPixels(test, bitmap);
 }
 
-const Registration registration({"filling", 3000, 0, Run});
+const Registration registration({"filling", 3000, 0x33ca48fd167154ba, Run});
 
 }  // namespace
 
