@@ -11,6 +11,17 @@ namespace headless {
 
 namespace {
 
+// A DIB of two colours shows a brush that is neither of them by the background's contrast: the
+// background colour's own value for the background colour, the other value for any other.
+uint32_t SolidPixel(uint32_t rgb, const Surface& target, const MonochromeColors& monochrome) {
+  if (target.layout.bits != 1 || target.monochrome()) return PixelOf(rgb, target, monochrome);
+  for (uint32_t i = 0; i < 2; ++i) {
+    if (RgbOf(target.colors->entries[i]) == rgb) return i;
+  }
+  const uint32_t background = PixelOf(monochrome.background, target, monochrome);
+  return rgb == monochrome.background ? background : background ^ 1;
+}
+
 // Pattern pixels of a brush in values of the target.
 class PatternRows {
  public:
@@ -18,7 +29,7 @@ class PatternRows {
     if (brush_.kind == Brush::Kind::kPattern) {
       map_.emplace(brush_.pattern.layout, PatternColors(job), *job.target, job.monochrome);
     } else {
-      solid_ = PixelOf(RgbOf(brush_.color), *job.target, job.monochrome);
+      solid_ = SolidPixel(RgbOf(brush_.color), *job.target, job.monochrome);
     }
   }
 

@@ -82,7 +82,7 @@ void Run(Case& test) {
   target.Fold(test);
 }
 
-const Registration registration({"frames", 3000, 0, Run});
+const Registration registration({"frames", 3000, 0xfe88943aa191a36b, Run});
 
 }  // namespace
 
