@@ -24,6 +24,10 @@ void WithOrder(uint32_t order, Use&& use) {
   }
 }
 
+// A copied block of 24 bits is read at 32: loops take words in whole, and the spreading is cheap.
+template <int Bits>
+inline constexpr int kReadAs = Bits == 24 ? 32 : Bits;
+
 // Calls `convert(source, target, pixels)` for blocks of the row, `source` being a copy of the
 // block. So a loop reads and writes without regard to what overlaps; only the order of the blocks
 // counts, and it is such that nothing is overwritten before it was copied. Blocks start at whole
@@ -31,12 +35,13 @@ void WithOrder(uint32_t order, Use&& use) {
 constexpr size_t kBlockPixels = 256;
 template <int SrcBits, int DstBits, class Convert>
 void InBlocks(uint8_t* row, size_t width, Convert&& convert) {
-  alignas(32) uint8_t source[kBlockPixels * SrcBits / 8 + 4];
+  alignas(32) uint8_t source[kBlockPixels * kReadAs<SrcBits> / 8];
   const size_t blocks = (width + kBlockPixels - 1) / kBlockPixels;
   for (size_t k = 0; k < blocks; ++k) {
     const size_t first = (DstBits > SrcBits ? blocks - 1 - k : k) * kBlockPixels;
     const size_t pixels = std::min(kBlockPixels, width - first);
     std::memcpy(source, row + first * SrcBits / 8, (pixels * SrcBits + 7) / 8);
+    if constexpr (SrcBits == 24) Widen24To32(source, pixels, false);
     convert(static_cast<const uint8_t*>(source), row + first * DstBits / 8, pixels);
   }
 }
@@ -89,7 +94,8 @@ template <int SrcBits, uint32_t Order>
 void ColorsToGray(uint8_t* row, size_t width) {
   InBlocks<SrcBits, 8>(row, width, [](const uint8_t* source, uint8_t* target, size_t pixels) {
     for (size_t x = 0; x < pixels; ++x) {
-      target[x] = static_cast<uint8_t>(GrayOf(ColorReader<SrcBits, Order>::Get(source, x)));
+      target[x] =
+          static_cast<uint8_t>(GrayOf(ColorReader<kReadAs<SrcBits>, Order>::Get(source, x)));
     }
   });
 }
@@ -100,23 +106,40 @@ void ColorsToIndexes(uint8_t* row, size_t width, Search&& search) {
       row, width, [&](const uint8_t* source, uint8_t* target, size_t pixels) {
         PixelWriter<DstBits> writer(target);
         for (size_t x = 0; x < pixels; ++x) {
-          writer.Put(search.Find(ColorReader<SrcBits, Order>::Get(source, x)));
+          writer.Put(search.Find(ColorReader<kReadAs<SrcBits>, Order>::Get(source, x)));
         }
         writer.Finish();
       });
 }
 
-// Between 16 bits and wider. An exchange of the channels is the same in both directions, so one
-// order of the source stands for both.
-template <int SrcBits, int DstBits, bool Swap>
-void ColorsToColors(uint8_t* row, size_t width) {
-  InBlocks<SrcBits, DstBits>(
-      row, width, [](const uint8_t* __restrict source, uint8_t* __restrict target, size_t pixels) {
-        for (size_t x = 0; x < pixels; ++x) {
-          PutColor<DstBits, Swap ? ORDER_RGB : ORDER_BGR>(
-              target, x, ColorReader<SrcBits, ORDER_BGR>::Get(source, x));
-        }
-      });
+// Between 16 bits and wider, by words of 32 bits, blue lowest: arithmetic that vectorises. An
+// exchange of the channels is the same in both directions, so one order of the source stands for
+// both.
+template <int SrcBits, bool Swap>
+void NarrowTo16(uint8_t* row, size_t width) {
+  InBlocks<SrcBits, 16>(row, width, [](const uint8_t* source, uint8_t* target, size_t pixels) {
+    for (size_t x = 0; x < pixels; ++x) {
+      PutColor<16, Swap ? ORDER_RGB : ORDER_BGR>(target, x,
+                                                 ColorReader<32, ORDER_BGR>::Get(source, x));
+    }
+  });
+}
+
+template <int DstBits, bool Swap>
+void WidenFrom16(uint8_t* row, size_t width) {
+  InBlocks<16, DstBits>(row, width, [](const uint8_t* source, uint8_t* target, size_t pixels) {
+    uint32_t words[kBlockPixels];
+    for (size_t x = 0; x < pixels; ++x) {
+      const uint32_t w = LoadWord(source + 2 * x);
+      const uint32_t low = w & 0x1F, high = w >> 10 & 0x1F;
+      // Each field in the top five bits of its byte, and its own top bits repeated below them.
+      const uint32_t tops = (Swap ? low : high) << 19 | (w & 0x3E0) << 6 | (Swap ? high : low) << 3;
+      words[x] = tops | (tops >> 5 & 0x070707);
+    }
+    auto* bytes = reinterpret_cast<uint8_t*>(words);
+    if constexpr (DstBits == 24) Narrow32To24(bytes, pixels, false);
+    std::memcpy(target, bytes, pixels * DstBits / 8);
+  });
 }
 
 // Exchanges the outer fields of 16-bit pixels and clears the top bit.
@@ -138,10 +161,10 @@ void ConvertColors(uint8_t* row, size_t width, bool swap) {
     Widen24To32(row, width, swap);
   } else if constexpr (SrcBits == 32 && DstBits == 24) {
     Narrow32To24(row, width, swap);
-  } else if (swap) {
-    ColorsToColors<SrcBits, DstBits, true>(row, width);
+  } else if constexpr (DstBits == 16) {
+    swap ? NarrowTo16<SrcBits, true>(row, width) : NarrowTo16<SrcBits, false>(row, width);
   } else {
-    ColorsToColors<SrcBits, DstBits, false>(row, width);
+    swap ? WidenFrom16<DstBits, true>(row, width) : WidenFrom16<DstBits, false>(row, width);
   }
 }
 

@@ -62,18 +62,21 @@ VNCORE_AVX2 __m128i NarrowPattern(bool swap) {
               : _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
 }
 
-// `end` is a multiple of 8. Two loads of 16 bytes hold four pixels each and take four bytes of what
-// follows with them; the buffer of 4 bytes a pixel reaches that far.
-VNCORE_AVX2 void WidenEights(uint8_t* row, size_t end, bool swap) {
+// Whole eights of pixels, the last ending at `end`; returns the number of pixels left before them.
+// Two loads of 16 bytes hold four pixels each and take four bytes of what follows with them; the
+// buffer of 4 bytes a pixel reaches that far.
+VNCORE_AVX2 size_t WidenEights(uint8_t* row, size_t end, bool swap) {
   const __m256i pattern = _mm256_broadcastsi128_si256(WidenPattern(swap));
+  size_t x = end;
 #pragma GCC unroll 4
-  for (size_t x = end; x > 0; x -= 8) {
+  for (; x >= 8; x -= 8) {
     uint8_t* from = row + 3 * (x - 8);
     const __m256i eight = _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_loadu_si128(At(from))),
                                                   _mm_loadu_si128(At(from + 12)), 1);
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(row + 4 * (x - 8)),
                         _mm256_shuffle_epi8(eight, pattern));
   }
+  return x;
 }
 
 // `end` is a multiple of 8, and at least 3 pixels follow it. A store of 32 bytes carries 24 of
@@ -128,14 +131,16 @@ Shuffles BestShuffles() {
 }
 
 void Widen24To32(uint8_t* row, size_t width, bool swap, [[maybe_unused]] Shuffles with) {
-  size_t shuffled = 0;
+  size_t left = width;
 #ifdef VNCORE_X86
-  if (with == Shuffles::kAvx2) shuffled = width & ~size_t{7};
+  if (with == Shuffles::kAvx2 && width >= 16) {
+    // The eights end where their stores of 32 bytes fall on whole cache lines.
+    const size_t ragged = reinterpret_cast<uintptr_t>(row + 4 * width) / 4 % 8;
+    WidenPixels(row, width - ragged, width, swap);
+    left = WidenEights(row, width - ragged, swap);
+  }
 #endif
-  WidenPixels(row, shuffled, width, swap);
-#ifdef VNCORE_X86
-  if (shuffled) WidenEights(row, shuffled, swap);
-#endif
+  WidenPixels(row, 0, left, swap);
 }
 
 void Narrow32To24(uint8_t* row, size_t width, bool swap, [[maybe_unused]] Shuffles with) {
