@@ -7,6 +7,7 @@
 namespace vn::tool {
 
 void AddPaintCommand(CLI::App& app);
+void AddConvertCommand(CLI::App& app);
 void AddChartCommand(CLI::App& app);
 void AddInfoCommand(CLI::App& app);
 

@@ -32,10 +32,13 @@ class RealizedPalette {
 
 constexpr int32_t kReservedColors = 20;  // the usual palette display keeps these for itself
 constexpr int32_t kDotsPerInch = 96;
+// With little memory, pictures beyond this lie in temporary files, whatever made them.
+constexpr uint64_t kLargestBlock = 4 << 20;
 
 }  // namespace
 
 void ClaimWin32s() {
+  Headless_SetLargestBlock(kLargestBlock);
   Headless_SetVersion(HEADLESS_VERSION_WIN32S);
   if (!Headless_Restart()) throw Failure("the library cannot be started again");
 }

@@ -27,10 +27,11 @@ std::string VersionLine() {
 }
 
 int Run(int argc, char** argv) {
-  CLI::App app("VNCORE32, a raster-image kernel: paint and inspect pictures", "vncore");
+  CLI::App app("VNCORE32, a raster-image kernel: paint, convert and inspect pictures", "vncore");
   app.set_version_flag("--version", &VersionLine);
   app.require_subcommand(1);
   AddPaintCommand(app);
+  AddConvertCommand(app);
   AddChartCommand(app);
   AddInfoCommand(app);
   try {

@@ -1,10 +1,13 @@
 #include "tools/option_values.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <string_view>
 
 #include "kernel/vn_storage.h"
+#include "tools/bitmap.h"
+#include "tools/failure.h"
 
 namespace vn::tool {
 namespace {
@@ -62,6 +65,19 @@ std::optional<Area> ParseArea(const std::string& text) {
   return Area{(*numbers)[0], (*numbers)[1], (*numbers)[2], (*numbers)[3]};
 }
 
+std::optional<std::vector<int32_t>> ParseNumberList(const std::string& text) {
+  std::vector<int32_t> numbers;
+  std::string_view left = text;
+  for (;;) {
+    const size_t comma = left.find(',');
+    const auto number = ParseNumbers<1>(left.substr(0, comma), ',');
+    if (!number) return std::nullopt;
+    numbers.push_back((*number)[0]);
+    if (comma == left.npos) return numbers;
+    left.remove_prefix(comma + 1);
+  }
+}
+
 std::optional<Rgb> ParseColor(const std::string& text) {
   for (const NamedColor& named : kColors) {
     if (named.name == text) return named.color;
@@ -80,6 +96,21 @@ std::optional<int32_t> ParseStorage(const std::string& text) {
   if (text == "disk") return STORAGE_DISK;
   if (text == "memory") return STORAGE_MEMORY;
   return std::nullopt;
+}
+
+void RequireInside(const std::string& option, const Area& area, int32_t width, int32_t height) {
+  const bool inside = area.x >= 0 && area.y >= 0 && area.width > 0 && area.height > 0 &&
+                      area.width <= width - area.x && area.height <= height - area.y;
+  if (!inside) {
+    throw Failure(option + " must lie within the picture of " + std::to_string(width) + "x" +
+                  std::to_string(height));
+  }
+}
+
+RECT StorageRect(const BitmapHandle& bitmap, const Area& area) {
+  const int32_t first = StorageRow(bitmap, area.y);
+  const int32_t last = StorageRow(bitmap, area.y + area.height - 1);
+  return {area.x, std::min(first, last), area.x + area.width, std::max(first, last) + 1};
 }
 
 }  // namespace vn::tool

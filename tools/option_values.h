@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "kernel/pixel_format.h"
 
@@ -24,10 +25,17 @@ struct Area {
 std::optional<Size> ParseSize(const std::string& text);
 // "X,Y,W,H"
 std::optional<Area> ParseArea(const std::string& text);
+// "1,2,3": at least one whole number
+std::optional<std::vector<int32_t>> ParseNumberList(const std::string& text);
 // "white", "#fff", "#ffffff" or "255,255,255"
 std::optional<Rgb> ParseColor(const std::string& text);
 // "auto", "disk", "memory": a STORAGE_ value
 std::optional<int32_t> ParseStorage(const std::string& text);
+
+// Throws Failure in the name of `option` unless the area lies within a picture of this size.
+void RequireInside(const std::string& option, const Area& area, int32_t width, int32_t height);
+// The area in storage rows.
+RECT StorageRect(const BitmapHandle& bitmap, const Area& area);
 
 // Adds an option whose text goes through `parse` into `target`; text that does not parse is a usage
 // error that shows `form`.

@@ -1,6 +1,5 @@
 // vncore paint: a picture through the library onto a device, and what the device shows as a
 // picture.
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -42,22 +41,8 @@ struct PaintOptions {
 // The part of the picture that is painted.
 Area WantedArea(const PaintOptions& options, const PictureInfo& picture) {
   if (!options.source) return {0, 0, picture.width, picture.height};
-  const Area& area = *options.source;
-  const bool inside = area.x >= 0 && area.y >= 0 && area.width > 0 && area.height > 0 &&
-                      area.width <= picture.width - area.x &&
-                      area.height <= picture.height - area.y;
-  if (!inside) {
-    throw Failure("--source must lie within the picture of " + std::to_string(picture.width) + "x" +
-                  std::to_string(picture.height));
-  }
-  return area;
-}
-
-// Painting counts in storage rows.
-RECT StorageRect(const BitmapHandle& bitmap, const Area& area) {
-  const int32_t first = StorageRow(bitmap, area.y);
-  const int32_t last = StorageRow(bitmap, area.y + area.height - 1);
-  return {area.x, std::min(first, last), area.x + area.width, std::max(first, last) + 1};
+  RequireInside("--source", *options.source, picture.width, picture.height);
+  return *options.source;
 }
 
 void Paint(const PaintOptions& options) {

@@ -38,6 +38,7 @@ VnStatus VN_CALL ProgressBar::OnPercent(int32_t percent) {
 }
 
 void ProgressBar::Draw(int32_t percent) {
+  percent = (stage_ * 100 + percent) / stages_;
   if (percent == drawn_ || std::chrono::steady_clock::now() - start_ < kPatience) return;
   drawn_ = percent;
   const int32_t full = percent * kCells / 100;

@@ -22,6 +22,9 @@ class ProgressBar {
   ProgressBar& operator=(const ProgressBar&) = delete;
   ~ProgressBar();
 
+  // What comes now is part `stage` (the first being 0) of `stages` equal parts of the whole.
+  void BeginStage(int32_t stage, int32_t stages) { stage_ = stage, stages_ = stages; }
+
  private:
   static VnStatus VN_CALL OnPercent(int32_t percent);
   void Draw(int32_t percent);
@@ -31,6 +34,7 @@ class ProgressBar {
   std::string label_;
   std::chrono::steady_clock::time_point start_;
   bool terminal_;
+  int32_t stage_ = 0, stages_ = 1;
   int32_t drawn_ = -1;
 };
 

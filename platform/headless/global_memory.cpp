@@ -5,6 +5,7 @@
 // or stale address fails without being looked at.
 #include "platform/headless/global_memory.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -66,7 +67,11 @@ HGLOBAL Enter(GlobalHeap& heap, const Block& block) {
   return handle;
 }
 
+// What the machine claims to have in one piece.
+std::atomic<uint64_t> largestBlock{UINT64_MAX};
+
 HGLOBAL Allocate(UINT flags, size_t bytes) {
+  if (bytes > largestBlock) return nullptr;
   void* address = NewBytes(bytes, flags);
   const bool moveable = flags & GMEM_MOVEABLE;
   if (!address && (bytes || !moveable)) return nullptr;
@@ -131,7 +136,7 @@ HGLOBAL Reallocate(HGLOBAL handle, size_t bytes, UINT flags) {
   GlobalHeap& heap = Heap();
   const std::lock_guard lock(heap.mutex);
   Block* block = heap.Find(handle);
-  if (!block) return nullptr;
+  if (!block || bytes > largestBlock) return nullptr;
   if (block->moveable) {
     if (bytes == 0) return !block->address || Discard(heap, *block) ? handle : nullptr;
     if (!block->address) return Restore(heap, handle, *block, bytes, flags) ? handle : nullptr;
@@ -152,6 +157,10 @@ uint32_t CountGlobalBlocks() {
 }
 
 }  // namespace headless
+
+void Headless_SetLargestBlock(uint64_t bytes) {
+  headless::largestBlock = bytes ? bytes : UINT64_MAX;
+}
 
 HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes) {
   if (headless::FailsNow(HEADLESS_MEMORY)) return nullptr;

@@ -93,6 +93,9 @@ HEADLESS_API uint32_t Headless_OperationCount(Headless_Operation family);
 /* What the platform takes for the free memory of the machine, in bytes, when it decides whether a
  * file mapping gets memory or an unlinked temporary file; 0, as at start, asks the machine. */
 HEADLESS_API void Headless_SetFreeMemory(uint64_t bytes);
+/* The largest block that GlobalAlloc and GlobalReAlloc give, in bytes; 0, as at start, sets no limit.
+ * A small machine of the Win32s kind: there, bitmaps that are larger go to temporary files. */
+HEADLESS_API void Headless_SetLargestBlock(uint64_t bytes);
 
 /* What is alive. Stock objects, the screen and the screen's surface do not count. */
 typedef struct Headless_Counts {
