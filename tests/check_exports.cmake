@@ -1,4 +1,6 @@
 # Compares what the library exports with the table of exports and with the public headers.
+cmake_minimum_required(VERSION 3.25)
+
 file(STRINGS ${TABLE} lines REGEX "^ *[A-Za-z0-9_]+ +@[0-9]+$")
 set(table "")
 set(names "")
@@ -17,7 +19,7 @@ if(WINDOWS)
   execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCH "Ordinal Base ([0-9]+)" _ "${text}")
   set(base ${CMAKE_MATCH_1})
-  string(REGEX MATCH "\\[Ordinal/Name Pointer\\] Table.*" text "${text}")
+  string(REGEX MATCH "\\[Ordinal/Name Pointer\\] Table[^.]*" text "${text}")
   string(REGEX MATCHALL "\\[ *[0-9]+\\] [^ \t\r\n]+" entries "${text}")
   foreach(entry IN LISTS entries)
     string(REGEX MATCH "\\[ *([0-9]+)\\] (.+)" _ "${entry}")

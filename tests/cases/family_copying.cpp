@@ -9,7 +9,8 @@ namespace {
 void RandomRegion(Case& test, BitmapHandle* bitmap) {
   const int32_t kind = test.Pick(0, 3);
   const int32_t left = test.Pick(-5, bitmap->Width), top = test.Pick(-5, bitmap->Height);
-  const RECT box = {left, top, left + test.Pick(0, 40), top + test.Pick(0, 20)};
+  const int32_t width = test.Pick(0, 40), height = EllipseHeight(width, test.Pick(0, 20));
+  const RECT box = {left, top, left + width, top + height};
   VnStatus status = OK;
   if (kind == 1) status = Vn_SetBitmapRgnRect(bitmap, nullptr, &box, REGION_COMBINE_REPLACE);
   if (kind == 2) status = Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE);

@@ -11,7 +11,8 @@ namespace {
 void RandomRegion(Case& test, BitmapHandle* bitmap) {
   for (int32_t i = test.Pick(0, 3); i > 0; --i) {
     const int32_t left = test.Pick(-5, bitmap->Width), top = test.Pick(-5, bitmap->Height);
-    const RECT box = {left, top, left + test.Pick(0, 40), top + test.Pick(0, 20)};
+    const int32_t width = test.Pick(0, 40), height = EllipseHeight(width, test.Pick(0, 20));
+    const RECT box = {left, top, left + width, top + height};
     const auto mode = static_cast<uint32_t>(test.Pick(0, 6));
     test.Fold("region", test.random.Chance(2) ? Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, mode)
                                               : Vn_SetBitmapRgnRect(bitmap, nullptr, &box, mode));
