@@ -35,8 +35,13 @@ std::vector<RGBQUAD> RandomColors(Case& test, size_t count) {
 
 Bitmap::Bitmap(Case& test, const Shape& shape) {
   std::vector<RGBQUAD> colors;
-  if (shape.bits <= 8 && !test.random.Chance(4))
+  if (shape.bits <= 8 && !test.random.Chance(4)) {
     colors = RandomColors(test, size_t{1} << shape.bits);
+    // Wine finds the pixel of an explicit entry by its colour, where Windows takes the number in
+    // it.
+    for (RGBQUAD& color : colors)
+      color.rgbReserved &= static_cast<BYTE>(~PC_EXPLICIT);
+  }
   const VnStatus status =
       Vn_CreateBitmap(&handle_, shape.storage, shape.width, shape.height, shape.bits, shape.order,
                       colors.empty() ? nullptr : colors.data(), shape.origin);
