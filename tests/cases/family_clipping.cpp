@@ -48,7 +48,7 @@ void Run(Case& test) {
   target.Fold(test);
 }
 
-const Registration registration({"clipping", 3000, 0, Run});
+const Registration registration({"clipping", 3000, 0xBC6BA25904CAD09Fu, Run});
 
 }  // namespace
 

@@ -65,7 +65,7 @@ void Run(Case& test) {
   }
 }
 
-const Registration registration({"conversion", 6000, 0, Run});
+const Registration registration({"conversion", 6000, 0xD677E253E901FF31u, Run});
 
 }  // namespace
 

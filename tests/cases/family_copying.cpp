@@ -84,7 +84,7 @@ void Run(Case& test) {
   }
 }
 
-const Registration registration({"copying", 3000, 0x4f9476a6fcbfa17d, Run});
+const Registration registration({"copying", 3000, 0xDF977658312938DAu, Run});
 
 }  // namespace
 

@@ -157,8 +157,9 @@ void RunPalette(Case& test) {
   ReleaseDC(nullptr, screen);
 }
 
-const Registration trueColor({"painting", 2000, 0, RunTrueColor, Screen::kTrueColor});
-const Registration palette({"painting-8", 2000, 0, RunPalette, Screen::kPalette});
+const Registration trueColor({"painting", 2000, 0x4CBB6BDADD5560C9u, RunTrueColor,
+                              Screen::kTrueColor});
+const Registration palette({"painting-8", 2000, 0x9034BDBCF7548A6Fu, RunPalette, Screen::kPalette});
 
 }  // namespace
 

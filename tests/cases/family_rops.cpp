@@ -69,7 +69,7 @@ void Run(Case& test) {
   DeleteObject(brush);
 }
 
-const Registration registration({"rops", 3000, 0, Run});
+const Registration registration({"rops", 3000, 0x6C9F4DA39901F559u, Run});
 
 }  // namespace
 

@@ -82,7 +82,7 @@ void Run(Case& test) {
   FoldPixels(test, bitmap);
 }
 
-const Registration registration({"rows", 3000, 0, Run});
+const Registration registration({"rows", 3000, 0x5E1090A1AAC20B0Fu, Run});
 
 }  // namespace
 

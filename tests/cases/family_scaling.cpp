@@ -74,7 +74,7 @@ void Run(Case& test) {
   }
 }
 
-const Registration registration({"scaling", 3000, 0xff85d408697b9ef2, Run});
+const Registration registration({"scaling", 3000, 0xC6C22628875438D8u, Run});
 
 }  // namespace
 

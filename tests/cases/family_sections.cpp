@@ -80,7 +80,7 @@ void Run(Case& test) {
   test.Fold("GetPixel", GetPixel(section.context(), x, y));
 }
 
-const Registration registration({"sections", 2000, 0, Run});
+const Registration registration({"sections", 2000, 0x2FC833F200841EBEu, Run});
 
 }  // namespace
 

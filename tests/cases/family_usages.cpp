@@ -24,7 +24,7 @@ void Run(Case& test) {
   target.Fold(test);
 }
 
-const Registration registration({"usages", 3000, 0, Run});
+const Registration registration({"usages", 3000, 0x7AD97662E254B84Fu, Run});
 
 }  // namespace
 
