@@ -16,6 +16,9 @@ seen=$("$vncore" info "$picture")
 echo "$seen"
 measures=$(sed -n 's/^size *\([0-9]*\) x \([0-9]*\) .*/\1 \2/p' <<<"$seen")
 width=${measures% *} height=${measures#* }
+# Cells of about 300 pixels.
+longest=$((width > height ? width : height))
+sheet_scale=$((longest > 300 ? 30000 / longest : 100))%
 half() { echo $(($1 > 1 ? $1 / 2 : 1)); }
 declare -A sizes=(
   [full]=${width}x$height
@@ -37,3 +40,7 @@ for size in full small large; do
   done
   paint 24 $size "$name-24-$size.png"
 done
+
+sheet=$out/$name-dithering.png
+"$(dirname "$0")/contact_sheet.sh" "$vncore" "$picture" "$sheet" "$sheet_scale"
+echo "$sheet: all dithering methods and halftones"

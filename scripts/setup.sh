@@ -11,7 +11,7 @@ export DEBIAN_FRONTEND=noninteractive
 packages=(cmake make g++ pkg-config)
 for purpose in "$@"; do
   case $purpose in
-    demo) packages+=(libpng-dev libcli11-dev) ;;
+    demo) packages+=(libpng-dev libcli11-dev imagemagick fonts-dejavu-core) ;;
     test) packages+=(libpng-dev libcli11-dev libgtest-dev) ;;
     bench) packages+=(libpng-dev libcli11-dev libbenchmark-dev) ;;
     *) echo "usage: scripts/setup.sh demo|test|bench..." >&2; exit 1 ;;
