@@ -15,7 +15,6 @@ namespace vn {
 inline constexpr size_t kDitherBlock = 256;  // a multiple of 8: blocks start at whole bytes
 
 struct DitherBlock {
-  // A few pixels more than a block, so that loops may run over groups.
   alignas(32) RGBQUAD pixels[kDitherBlock];  // the fourth byte means nothing
   alignas(32) uint8_t indexes[kDitherBlock];
 };

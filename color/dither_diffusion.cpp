@@ -22,10 +22,10 @@ inline constexpr DiffusionFilter kFilter = kDiffusionFilters[Method];
 using ErrorLine = std::array<int16_t, kDitherBlock + 2 * kMostReach>;
 using Errors = std::array<ErrorLine, 3>;  // red, green, blue
 
-// Adds the errors of a block to the rows of a channel. Pixel x has its entry at x + reach, and
-// `entries` starts at that of the pixel `reach` before the block: all that is aimed at the `count`
-// pixels from there on is now known. The rows move up on the way: row 0 comes to hold the sums for
-// the next line, row 1 those for the line after.
+// Adds the errors of a block, which starts at pixel `first`, to the rows of a channel. All that is
+// aimed at the `count` pixels from `first` - reach on is now known; the entry of pixel x sits at
+// x + reach, so theirs start at `first`. The rows move up on the way: row 0 comes to hold the sums
+// for the next line, row 1 those for the line after.
 template <int Method>
 void Spread(const ErrorLine& errors, int32_t* const* rows, size_t first, size_t count) {
   constexpr int kReach = kFilter<Method>.reach;
