@@ -36,7 +36,7 @@ struct DitherRecord {
   int32_t ErrorRowLength;  // entries of a row: Width and the filter's reach at both ends
   int32_t* ErrorRows[9];   // red 0, 1, 2, green 0, 1, 2, blue 0, 1, 2: undivided sums
   RGBQUAD
-      UsableColors[256];  // target entries that may be matched; fourth byte: index in the target
+  UsableColors[256];  // target entries that may be matched; fourth byte: index in the target
   uint32_t UsableCount;
   // What a pixel gets, by what the search for it gives (a position in UsableColors, or the index
   // itself for the fixed kinds): the colour that it stands for, and its index in the fourth byte.
