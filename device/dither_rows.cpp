@@ -50,7 +50,7 @@ void DiffuseRow(uint8_t* destination, Reader read, size_t first, size_t count,
   const auto quantize = [&](size_t i, const DiffusionCell& sums) {
     const Rgb c = read(first + i);
     const Quantized result = Target<Bits>::Nearest(
-        {c.red + sums.red / 16, c.green + sums.green / 16, c.blue + sums.blue / 16});
+        {Raised(c.red, sums.red), Raised(c.green, sums.green), Raised(c.blue, sums.blue)});
     out.Put(result.index);
     return result;
   };

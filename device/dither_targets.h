@@ -20,9 +20,21 @@ struct Quantized {
   DiffusionCell right;  // 7 times that, for the pixel to the right
 };
 
+// A channel with the errors of the pixels around it, `sixteenths`, divided toward zero. It is
+// raised by kRaise and so never negative: those errors take or add less than that. Written so that
+// few steps lie between the errors of one pixel and the table look of the next.
+inline constexpr uint32_t kRaise = 256;
+inline uint32_t Raised(int32_t value, int32_t sixteenths) {
+  const uint32_t wanted = (static_cast<uint32_t>(value) + kRaise) * 16;
+  const auto errors = static_cast<uint32_t>(sixteenths);
+  return (wanted + errors + (errors >> 28)) >> 4;  // 15 more for negative errors
+}
+struct RaisedRgb {
+  uint32_t red, green, blue;
+};
+
 // Each target tells: Prepare(), what a pixel needs of its threshold; Ordered(), the index under
-// that; Nearest(), the index without pattern. Nearest takes channels of which up to 255 has been
-// added or taken off, the most that the errors of a row and the one above come to.
+// that; Nearest(), the index without pattern.
 template <int Bits>
 struct Target;
 
@@ -31,8 +43,10 @@ template <>
 struct Target<1> {
   static uint32_t Prepare(uint8_t threshold) { return threshold; }
   static uint32_t Ordered(Rgb c, uint32_t threshold) { return threshold < GrayOf(c); }
-  static Quantized Nearest(Rgb wanted) {
-    const auto clamped = [](int32_t v) { return std::min(std::max(v, 0), 255); };
+  static Quantized Nearest(RaisedRgb wanted) {
+    const auto clamped = [](uint32_t v) {
+      return std::min(std::max(static_cast<int32_t>(v - kRaise), 0), 255);
+    };
     const Rgb c = {clamped(wanted.red), clamped(wanted.green), clamped(wanted.blue)};
     const uint32_t index = GrayOf(c) > 127;
     const int32_t level = index ? 255 : 0;
@@ -48,26 +62,23 @@ struct ChannelLevel {
   uint8_t bits;  // of the index
 };
 
-// By value from -256 to 511; those outside 0 to 255 count as the ends.
+// By raised value; those that leave 0 to 255 count as the ends.
 class ChannelLevels {
  public:
   template <class BitsOf, class LevelOf>
   constexpr ChannelLevels(BitsOf bitsOf, LevelOf levelOf) {
-    for (int32_t value = kLeast; value < kLeast + static_cast<int32_t>(levels_.size()); ++value) {
-      const int32_t clamped = std::clamp(value, 0, 255);
-      const uint32_t bits = bitsOf(static_cast<uint32_t>(clamped));
-      const int32_t error = clamped - levelOf(bits);
-      levels_[static_cast<size_t>(value - kLeast)] = {7 * error, static_cast<int16_t>(error),
-                                                      static_cast<uint8_t>(bits)};
+    for (size_t i = 0; i < levels_.size(); ++i) {
+      const int32_t value =
+          std::clamp(static_cast<int32_t>(i) - static_cast<int32_t>(kRaise), 0, 255);
+      const uint32_t bits = bitsOf(static_cast<uint32_t>(value));
+      const int32_t error = value - levelOf(bits);
+      levels_[i] = {7 * error, static_cast<int16_t>(error), static_cast<uint8_t>(bits)};
     }
   }
-  const ChannelLevel& operator[](int32_t value) const {
-    return levels_[static_cast<size_t>(value - kLeast)];
-  }
+  const ChannelLevel& operator[](uint32_t raised) const { return levels_[raised]; }
 
  private:
-  static constexpr int32_t kLeast = -256;
-  std::array<ChannelLevel, 768> levels_{};
+  std::array<ChannelLevel, kRaise + 256 + kRaise> levels_{};
 };
 
 inline Quantized Combined(uint32_t index, const ChannelLevel& red, const ChannelLevel& green,
@@ -85,7 +96,7 @@ struct Target<4> {
     const auto t = static_cast<int32_t>(threshold);
     return IndexOf(uint32_t{t < c.red} | uint32_t{t < c.green} << 1 | uint32_t{t < c.blue} << 2);
   }
-  static Quantized Nearest(Rgb c) {
+  static Quantized Nearest(RaisedRgb c) {
     const ChannelLevel &red = kRed[c.red], &green = kGreen[c.green], &blue = kBlue[c.blue];
     const auto bits = static_cast<uint32_t>(red.bits | green.bits | blue.bits);
     return Combined(IndexOf(bits), red, green, blue);
@@ -118,7 +129,7 @@ struct Target<8> {
            kShifted[1][static_cast<uint32_t>(c.green) + shift] |
            kShifted[2][static_cast<uint32_t>(c.blue) + shift];
   }
-  static Quantized Nearest(Rgb c) {
+  static Quantized Nearest(RaisedRgb c) {
     const ChannelLevel &red = kRed[c.red], &green = kGreen[c.green], &blue = kBlue[c.blue];
     return Combined(static_cast<uint32_t>(red.bits | green.bits | blue.bits), red, green, blue);
   }
