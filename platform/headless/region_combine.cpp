@@ -12,7 +12,7 @@
 namespace headless {
 namespace {
 
-// The rectangles of one list that lie in one band.
+// Rectangles of one list: those of one band, or of bands that follow one another.
 struct Band {
   const RECT* begin;
   const RECT* end;
@@ -107,8 +107,7 @@ const RECT* SkipAbove(const RECT* at, const RECT* end, LONG y) {
 
 // One of the two lists, on its way down.
 struct Side {
-  explicit Side(const RegionSet& set)
-      : at(set.rects().begin()), end(set.rects().end()), coalesced(set.coalesced()) {
+  Side(Band bands, bool joined) : at(bands.begin), end(bands.end), coalesced(joined) {
     band = BandEnd(at, end);
   }
   bool Done() const { return at == end; }
@@ -126,18 +125,23 @@ struct Side {
 template <class Op>
 class Sweep {
  public:
-  Sweep(const RegionSet& a, const RegionSet& b) : a_(a), b_(b) {
-    out_.Room(a.rects().size() + b.rects().size());
-    done_ = std::min(a.bounds().top, b.bounds().top);
+  // Neither list is empty.
+  Sweep(const Side& a, const Side& b) : a_(a), b_(b) {
+    if (Op::kKeepsFirst) {
+      out_.Room(static_cast<size_t>(a.end - a.at) + static_cast<size_t>(b.end - b.at));
+    }
+    done_ = std::min(a.at->top, b.at->top);
   }
 
-  RegionSet Run() {
+  void Run() {
     while (!a_.Done() && !b_.Done())
       Step();
     if constexpr (Op::kKeepsFirst) Rest(a_);
     if constexpr (Op::kKeepsSecond) Rest(b_);
-    return RegionSet::FromBands(std::move(out_), coalesced_);
   }
+
+  RectList& out() { return out_; }
+  bool coalesced() const { return coalesced_; }
 
  private:
   void Step() {
@@ -236,6 +240,46 @@ class Sweep {
   bool coalesced_ = true;
 };
 
+template <class Op>
+RegionSet Swept(const RegionSet& a, const RegionSet& b) {
+  Sweep<Op> sweep({{a.rects().begin(), a.rects().end()}, a.coalesced()},
+                  {{b.rects().begin(), b.rects().end()}, b.coalesced()});
+  sweep.Run();
+  return RegionSet::FromBands(std::move(sweep.out()), sweep.coalesced());
+}
+
+// Combines a coalesced set with another in place: only the bands that the other one can touch, and
+// one above and below them that they may join, are gone over.
+template <class Op>
+void SweepInto(RegionSet& set, const RegionSet& other) {
+  const RectList& rects = set.rects();
+  const RECT* first = std::partition_point(rects.begin(), rects.end(), [&](const RECT& rect) {
+    return rect.bottom <= other.bounds().top;
+  });
+  const RECT* last = std::partition_point(
+      first, rects.end(), [&](const RECT& rect) { return rect.top < other.bounds().bottom; });
+  if (first != rects.begin()) {
+    const LONG top = first[-1].top;
+    while (first != rects.begin() && first[-1].top == top)
+      --first;
+  }
+  if (last != rects.end()) last = BandEnd(last, rects.end());
+  Sweep<Op> sweep({{first, last}, true},
+                  {{other.rects().begin(), other.rects().end()}, other.coalesced()});
+  sweep.Run();
+  set.Replace(static_cast<size_t>(first - rects.begin()), static_cast<size_t>(last - rects.begin()),
+              sweep.out(), sweep.coalesced());
+}
+
+template <class Op>
+void SweepTo(RegionSet& result, const RegionSet& a, const RegionSet& b) {
+  if (&result == &a && &a != &b && a.coalesced()) {
+    SweepInto<Op>(result, b);
+  } else {
+    result = Swept<Op>(a, b);
+  }
+}
+
 // A single rectangle around all of `inner`.
 bool Covers(const RegionSet& outer, const RegionSet& inner) {
   const RECT &o = outer.bounds(), &i = inner.bounds();
@@ -251,7 +295,7 @@ void CombineSets(RegionSet& result, const RegionSet& a, const RegionSet& b, int 
       if (a.empty() || b.empty() || !BoundsMeet(a.bounds(), b.bounds())) {
         result = RegionSet();
       } else {
-        result = Sweep<IntersectOp>(a, b).Run();
+        result = Swept<IntersectOp>(a, b);
       }
       break;
     case RGN_OR:
@@ -260,14 +304,16 @@ void CombineSets(RegionSet& result, const RegionSet& a, const RegionSet& b, int 
       } else if (b.empty() || &a == &b || Covers(a, b)) {
         result.Assign(a);
       } else {
-        result = Sweep<UnionOp>(a, b).Run();
+        // Either order gives the same.
+        const bool intoB = &result == &b;
+        SweepTo<UnionOp>(result, intoB ? b : a, intoB ? a : b);
       }
       break;
     case RGN_DIFF:
       if (a.empty() || b.empty() || !BoundsMeet(a.bounds(), b.bounds())) {
         result.Assign(a);
       } else {
-        result = Sweep<SubtractOp>(a, b).Run();
+        SweepTo<SubtractOp>(result, a, b);
       }
       break;
     case RGN_XOR: {

@@ -25,6 +25,15 @@ void RectList::Append(const RECT* from, size_t count) {
   CommitTo(at + count);
 }
 
+void RectList::Replace(size_t first, size_t last, const RectList& with) {
+  const size_t behind = size_ - last, size = first + with.size() + behind;
+  if (size > size_) Room(size - size_);
+  RECT* at = data_ + first;
+  if (behind) std::memmove(at + with.size(), data_ + last, behind * sizeof(RECT));
+  if (with.size()) std::memcpy(at, with.begin(), with.size() * sizeof(RECT));
+  size_ = size;
+}
+
 void RectList::Assign(const RectList& other) {
   if (this == &other) return;
   Clear();
@@ -60,6 +69,20 @@ void OffsetRectBy(RECT& rect, int32_t x, int32_t y) {
   rect.bottom = WrappingAdd(rect.bottom, y);
 }
 
+// The outermost columns of some rectangles.
+struct Sides {
+  LONG left = INT32_MAX, right = INT32_MIN;
+};
+
+Sides SidesOf(const RECT* rect, const RECT* end) {
+  Sides sides;
+  for (; rect != end; ++rect) {
+    sides.left = std::min(sides.left, rect->left);
+    sides.right = std::max(sides.right, rect->right);
+  }
+  return sides;
+}
+
 }  // namespace
 
 bool BoundsMeet(const RECT& a, const RECT& b) {
@@ -78,15 +101,35 @@ RegionSet RegionSet::FromRect(int32_t left, int32_t top, int32_t right, int32_t 
 RegionSet RegionSet::FromBands(RectList rects, bool coalesced) {
   RegionSet set;
   if (rects.empty()) return set;
-  set.bounds_ = {rects[0].left, rects[0].top, rects[0].right, rects[rects.size() - 1].bottom};
-  for (const RECT& rect : rects) {
-    set.bounds_.left = std::min(set.bounds_.left, rect.left);
-    set.bounds_.right = std::max(set.bounds_.right, rect.right);
-  }
   rects.Trim();
   set.rects_.Swap(rects);
   set.coalesced_ = coalesced;
+  set.Measure();
   return set;
+}
+
+void RegionSet::Measure() {
+  if (rects_.empty()) {
+    bounds_ = {0, 0, 0, 0};
+    coalesced_ = true;
+    return;
+  }
+  const Sides sides = SidesOf(rects_.begin(), rects_.end());
+  bounds_ = {sides.left, rects_[0].top, sides.right, rects_[rects_.size() - 1].bottom};
+}
+
+void RegionSet::Replace(size_t first, size_t last, const RectList& with, bool coalesced) {
+  const Sides old = SidesOf(rects_.begin() + first, rects_.begin() + last);
+  const Sides fresh = SidesOf(with.begin(), with.end());
+  rects_.Replace(first, last, with);
+  coalesced_ = coalesced;
+  if (rects_.empty() || (old.left == bounds_.left && fresh.left > old.left) ||
+      (old.right == bounds_.right && fresh.right < old.right)) {
+    Measure();  // one that went may have been the outermost
+  } else {
+    bounds_ = {std::min(bounds_.left, fresh.left), rects_[0].top,
+               std::max(bounds_.right, fresh.right), rects_[rects_.size() - 1].bottom};
+  }
 }
 
 int RegionSet::Kind() const {

@@ -45,6 +45,8 @@ class RectList {
     CommitTo(at + 1);
   }
   void Append(const RECT* from, size_t count);
+  // Puts `with` in the place of the elements from `first` to before `last`.
+  void Replace(size_t first, size_t last, const RectList& with);
   void Assign(const RectList& other);
   // Gives back the memory behind the end.
   void Trim();
@@ -86,8 +88,13 @@ class RegionSet {
 
   void Assign(const RegionSet& other);
   void Offset(int32_t x, int32_t y);
+  // Puts `with` in the place of the rectangles from `first` to before `last`. The whole is banded
+  // again, and coalesced when told.
+  void Replace(size_t first, size_t last, const RectList& with, bool coalesced);
 
  private:
+  void Measure();
+
   RECT bounds_{0, 0, 0, 0};
   RectList rects_;
   bool coalesced_ = true;
