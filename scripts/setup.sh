@@ -9,11 +9,12 @@ set -eu
 export DEBIAN_FRONTEND=noninteractive
 
 packages=(cmake make g++ pkg-config)
+tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libcli11-dev)
 for purpose in "$@"; do
   case $purpose in
-    demo) packages+=(libpng-dev libcli11-dev imagemagick fonts-dejavu-core) ;;
-    test) packages+=(libpng-dev libcli11-dev libgtest-dev) ;;
-    bench) packages+=(libpng-dev libcli11-dev libbenchmark-dev) ;;
+    demo) packages+=("${tool[@]}" imagemagick fonts-dejavu-core) ;;
+    test) packages+=("${tool[@]}" libgtest-dev) ;;
+    bench) packages+=("${tool[@]}" libbenchmark-dev) ;;
     *) echo "usage: scripts/setup.sh demo|test|bench..." >&2; exit 1 ;;
   esac
 done

@@ -1,4 +1,4 @@
-// A file that is read from its start to its end.
+// A file that is read from its start to its end, or here and there.
 #ifndef VNCORE_TOOLS_INPUT_FILE_H
 #define VNCORE_TOOLS_INPUT_FILE_H
 
@@ -24,6 +24,12 @@ class InputFile {
   // Reads exactly `count` bytes, or returns false; ErrorText() then says why. Never throws, so that
   // a C library's callback may call it.
   bool Read(void* to, size_t count) noexcept;
+  // Reads up to `count` bytes: fewer at the end of the file or after an error.
+  size_t ReadSome(void* to, size_t count) noexcept;
+  // Moves the position as lseek does and returns it, or a negative value: a pipe cannot do this.
+  int64_t Seek(int64_t offset, int whence) noexcept;
+  // Whether the system, and not the file's end, stopped the last read or seek.
+  bool HasError() const noexcept { return error_ != 0; }
   const char* ErrorText() const noexcept;
 
  private:

@@ -71,6 +71,13 @@ bool OutputFile::Write(const void* bytes, size_t count) noexcept {
   return false;
 }
 
+int64_t OutputFile::Seek(int64_t offset, int whence) noexcept {
+  errno = 0;
+  if (fseeko(file_, offset, whence) == 0) return ftello(file_);
+  error_ = errno;
+  return -1;
+}
+
 const char* OutputFile::ErrorText() const noexcept { return std::strerror(error_); }
 
 void OutputFile::Commit() {

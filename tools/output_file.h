@@ -3,6 +3,7 @@
 #define VNCORE_TOOLS_OUTPUT_FILE_H
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -23,6 +24,10 @@ class OutputFile {
   // Returns false on failure; ErrorText() then says why. Never throws, for callbacks of C
   // libraries.
   bool Write(const void* bytes, size_t count) noexcept;
+  // Moves the position as lseek does and returns it, or a negative value: a pipe cannot do this.
+  int64_t Seek(int64_t offset, int whence) noexcept;
+  // Whether a write or a seek has failed.
+  bool HasError() const noexcept { return error_ != 0; }
   const char* ErrorText() const noexcept;
   // Throws Failure when the file cannot be completed.
   void Commit();

@@ -9,6 +9,14 @@
 #include "tools/input_file.h"
 #include "tools/png_reader.h"
 #include "tools/png_writer.h"
+#ifdef VNCORE_TOOL_JPEG
+#include "tools/jpeg_reader.h"
+#include "tools/jpeg_writer.h"
+#endif
+#ifdef VNCORE_TOOL_TIFF
+#include "tools/tiff_reader.h"
+#include "tools/tiff_writer.h"
+#endif
 
 namespace vn::tool {
 namespace {
@@ -18,33 +26,86 @@ constexpr int64_t kMostSide = 1'000'000;
 // Sizes are 32-bit in the record, and global memory storage asks for 16 bytes more.
 constexpr int64_t kMostBytes = 0xFFFFFFFF - 16;
 
-std::string ExtensionOf(const std::string& path) {
+struct Format {
+  const char* name;
+  const char* extensions[2];  // the usual one first; the other may be null
+  bool (*isThis)(const InputFile& file);
+  std::unique_ptr<PictureSource> (*open)(std::unique_ptr<InputFile>, const ReadOptions&);
+  std::unique_ptr<PictureSink> (*create)(std::unique_ptr<OutputFile>, const PictureInfo&);
+  bool seeks;  // it is not written from its start to its end
+};
+
+template <class Reader>
+std::unique_ptr<PictureSource> Open(std::unique_ptr<InputFile> file, const ReadOptions& options) {
+  return std::make_unique<Reader>(std::move(file), options);
+}
+template <class Writer>
+std::unique_ptr<PictureSink> Create(std::unique_ptr<OutputFile> file, const PictureInfo& info) {
+  return std::make_unique<Writer>(std::move(file), info);
+}
+
+constexpr Format kFormats[] = {
+    {"PNG", {".png", nullptr}, &IsPng, &Open<PngReader>, &Create<PngWriter>, false},
+#ifdef VNCORE_TOOL_JPEG
+    {"JPEG", {".jpg", ".jpeg"}, &IsJpeg, &Open<JpegReader>, &Create<JpegWriter>, false},
+#endif
+#ifdef VNCORE_TOOL_TIFF
+    {"TIFF", {".tif", ".tiff"}, &IsTiff, &Open<TiffReader>, &Create<TiffWriter>, true},
+#endif
+};
+
+// "a", "a or b", "a, b or c".
+std::string Listed(const std::vector<std::string>& words) {
+  std::string list;
+  for (size_t i = 0; i < words.size(); ++i) {
+    if (i > 0) list += i + 1 < words.size() ? ", " : " or ";
+    list += words[i];
+  }
+  return list;
+}
+
+const Format& FormatOfName(const std::string& path) {
   std::string extension = std::filesystem::path(path).extension().string();
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return extension;
+  // A name without an extension (a device, a pipe) takes PNG.
+  if (extension.empty()) return kFormats[0];
+  std::vector<std::string> known;
+  for (const Format& format : kFormats) {
+    for (const char* const name : format.extensions) {
+      if (!name) continue;
+      if (extension == name) return format;
+      known.push_back(name);
+    }
+  }
+  throw Failure(path + ": pictures are written as " + Listed(known));
 }
 
 }  // namespace
 
 std::unique_ptr<PictureSource> OpenPicture(const std::string& path, const ReadOptions& options) {
   auto file = std::make_unique<InputFile>(path);
-  if (IsPng(*file)) return std::make_unique<PngReader>(std::move(file), options);
-  throw Failure(path + ": not a PNG file");
+  std::vector<std::string> known;
+  for (const Format& format : kFormats) {
+    if (format.isThis(*file)) return format.open(std::move(file), options);
+    known.push_back(format.name);
+  }
+  throw Failure(path + ": not a " + Listed(known) + " file");
 }
 
 std::unique_ptr<OutputFile> OpenPictureFile(const std::string& path) {
-  const std::string extension = ExtensionOf(path);
-  // A name without an extension (a device, a pipe) takes PNG as well.
-  if (extension != ".png" && !extension.empty()) {
-    throw Failure(path + ": pictures are written as .png");
+  const Format& format = FormatOfName(path);
+  auto file = std::make_unique<OutputFile>(path);
+  if (format.seeks && file->Seek(0, SEEK_CUR) < 0) {
+    throw Failure("cannot write " + path + ": " + format.name + " does not go to a pipe");
   }
-  return std::make_unique<OutputFile>(path);
+  return file;
 }
 
 std::unique_ptr<PictureSink> CreatePicture(std::unique_ptr<OutputFile> file,
                                            const PictureInfo& info) {
-  return std::make_unique<PngWriter>(std::move(file), info);
+  const Format& format = FormatOfName(file->Path());
+  return format.create(std::move(file), info);
 }
 
 void RequirePossibleSize(const std::string& subject, int64_t width, int64_t height, int32_t bits) {

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "tools/failure.h"
+#include "tools/samples.h"
 
 namespace vn::tool {
 namespace {
@@ -18,12 +19,6 @@ constexpr png_byte kSkippedChunks[] =
 void OnRead(png_structp png, png_bytep to, size_t count) {
   auto* file = static_cast<InputFile*>(png_get_io_ptr(png));
   if (!file->Read(to, count)) png_error(png, file->ErrorText());
-}
-
-// `alpha` parts of `over` upon 255 - `alpha` parts of `under`, rounded; exact division by 255.
-constexpr uint8_t Lay(uint32_t over, uint32_t alpha, int32_t under) {
-  const uint32_t sum = over * alpha + static_cast<uint32_t>(under) * (255 - alpha) + 128;
-  return static_cast<uint8_t>((sum + (sum >> 8)) >> 8);
 }
 
 RGBQUAD EntryOf(Rgb color) {
@@ -179,8 +174,7 @@ void PngReader::TakePalette(const Header& header) {
 void PngReader::TakeGrays(const Header& header) {
   info_.colors = GrayRamp(1 << info_.bits);
   if (!header.transparent) return;
-  // Two bits take every fifth of the sixteen grays, which are the same grays.
-  const size_t key = size_t{header.key->gray} * (header.depth == 2 ? 5 : 1);
+  const size_t key = size_t{header.key->gray} * (header.depth == 2 ? kGrayStepOfTwoBits : 1);
   if (key < info_.colors.size()) info_.colors[key] = EntryOf(background_);
 }
 
@@ -237,14 +231,11 @@ void PngReader::ToKernelRow(const uint8_t* raw, int32_t width, uint8_t* row) con
   const auto count = static_cast<size_t>(width);
   switch (form_) {
     case Form::kTwoBitIndex:
-    case Form::kTwoBitGray: {
-      const unsigned factor = form_ == Form::kTwoBitGray ? 5 : 1;
-      PixelWriter<4> writer(row);
-      for (size_t x = 0; x < count; ++x)
-        writer.Put((raw[x / 4] >> (~x & 3) * 2 & 3) * factor);
-      writer.Finish();
+      WidenTwoBits(raw, width, 1, row);
       break;
-    }
+    case Form::kTwoBitGray:
+      WidenTwoBits(raw, width, kGrayStepOfTwoBits, row);
+      break;
     case Form::kGrayAlpha:
       for (size_t x = 0; x < count; ++x)
         row[x] = Lay(raw[2 * x], raw[2 * x + 1], background_.blue);

@@ -1,0 +1,32 @@
+// What readers do to samples that the kernel's rows do not know: alpha, and two bits a pixel.
+#ifndef VNCORE_TOOLS_SAMPLES_H
+#define VNCORE_TOOLS_SAMPLES_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "kernel/pixel_format.h"
+
+namespace vn::tool {
+
+// `alpha` parts of `over` upon 255 - `alpha` parts of `under`, rounded; exact division by 255.
+constexpr uint8_t Lay(uint32_t over, uint32_t alpha, int32_t under) {
+  const uint32_t sum = over * alpha + static_cast<uint32_t>(under) * (255 - alpha) + 128;
+  return static_cast<uint8_t>((sum + (sum >> 8)) >> 8);
+}
+
+// Two bits take every fifth of sixteen grays, which are the same grays.
+inline constexpr uint32_t kGrayStepOfTwoBits = 5;
+
+// Turns `width` pixels of two bits, the leftmost in the high bits, into a row of four bits that
+// holds them times `step`.
+inline void WidenTwoBits(const uint8_t* twoBits, int32_t width, uint32_t step, uint8_t* row) {
+  PixelWriter<4> writer(row);
+  for (size_t x = 0; x < static_cast<size_t>(width); ++x)
+    writer.Put((twoBits[x / 4] >> (~x & 3) * 2 & 3u) * step);
+  writer.Finish();
+}
+
+}  // namespace vn::tool
+
+#endif
