@@ -42,4 +42,4 @@ complete || unavailable "the cross compiler or Wine is incomplete"
 
 cmake --preset win32 -G Ninja
 cmake --build --preset win32
-ctest --preset win32 "$@"
+ctest --preset win32 -j "$(nproc)" "$@"
