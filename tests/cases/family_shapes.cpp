@@ -74,7 +74,9 @@ std::vector<RECT> RectsOf(HRGN region, const RECT& box) {
     auto* data = reinterpret_cast<RGNDATA*>(storage.data());
     GetRegionData(region, bytes, data);
     rects.resize(data->rdh.nCount);
-    std::memcpy(rects.data(), data->Buffer, rects.size() * sizeof(RECT));
+    if (!rects.empty()) {
+      std::memcpy(rects.data(), data->Buffer, rects.size() * sizeof(RECT));
+    }
     return rects;
   }
   for (LONG y = box.top; y < box.bottom; ++y) {
