@@ -6,6 +6,7 @@
 #include "color/color_match.h"
 #include "color/color_search.h"
 #include "color/fixed_palettes.h"
+#include "color/gray_rows.h"
 #include "color/swizzle_24_32.h"
 #include "kernel/pixel_format.h"
 
@@ -90,14 +91,13 @@ void ExpandIndexes(uint8_t* row, size_t width, const RGBQUAD* colors) {
       });
 }
 
-template <int SrcBits, uint32_t Order>
-void ColorsToGray(uint8_t* row, size_t width) {
-  InBlocks<SrcBits, 8>(row, width, [](const uint8_t* source, uint8_t* target, size_t pixels) {
-    for (size_t x = 0; x < pixels; ++x) {
-      target[x] =
-          static_cast<uint8_t>(GrayOf(ColorReader<kReadAs<SrcBits>, Order>::Get(source, x)));
-    }
-  });
+template <int SrcBits>
+void ColorsToGray(uint8_t* row, size_t width, uint32_t order) {
+  InBlocks<SrcBits, 8>(row, width,
+                       [grays = SelectGrayRow(kReadAs<SrcBits>, order)](
+                           const uint8_t* source, uint8_t* target, size_t pixels) {
+                         grays(source, target, pixels, nullptr);
+                       });
 }
 
 template <int SrcBits, uint32_t Order, int DstBits, class Search>
@@ -228,16 +228,13 @@ void ConvertColorRow(uint8_t* row, size_t width, const Format& from, const Forma
         if constexpr (dst > 8) {
           ConvertColors<src, dst>(row, width, from.order != to.order);
         } else {
+          if (to.IsGray()) return ColorsToGray<src>(row, width, from.order);
           WithOrder(from.order, [&](auto order) {
-            if (to.IsGray()) {
-              ColorsToGray<src, order>(row, width);
+            if constexpr (dst == 1) {
+              ColorsToIndexes<src, order, dst>(row, width, PairSearch(to.colors));
             } else {
-              if constexpr (dst == 1) {
-                ColorsToIndexes<src, order, dst>(row, width, PairSearch(to.colors));
-              } else {
-                ColorsToIndexes<src, order, dst>(
-                    row, width, ColorSearch(to.colors, FullColorCount(dst), width));
-              }
+              ColorsToIndexes<src, order, dst>(row, width,
+                                               ColorSearch(to.colors, FullColorCount(dst), width));
             }
           });
         }

@@ -2,24 +2,11 @@
 #ifndef VNCORE_TOOLS_BITMAP_H
 #define VNCORE_TOOLS_BITMAP_H
 
-#include "kernel/vncore.h"
+#include "kernel/owned_bitmap.h"
 
 namespace vn::tool {
 
-class Bitmap {
- public:
-  Bitmap() = default;
-  Bitmap(const Bitmap&) = delete;
-  Bitmap& operator=(const Bitmap&) = delete;
-  ~Bitmap() { Vn_FreeBitmap(&handle_); }
-
-  BitmapHandle* get() { return &handle_; }
-  BitmapHandle* operator->() { return &handle_; }
-  operator BitmapHandle*() { return &handle_; }
-
- private:
-  BitmapHandle handle_{};
-};
+using Bitmap = OwnedBitmap;
 
 // The storage row of picture line `line` (0 is the top), or the other way round.
 inline int32_t StorageRow(const BitmapHandle& bitmap, int32_t line) {

@@ -43,10 +43,10 @@ Bitmap::Bitmap(Case& test, const Shape& shape) {
       color.rgbReserved &= static_cast<BYTE>(~PC_EXPLICIT);
   }
   const VnStatus status =
-      Vn_CreateBitmap(&handle_, shape.storage, shape.width, shape.height, shape.bits, shape.order,
+      Vn_CreateBitmap(get(), shape.storage, shape.width, shape.height, shape.bits, shape.order,
                       colors.empty() ? nullptr : colors.data(), shape.origin);
   test.Fold("Vn_CreateBitmap", status);
-  if (status == OK) FillRandom(test, &handle_);
+  if (status == OK) FillRandom(test, get());
 }
 
 void FillRandom(Case& test, BitmapHandle* bitmap, int32_t first) {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "kernel/vncore.h"
+#include "kernel/owned_bitmap.h"
 #include "tests/cases/case.h"
 
 namespace vn::cases {
@@ -25,22 +25,11 @@ Shape RandomShape(Case& test, int32_t maxWidth, int32_t maxHeight);
 // `count` random colours; now and then with flags, with gray entries, with repeated ones.
 std::vector<RGBQUAD> RandomColors(Case& test, size_t count);
 
-// A record that frees what it holds.
-class Bitmap {
+class Bitmap : public OwnedBitmap {
  public:
   // Random pixels, and up to 8 bits the fixed palette or a random one.
   Bitmap(Case& test, const Shape& shape);
   Bitmap() = default;
-  Bitmap(const Bitmap&) = delete;
-  Bitmap& operator=(const Bitmap&) = delete;
-  ~Bitmap() { Vn_FreeBitmap(&handle_); }
-
-  BitmapHandle* get() { return &handle_; }
-  BitmapHandle* operator->() { return &handle_; }
-  operator BitmapHandle*() { return &handle_; }
-
- private:
-  BitmapHandle handle_{};
 };
 
 // The height up to which an ellipse of `width` is compared between the worlds. The rows at the tips

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "kernel/vncore.h"
+#include "kernel/owned_bitmap.h"
 #include "tests/support/random.h"
 
 namespace vn::test {
@@ -16,25 +16,15 @@ using Colors = std::vector<RGBQUAD>;
 
 inline constexpr int32_t kDepths[] = {1, 4, 8, 16, 24, 32};
 
-// A record that frees what it holds.
-class Bitmap {
+// Made and owned.
+class Bitmap : public OwnedBitmap {
  public:
   Bitmap() = default;
   Bitmap(uint32_t width, uint32_t height, int32_t bits, uint32_t origin = VIEW_BOTTOM_FIRST,
          uint32_t order = ORDER_BGR, const RGBQUAD* colors = nullptr,
          int32_t storage = STORAGE_AUTO) {
-    EXPECT_EQ(Vn_CreateBitmap(&handle_, storage, width, height, bits, order, colors, origin), OK);
+    EXPECT_EQ(Vn_CreateBitmap(get(), storage, width, height, bits, order, colors, origin), OK);
   }
-  Bitmap(const Bitmap&) = delete;
-  Bitmap& operator=(const Bitmap&) = delete;
-  ~Bitmap() { Vn_FreeBitmap(&handle_); }
-
-  BitmapHandle* get() { return &handle_; }
-  BitmapHandle* operator->() { return &handle_; }
-  operator BitmapHandle*() { return &handle_; }
-
- private:
-  BitmapHandle handle_{};
 };
 
 inline Bytes ReadRow(BitmapHandle* bitmap, uint32_t row) {
@@ -74,7 +64,8 @@ inline void FillRandom(BitmapHandle* bitmap, Random& random) {
 inline Colors RandomColors(Random& random, size_t count) {
   Colors colors(count);
   random.Fill(colors.data(), count * sizeof(RGBQUAD));
-  for (RGBQUAD& color : colors) color.rgbReserved = 0;
+  for (RGBQUAD& color : colors)
+    color.rgbReserved = 0;
   return colors;
 }
 
