@@ -3,22 +3,14 @@
 #ifndef VNCORE_BENCH_AGAINST_MEMCPY_H
 #define VNCORE_BENCH_AGAINST_MEMCPY_H
 
-#include <benchmark/benchmark.h>
-#include <time.h>
-
 #include <cstdint>
 #include <cstring>
 #include <utility>
 #include <vector>
 
-namespace vn::bench {
+#include "bench/thread_clock.h"
 
-// Of this thread alone, so that other processes disturb less.
-inline double ThreadSeconds() {
-  timespec now;
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
+namespace vn::bench {
 
 // Seconds of one call of `work`, over at least a tenth of a second.
 template <class Work>
@@ -44,22 +36,31 @@ void Compare(benchmark::State& state, double pixels, const Work& work, const Ref
   for (auto _ : state)
     work();
   const double seconds = (ThreadSeconds() - start) / static_cast<double>(state.iterations());
-  state.counters["MP/s"] = pixels / seconds / 1e6;
+  ReportRate(state, pixels, seconds * static_cast<double>(state.iterations()));
   state.counters["%memcpy"] = 100 * SecondsOf(reference) / seconds;
 }
 
-// The usual reference: one memcpy that touches as many bytes as the work, which reads `read` bytes
-// and writes `written`. A copy of n bytes touches 2 n.
+// The usual reference: one memcpy that touches `touched` bytes. A copy of n bytes touches 2 n.
+class TouchingCopy {
+ public:
+  explicit TouchingCopy(size_t touched) : from_(touched / 2, 1), to_(touched / 2, 2) {}
+
+  void operator()() const {
+    std::memcpy(to_.data(), from_.data(), from_.size());
+    benchmark::DoNotOptimize(to_.data());
+    benchmark::ClobberMemory();
+  }
+
+ private:
+  std::vector<uint8_t> from_;
+  mutable std::vector<uint8_t> to_;
+};
+
+// Against that one, for work that reads `read` bytes and writes `written`.
 template <class Work>
 void CompareTouched(benchmark::State& state, double pixels, size_t read, size_t written,
                     const Work& work) {
-  const size_t bytes = (read + written) / 2;
-  std::vector<uint8_t> from(bytes, 1), to(bytes, 2);
-  Compare(state, pixels, work, [&] {
-    std::memcpy(to.data(), from.data(), bytes);
-    benchmark::DoNotOptimize(to.data());
-    benchmark::ClobberMemory();
-  });
+  Compare(state, pixels, work, TouchingCopy(read + written));
 }
 
 }  // namespace vn::bench

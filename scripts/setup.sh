@@ -14,7 +14,10 @@ for purpose in "$@"; do
   case $purpose in
     demo) packages+=("${tool[@]}" imagemagick fonts-dejavu-core) ;;
     test) packages+=("${tool[@]}" libgtest-dev) ;;
-    bench) packages+=("${tool[@]}" libbenchmark-dev) ;;
+    bench)
+      packages+=("${tool[@]}" libbenchmark-dev)
+      packages+=(libfreeimage-dev libpixman-1-dev libswscale-dev python3-pil)  # peers
+      ;;
     *) echo "usage: scripts/setup.sh demo|test|bench..." >&2; exit 1 ;;
   esac
 done

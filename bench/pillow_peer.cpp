@@ -1,0 +1,74 @@
+// Pillow's quantisers followed by its Floyd-Steinberg, timed by pillow_quantize.py on the picture
+// of the colour benchmarks.
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "bench/photograph.h"
+
+namespace vn::bench {
+namespace {
+
+// The picture as a file, for as long as this lives.
+class PictureFile {
+ public:
+  PictureFile() {
+    const char* folder = std::getenv("TMPDIR");
+    path_ = std::string(folder ? folder : P_tmpdir) + "/vncore-bench-XXXXXX";
+    const int file = mkstemp(path_.data());
+    if (file < 0) return;
+    close(file);
+    written_ = ThePhotograph().WritePpm(path_);
+  }
+  PictureFile(const PictureFile&) = delete;
+  PictureFile& operator=(const PictureFile&) = delete;
+  ~PictureFile() { unlink(path_.c_str()); }
+
+  bool Written() const { return written_; }
+  const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+  bool written_ = false;
+};
+
+// Processor seconds of one reduction as the script tells them, or 0.
+double SecondsOfScript(const std::string& picture, const char* method) {
+  const std::string command =
+      std::string(VNCORE_BENCH_PYTHON " " VNCORE_BENCH_PILLOW_SCRIPT " --seconds --method ") +
+      method + " '" + picture + "'";
+  FILE* answer = popen(command.c_str(), "r");
+  if (!answer) return 0;
+  double seconds = 0;
+  if (std::fscanf(answer, "%lf", &seconds) != 1) seconds = 0;
+  return pclose(answer) == 0 ? seconds : 0;
+}
+
+void Pillow(benchmark::State& state, const char* method) {
+  const PictureFile file;
+  for (auto _ : state) {
+    const double seconds = file.Written() ? SecondsOfScript(file.Path(), method) : 0;
+    if (seconds <= 0) {
+      state.SkipWithError("Pillow gave no time");
+      return;
+    }
+    state.SetIterationTime(seconds);
+    state.counters["MP/s"] = ThePhotograph().Pixels() / seconds / 1e6;
+  }
+}
+BENCHMARK_CAPTURE(Pillow, octree, "fastoctree")
+    ->Name("Optimized256/floyd-steinberg/Pillow-octree")
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Pillow, median, "mediancut")
+    ->Name("Optimized256/floyd-steinberg/Pillow-median-cut")
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace vn::bench
