@@ -10,17 +10,17 @@
 namespace headless {
 namespace {
 
-// A copy of the part of a surface that a job reads, for a job that writes to the same pixels.
-struct SurfaceCopy {
-  SurfaceCopy(const Surface& from, int32_t firstRow, int32_t rowCount) : surface(from) {
+// A copy of some rows of a surface, for a job that writes to the pixels that it reads.
+struct RowsCopy {
+  RowsCopy(const Surface& from, int32_t firstRow, int32_t rowCount) : surface(from) {
     const auto bytes =
         static_cast<size_t>((static_cast<uint64_t>(from.width) * from.layout.bits + 7) / 8);
     memory.resize(bytes * static_cast<size_t>(rowCount));
-    for (int32_t y = 0; y < rowCount; ++y) {
-      std::memcpy(&memory[bytes * static_cast<size_t>(y)], from.Row(firstRow + y), bytes);
-    }
-    surface.top = memory.data() - static_cast<ptrdiff_t>(bytes) * firstRow;
+    surface.top = memory.data();
     surface.pitch = static_cast<ptrdiff_t>(bytes);
+    surface.height = rowCount;
+    for (int32_t y = 0; y < rowCount; ++y)
+      std::memcpy(surface.Row(y), from.Row(firstRow + y), bytes);
   }
 
   Surface surface;
@@ -48,11 +48,14 @@ bool SourceBlit(const Context& context, int x, int y, int width, int height,
   const Surface* source = sourceContext.Target();
   if (!target || !source) return false;
   const Axis columns = MakeAxis(x, width, target->width, srcX, width, source->width);
-  const Axis rows = MakeAxis(y, height, target->height, srcY, height, source->height);
+  Axis rows = MakeAxis(y, height, target->height, srcY, height, source->height);
   if (columns.count == 0 || rows.count == 0) return true;
 
-  std::optional<SurfaceCopy> copy;
-  if (source->top == target->top) source = &copy.emplace(*source, rows.source, rows.count).surface;
+  std::optional<RowsCopy> copy;
+  if (source->top == target->top) {
+    source = &copy.emplace(*source, rows.source, rows.count).surface;
+    rows.source = 0;
+  }
   ColorTable monochrome;
   const ColorTable* colors = source->colors.get();
   if (source->monochrome()) {

@@ -122,7 +122,8 @@ class Painter {
     from += static_cast<size_t>(job_.columns.SourcesOf(x).first) * bytes;
     row += static_cast<size_t>(x) * bytes;
     if (copiesBytes_) {
-      std::memcpy(row, from, static_cast<size_t>(count) * bytes);
+      // The caller's rows may lie in the target's own memory.
+      std::memmove(row, from, static_cast<size_t>(count) * bytes);
     } else {
       for (int32_t i = 0; i < count; ++i)
         row[i] = bytes_[from[i]];

@@ -1,0 +1,416 @@
+// The GDI half of the platform: handles, palettes and their realisation, contexts, DIB sections.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <set>
+#include <thread>
+#include <vector>
+
+#include "kernel/platform_objects.h"
+#include "platform/win32.h"
+#include "tests/support/failure_walk.h"
+#include "tests/support/headless_control.h"
+#include "tests/support/random.h"
+
+namespace vn::test {
+namespace {
+
+struct Log {
+  WORD version = 0x300, count = 0;
+  PALETTEENTRY entries[256] = {};
+  const LOGPALETTE* get() const { return reinterpret_cast<const LOGPALETTE*>(this); }
+};
+
+Log RandomLog(Random& random, int count) {
+  Log log;
+  log.count = static_cast<WORD>(count);
+  for (int i = 0; i < count; ++i)
+    random.Fill(&log.entries[i], 3);
+  return log;
+}
+
+struct Info {
+  BITMAPINFOHEADER header;
+  union {
+    RGBQUAD colors[256];
+    WORD indexes[512];
+  };
+  BITMAPINFO* get() { return reinterpret_cast<BITMAPINFO*>(this); }
+};
+
+Info InfoOf(int32_t width, int32_t height, int32_t bits) {
+  Info info{};
+  info.header.biSize = sizeof info.header;
+  info.header.biWidth = width;
+  info.header.biHeight = height;
+  info.header.biPlanes = 1;
+  info.header.biBitCount = static_cast<WORD>(bits);
+  return info;
+}
+
+// A 256-pixel row of all values with the identity table of indexes.
+struct IdentityRow {
+  IdentityRow() : info(InfoOf(256, 1, 8)) {
+    for (int i = 0; i < 256; ++i) {
+      info.indexes[i] = static_cast<WORD>(i);
+      row[i] = static_cast<uint8_t>(i);
+    }
+  }
+  int Draw(HDC context, int y, UINT usage) {
+    return StretchDIBits(context, 0, y, 256, 1, 0, 0, 256, 1, row, info.get(), usage, SRCCOPY);
+  }
+  Info info;
+  uint8_t row[256];
+};
+
+TEST(PlatformGdi, EveryCallOnADeadHandleFails) {
+  Random random(1);
+  const Log log = RandomLog(random, 16);
+  const HPALETTE palette = CreatePalette(log.get());
+  const HBITMAP bitmap = CreateBitmap(4, 4, 1, 1, nullptr);
+  const HBRUSH brush = CreateSolidBrush(RGB(1, 2, 3));
+  const HDC context = CreateCompatibleDC(nullptr);
+  const HGDIOBJ all[] = {palette, bitmap, brush, context};
+  for (const HGDIOBJ object : all) {
+    EXPECT_NE(GetObjectType(object), 0u);
+    EXPECT_TRUE(DeleteObject(object));
+    EXPECT_EQ(GetObjectType(object), 0u);
+    EXPECT_FALSE(DeleteObject(object));
+  }
+  PALETTEENTRY entry{};
+  BITMAP header;
+  EXPECT_EQ(GetPaletteEntries(palette, 0, 1, &entry), 0u);
+  EXPECT_EQ(SetPaletteEntries(palette, 0, 1, &entry), 0u);
+  EXPECT_EQ(GetObjectA(palette, 2, &header), 0);
+  EXPECT_EQ(GetObjectA(bitmap, sizeof header, &header), 0);
+  EXPECT_EQ(CreatePatternBrush(bitmap), nullptr);
+  EXPECT_EQ(GetDeviceCaps(context, BITSPIXEL), 0);
+  EXPECT_EQ(SaveDC(context), 0);
+  EXPECT_EQ(CreateCompatibleDC(context), nullptr);
+  IdentityRow row;
+  EXPECT_EQ(row.Draw(context, 0, DIB_RGB_COLORS), 0);
+  const HDC alive = CreateCompatibleDC(nullptr);
+  for (const HGDIOBJ object : all)
+    EXPECT_EQ(SelectObject(alive, object), nullptr);
+  EXPECT_EQ(SelectPalette(alive, palette, FALSE), nullptr);
+  EXPECT_FALSE(BitBlt(alive, 0, 0, 1, 1, context, 0, 0, SRCCOPY));
+  // A live handle of another type is no better.
+  EXPECT_EQ(GetPaletteEntries(reinterpret_cast<HPALETTE>(alive), 0, 1, &entry), 0u);
+  EXPECT_EQ(SelectPalette(alive, reinterpret_cast<HPALETTE>(alive), FALSE), nullptr);
+  DeleteDC(alive);
+}
+
+HEADLESS_TEST(PlatformGdi, HandleValuesDoNotComeAgain) {
+  std::set<HGDIOBJ> seen;
+  for (int i = 0; i < 20000; ++i) {
+    const HGDIOBJ brush = CreateSolidBrush(0);
+    EXPECT_TRUE(seen.insert(brush).second);
+    DeleteObject(brush);
+  }
+}
+
+TEST(PlatformGdi, SelectedObjectsDieWhenLetGo) {
+  const HDC first = CreateCompatibleDC(nullptr), second = CreateCompatibleDC(nullptr);
+  const HBITMAP bitmap = CreateBitmap(4, 4, 1, 1, nullptr);
+  const HGDIOBJ before = SelectObject(first, bitmap);
+  EXPECT_EQ(SelectObject(second, bitmap), nullptr);  // in one context at a time
+  EXPECT_EQ(SelectObject(first, bitmap), bitmap);
+  EXPECT_TRUE(DeleteObject(bitmap));
+  EXPECT_EQ(GetObjectType(bitmap), static_cast<DWORD>(OBJ_BITMAP));
+  EXPECT_EQ(SelectObject(first, before), bitmap);
+  EXPECT_EQ(GetObjectType(bitmap), 0u);
+
+  const HBRUSH brush = CreateSolidBrush(RGB(9, 9, 9));
+  EXPECT_EQ(SelectObject(first, brush), GetStockObject(WHITE_BRUSH));
+  EXPECT_NE(SelectObject(second, brush), nullptr);  // brushes can be in many
+  EXPECT_TRUE(DeleteObject(brush));
+  DeleteDC(first);
+  EXPECT_EQ(GetObjectType(brush), static_cast<DWORD>(OBJ_BRUSH));
+  DeleteDC(second);
+  EXPECT_EQ(GetObjectType(brush), 0u);
+
+  EXPECT_TRUE(DeleteObject(GetStockObject(BLACK_BRUSH)));
+  EXPECT_EQ(GetObjectType(GetStockObject(BLACK_BRUSH)), static_cast<DWORD>(OBJ_BRUSH));
+}
+
+TEST(PlatformGdi, PaletteEntriesAreCutAtTheEnd) {
+  Random random(5);
+  Log log = RandomLog(random, 10);
+  log.entries[7] = log.entries[3];
+  const OwnedObject<HPALETTE> palette(CreatePalette(log.get()));
+  WORD count = 0;
+  EXPECT_EQ(GetObjectA(palette.get(), sizeof count, &count), 2);
+  EXPECT_EQ(count, 10);
+  PALETTEENTRY entries[16];
+  EXPECT_EQ(GetPaletteEntries(palette.get(), 6, 10, entries), 4u);
+  EXPECT_EQ(std::memcmp(entries, log.entries + 6, 4 * sizeof entries[0]), 0);
+  EXPECT_EQ(GetPaletteEntries(palette.get(), 0, 0, entries), 10u);  // asks for the size
+  EXPECT_EQ(GetPaletteEntries(palette.get(), 10, 1, entries), 0u);
+  EXPECT_EQ(SetPaletteEntries(palette.get(), 10, 1, entries), 0u);
+  EXPECT_EQ(SetPaletteEntries(palette.get(), 9, 5, entries), 1u);
+  EXPECT_EQ(GetNearestPaletteIndex(palette.get(), RGB(log.entries[7].peRed, log.entries[7].peGreen,
+                                                      log.entries[7].peBlue)),
+            3u);  // the first of equals
+  EXPECT_TRUE(ResizePalette(palette.get(), 12));
+  EXPECT_EQ(GetPaletteEntries(palette.get(), 8, 4, entries), 4u);
+  EXPECT_EQ(entries[3].peRed, 0);
+  const auto stock = static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE));
+  EXPECT_EQ(GetPaletteEntries(stock, 0, 0, nullptr), 20u);
+  EXPECT_EQ(SetPaletteEntries(stock, 0, 1, entries), 0u);
+}
+
+HEADLESS_TEST(PlatformGdi, ARealizedPaletteIsShownIndexByIndex) {
+  const DisplayScope display(8);
+  Random random(7);
+  const ScreenDC screen;
+  const HDC dc = screen.get();
+  PALETTEENTRY system[256];
+  ASSERT_EQ(GetSystemPaletteEntries(dc, 0, 256, system), 256u);
+  // Entries in the system's own order: reserved colours at both ends, between them anything.
+  Log log = RandomLog(random, 256);
+  std::memcpy(log.entries, system, 10 * sizeof system[0]);
+  std::memcpy(log.entries + 246, system + 246, 10 * sizeof system[0]);
+  const OwnedObject<HPALETTE> palette(CreatePalette(log.get()));
+  const HPALETTE before = SelectPalette(dc, palette.get(), FALSE);
+  IdentityRow row;
+  Headless_Surface shown;
+
+  EXPECT_EQ(RealizePalette(dc), 256u);
+  EXPECT_EQ(RealizePalette(dc), 0u);
+  EXPECT_EQ(row.Draw(dc, 3, DIB_PAL_COLORS), 1);
+  Headless_GetScreen(&shown);
+  EXPECT_EQ(std::memcmp(shown.bits + 3 * shown.stride, row.row, 256), 0);
+  for (int i = 0; i < 256; ++i) {
+    EXPECT_EQ(GetPixel(dc, i, 3),
+              RGB(log.entries[i].peRed, log.entries[i].peGreen, log.entries[i].peBlue));
+  }
+  // A changed palette is shown by its nearest colours until it is realised again.
+  PALETTEENTRY red = {250, 3, 3, 0};
+  SetPaletteEntries(palette.get(), 100, 1, &red);
+  EXPECT_EQ(row.Draw(dc, 4, DIB_PAL_COLORS), 1);
+  EXPECT_NE(GetPixel(dc, 100, 4), RGB(250, 3, 3));
+  EXPECT_EQ(GetPixel(dc, 101, 4), GetPixel(dc, 101, 3));
+  EXPECT_GT(RealizePalette(dc), 0u);
+  row.Draw(dc, 5, DIB_PAL_COLORS);
+  EXPECT_EQ(GetPixel(dc, 100, 5), RGB(250, 3, 3));
+  EXPECT_EQ(GetPixel(dc, 100, 3), RGB(250, 3, 3));  // the slot's colour changed on the screen too
+
+  // In the background nothing of that is taken away: only the nearest colours are left.
+  const OwnedObject<HPALETTE> other(CreatePalette(RandomLog(random, 256).get()));
+  PALETTEENTRY after[256];
+  SelectPalette(dc, other.get(), TRUE);
+  RealizePalette(dc);
+  GetSystemPaletteEntries(dc, 0, 256, system);
+  SelectPalette(dc, other.get(), FALSE);
+  RealizePalette(dc);
+  GetSystemPaletteEntries(dc, 0, 256, after);
+  EXPECT_EQ(std::memcmp(&system[100], &red, 3), 0);
+  EXPECT_NE(std::memcmp(after, system, sizeof after), 0);
+  EXPECT_EQ(std::memcmp(after, system, 10 * sizeof after[0]), 0);  // reserved for good
+  SelectPalette(dc, before, FALSE);
+}
+
+HEADLESS_TEST(PlatformGdi, EqualColoursShareASlotUnlessToldOtherwise) {
+  const DisplayScope display(8);
+  const ScreenDC screen;
+  Log log;
+  log.count = 5;
+  for (int i = 0; i < 5; ++i)
+    log.entries[i] = {77, 66, 55, 0};
+  log.entries[2].peFlags = PC_NOCOLLAPSE;
+  log.entries[3].peFlags = PC_RESERVED;
+  log.entries[4] = {200, 0, 0, PC_EXPLICIT};
+  const OwnedObject<HPALETTE> palette(CreatePalette(log.get()));
+  const HPALETTE before = SelectPalette(screen.get(), palette.get(), FALSE);
+  RealizePalette(screen.get());
+  Info info = InfoOf(5, 1, 8);
+  for (int i = 0; i < 5; ++i)
+    info.indexes[i] = static_cast<WORD>(i);
+  info.header.biClrUsed = 5;
+  const uint8_t row[8] = {0, 1, 2, 3, 4};
+  StretchDIBits(screen.get(), 0, 0, 5, 1, 0, 0, 5, 1, row, info.get(), DIB_PAL_COLORS, SRCCOPY);
+  Headless_Surface shown;
+  Headless_GetScreen(&shown);
+  const uint8_t expected[] = {10, 10, 11, 12, 200};
+  EXPECT_EQ(std::memcmp(shown.bits, expected, 5), 0);
+  SelectPalette(screen.get(), before, FALSE);
+}
+
+TEST(PlatformGdi, ADibSectionOverAMappingIsTheMappingsBytes) {
+  const HANDLE mapping = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr,
+                                            SEC_COMMIT | PAGE_READWRITE, 0, 200000, nullptr);
+  auto* view = static_cast<uint8_t*>(MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, 0));
+  const HDC context = CreateCompatibleDC(nullptr);
+  Info info = InfoOf(10, 6, 24);
+  void* bits = nullptr;
+  constexpr uint32_t kOffset = 65536 + 4, kStride = 32;
+  const HBITMAP section =
+      CreateDIBSection(context, info.get(), DIB_RGB_COLORS, &bits, mapping, kOffset);
+  ASSERT_NE(section, nullptr);
+  const HGDIOBJ before = SelectObject(context, section);
+  view[kOffset + 5 * kStride] = 7;  // the last row in memory is the uppermost
+  EXPECT_EQ(GetPixel(context, 0, 0), RGB(0, 0, 7));
+  PatBlt(context, 0, 5, 10, 1, WHITENESS);
+  EXPECT_EQ(view[kOffset], 255);
+  EXPECT_EQ(view[kOffset + kStride], 0);
+  BITMAP object;
+  EXPECT_EQ(GetObjectA(section, sizeof object, &object), static_cast<int>(sizeof object));
+  EXPECT_EQ(object.bmBits, bits);
+  EXPECT_EQ(object.bmWidthBytes, 32);
+
+  EXPECT_EQ(
+      CreateDIBSection(context, InfoOf(200, 6, 24).get(), DIB_RGB_COLORS, &bits, mapping, 199000),
+      nullptr);  // beyond the mapping's end
+  EXPECT_EQ(bits, nullptr);
+  EXPECT_EQ(CreateDIBSection(context, info.get(), DIB_RGB_COLORS, &bits,
+                             reinterpret_cast<HANDLE>(uintptr_t{0x7FF0}), 0),
+            nullptr);
+  // The section holds the pages by itself.
+  UnmapViewOfFile(view);
+  CloseHandle(mapping);
+  EXPECT_EQ(GetPixel(context, 9, 5), RGB(255, 255, 255));
+  SelectObject(context, before);
+  DeleteObject(section);
+  DeleteDC(context);
+}
+
+TEST(PlatformGdi, SavedStatesComeBackInOrder) {
+  const HDC context = CreateCompatibleDC(nullptr);
+  const HBRUSH brush = CreateSolidBrush(RGB(8, 8, 8));
+  EXPECT_EQ(SaveDC(context), 1);
+  SetTextColor(context, RGB(1, 1, 1));
+  SelectObject(context, brush);
+  EXPECT_EQ(SaveDC(context), 2);
+  SetTextColor(context, RGB(2, 2, 2));
+  EXPECT_EQ(SaveDC(context), 3);
+  EXPECT_FALSE(RestoreDC(context, 0));
+  EXPECT_FALSE(RestoreDC(context, 4));
+  EXPECT_FALSE(RestoreDC(context, -4));
+  SelectObject(context, GetStockObject(BLACK_BRUSH));
+  EXPECT_TRUE(RestoreDC(context, -2));  // drops the third, restores the second
+  EXPECT_EQ(SetTextColor(context, 0), RGB(1, 1, 1));
+  EXPECT_EQ(SelectObject(context, GetStockObject(BLACK_BRUSH)), brush);
+  EXPECT_TRUE(RestoreDC(context, 1));
+  EXPECT_EQ(SetTextColor(context, 0), RGB(0, 0, 0));
+  EXPECT_EQ(SelectObject(context, brush), GetStockObject(WHITE_BRUSH));
+  EXPECT_FALSE(RestoreDC(context, -1));
+  DeleteDC(context);
+  DeleteObject(brush);
+}
+
+HEADLESS_TEST(PlatformGdi, ContextsAnswerForTheirSurface) {
+  for (const int32_t bits : {1, 4, 8, 16, 24, 32}) {
+    const DisplayScope display(bits);
+    HDC dc = GetDC(nullptr);
+    EXPECT_EQ(GetDeviceCaps(dc, BITSPIXEL), bits);
+    EXPECT_EQ((GetDeviceCaps(dc, RASTERCAPS) & RC_PALETTE) != 0, bits == 8);
+    EXPECT_EQ(GetDeviceCaps(dc, SIZEPALETTE), bits == 8 ? 256 : 0);
+    const HDC memory = CreateCompatibleDC(dc);
+    EXPECT_EQ(GetDeviceCaps(memory, BITSPIXEL), 1);  // the default bitmap
+    const OwnedObject<HBITMAP> bitmap(CreateCompatibleBitmap(dc, 5, 5));
+    const HGDIOBJ before = SelectObject(memory, bitmap.get());
+    EXPECT_EQ(GetDeviceCaps(memory, BITSPIXEL), bits);
+    // White goes everywhere and comes back, on every depth.
+    Info info = InfoOf(1, 1, 24);
+    const uint8_t white[4] = {255, 255, 255};
+    for (const HDC target : {dc, memory}) {
+      StretchDIBits(target, 1, 1, 1, 1, 0, 0, 1, 1, white, info.get(), DIB_RGB_COLORS, SRCCOPY);
+      EXPECT_EQ(GetPixel(target, 1, 1), RGB(255, 255, 255)) << bits;
+      EXPECT_EQ(GetPixel(target, 2, 1), RGB(0, 0, 0)) << bits;
+      EXPECT_EQ(GetPixel(target, 1000, 1), CLR_INVALID);
+    }
+    SelectObject(memory, before);
+    DeleteDC(memory);
+
+    // Another display: contexts of the earlier one are dead, and its impossible kinds refused.
+    const Headless_Display impossible = {10, 10, 16, 1, 20, DT_RASDISPLAY, 96};
+    EXPECT_EQ(Headless_SetDisplay(&impossible), 0);
+    EXPECT_EQ(GetDeviceCaps(dc, BITSPIXEL), bits);
+    const Headless_Display next = DisplayOf(24);
+    EXPECT_EQ(Headless_SetDisplay(&next), 1);
+    EXPECT_EQ(GetDeviceCaps(dc, BITSPIXEL), 0);
+    EXPECT_EQ(ReleaseDC(nullptr, dc), 0);
+  }
+}
+
+HEADLESS_TEST(PlatformGdi, EveryObjectCanFailAndLeavesNothing) {
+  Random random(11);
+  const Log log = RandomLog(random, 4);
+  const auto all = [&] {
+    const OwnedObject<HPALETTE> palette(CreatePalette(log.get()));
+    const OwnedObject<HBITMAP> bitmap(CreateBitmap(8, 8, 1, 1, nullptr));
+    const OwnedObject<HBRUSH> brush(CreateSolidBrush(0)), pattern(CreatePatternBrush(bitmap.get()));
+    const ScreenDC screen;
+    const OwnedObject<HBITMAP> compatible(CreateCompatibleBitmap(screen.get(), 3, 3));
+    const HDC memory = CreateCompatibleDC(nullptr);
+    void* bits = nullptr;
+    const OwnedObject<HBITMAP> section(
+        CreateDIBSection(memory, InfoOf(3, 3, 8).get(), DIB_RGB_COLORS, &bits, nullptr, 0));
+    EXPECT_EQ(section.get() == nullptr, bits == nullptr);
+    if (memory) DeleteDC(memory);
+    return palette && bitmap && brush && pattern && screen.get() && compatible && memory && section;
+  };
+  WalkFailures(
+      HEADLESS_OBJECT,
+      [&](FailureRound& round) {
+        const bool complete = round.Run(all);
+        EXPECT_EQ(complete, !round.Failed());
+      },
+      8);
+}
+
+HEADLESS_TEST(PlatformGdi, TheObserverSeesACallBeforeItsPixels) {
+  const DisplayScope display(24);
+  const ScreenDC screen;
+  struct Seen {
+    int calls = 0;
+    COLORREF before = 0;
+    Headless_StretchCall call;
+  } seen;
+  Headless_ObserveStretch(
+      [](void* data, const Headless_StretchCall* call) {
+        auto* into = static_cast<Seen*>(data);
+        ++into->calls;
+        into->call = *call;
+        into->before = GetPixel(call->context, call->x, call->y);
+      },
+      &seen);
+  Info info = InfoOf(1, 1, 24);
+  const uint8_t row[4] = {1, 2, 3};
+  StretchDIBits(screen.get(), 4, 5, 1, 1, 0, 0, 1, 1, row, info.get(), DIB_RGB_COLORS, SRCCOPY);
+  Headless_ObserveStretch(nullptr, nullptr);
+  StretchDIBits(screen.get(), 4, 5, 1, 1, 0, 0, 1, 1, row, info.get(), DIB_RGB_COLORS, SRCINVERT);
+  EXPECT_EQ(seen.calls, 1);
+  EXPECT_EQ(seen.before, 0u);
+  EXPECT_EQ(seen.call.bits, row);
+  EXPECT_EQ(seen.call.y, 5);
+  EXPECT_EQ(seen.call.rasterOp, SRCCOPY);
+}
+
+// Two threads, each with its own objects.
+TEST(PlatformGdi, ThreadsDrawAtTheSameTime) {
+  const auto work = [](uint8_t value) {
+    for (int i = 0; i < 300; ++i) {
+      const HDC context = CreateCompatibleDC(nullptr);
+      Info info = InfoOf(16, 16, 8);
+      info.colors[value] = {value, 0, value, 0};
+      void* bits = nullptr;
+      const HBITMAP section =
+          CreateDIBSection(context, info.get(), DIB_RGB_COLORS, &bits, nullptr, 0);
+      const HGDIOBJ before = SelectObject(context, section);
+      const std::vector<uint8_t> rows(256, value);
+      StretchDIBits(context, 0, 0, 16, 16, 0, 0, 16, 16, rows.data(), info.get(), DIB_RGB_COLORS,
+                    SRCCOPY);
+      EXPECT_EQ(GetPixel(context, 15, 15), RGB(value, 0, value));
+      SelectObject(context, before);
+      DeleteObject(section);
+      DeleteDC(context);
+    }
+  };
+  std::thread first(work, uint8_t{9}), second(work, uint8_t{200});
+  first.join();
+  second.join();
+}
+
+}  // namespace
+}  // namespace vn::test
