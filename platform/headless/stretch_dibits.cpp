@@ -63,18 +63,21 @@ int Draw(const Headless_StretchCall& call) {
       !Meets(call.srcY, call.srcHeight, format.height)) {
     return 0;
   }
-  // Source rows count from the lowest one, in top-down DIBs too, unless such a DIB is drawn one to
-  // one from its corner: then that is the upper one.
-  const bool fromCorner = format.topDown && call.srcX == 0 && call.srcY == 0 &&
-                          call.width == call.srcWidth && call.height == call.srcHeight;
-  const int32_t srcY = fromCorner ? 0 : format.height - call.srcY - call.srcHeight;
+  // A plain copy counts source rows from the lowest one, in top-down DIBs too, unless it is one to
+  // one from the corner. Other operations count them from the first one in memory.
+  const bool copies = call.rasterOp == SRCCOPY;
+  const bool fromCorner = call.srcX == 0 && call.srcY == 0 && call.width == call.srcWidth &&
+                          call.height == call.srcHeight;
+  const int32_t srcY = format.topDown && (!copies || fromCorner)
+                           ? call.srcY
+                           : format.height - call.srcY - call.srcHeight;
   const Axis columns =
       MakeAxis(call.x, call.width, target->width, call.srcX, call.srcWidth, format.width);
   const Axis rows =
       MakeAxis(call.y, call.height, target->height, srcY, call.srcHeight, format.height);
   Blit({target, context->state.clip.get(), columns, rows, &source, &*map,
         Find<Brush>(context->state.brush), monochrome, RasterOp(call.rasterOp)});
-  return call.rasterOp == SRCCOPY ? format.height : call.info->bmiHeader.biHeight;
+  return copies ? format.height : call.info->bmiHeader.biHeight;
 }
 
 }  // namespace
@@ -88,8 +91,8 @@ void Headless_ObserveStretch(Headless_StretchObserver newObserver, void* data) {
   observerData = data;
 }
 
-// The number of rows of the DIB, with the sign of biHeight unless it is a plain copy; 0 for a failure
-// and for a source rectangle outside of it.
+// The number of rows of the DIB, with the sign of biHeight unless it is a plain copy; 0 for a
+// failure and for a source rectangle outside of it.
 int StretchDIBits(HDC context, int x, int y, int width, int height, int srcX, int srcY,
                   int srcWidth, int srcHeight, LPCVOID bits, const BITMAPINFO* info, UINT usage,
                   DWORD rasterOp) {
