@@ -86,12 +86,9 @@ class Painter {
       unstretched_.resize(static_cast<size_t>(high->last - unstretchedFirst_ + 1));
     } else if (copies_) {
       copiesBytes_ = job.map->identity() && bits_ >= 8;
-      copiesTable_ = bits_ == 8 && job.source->layout.bits == 8;
+      copiesTable_ = bits_ <= 8 && job.source->layout.bits == bits_;
     }
-    if (copiesTable_) {
-      std::transform(job.map->table().begin(), job.map->table().end(), bytes_,
-                     [](uint32_t value) { return static_cast<uint8_t>(value); });
-    }
+    if (copiesTable_) FillByteTable();
   }
 
   void PaintRow(int32_t x, int32_t y, int32_t count) {
@@ -115,20 +112,48 @@ class Painter {
   }
 
  private:
+  // What the pixels of a byte become, up to 8 bits.
+  void FillByteTable() {
+    const uint32_t mask = (1u << bits_) - 1;
+    for (uint32_t byte = 0; byte < 256; ++byte) {
+      uint32_t mapped = 0;
+      for (uint32_t shift = 0; shift < 8; shift += bits_) {
+        mapped |= (job_.map->table()[byte >> shift & mask] & mask) << shift;
+      }
+      bytes_[byte] = static_cast<uint8_t>(mapped);
+    }
+  }
+
   // The two ways that need no words in between. False when neither does.
   bool CopyRow(const uint8_t* from, uint8_t* row, int32_t x, int32_t count) const {
-    if (!copiesBytes_ && !copiesTable_) return false;
-    const size_t bytes = bits_ / 8;
-    from += static_cast<size_t>(job_.columns.SourcesOf(x).first) * bytes;
-    row += static_cast<size_t>(x) * bytes;
+    const uint64_t first = static_cast<uint64_t>(x) * bits_;
+    const uint64_t end = first + static_cast<uint64_t>(count) * bits_;
+    const uint64_t source = static_cast<uint64_t>(job_.columns.SourcesOf(x).first) * bits_;
     if (copiesBytes_) {
       // The caller's rows may lie in the target's own memory.
-      std::memmove(row, from, static_cast<size_t>(count) * bytes);
+      std::memmove(row + first / 8, from + source / 8, (end - first) / 8);
+      return true;
+    }
+    // Pixels must keep their places in the bytes.
+    if (!copiesTable_ || first % 8 != source % 8) return false;
+    from += source / 8;
+    row += first / 8;
+    const auto bytes = static_cast<size_t>(end / 8 - first / 8);
+    const uint32_t head = 0xFFu >> first % 8;   // the run's bits in its first byte
+    const uint32_t tail = ~(0xFFu >> end % 8);  // and in the one behind the last whole
+    if (bytes == 0) {
+      CopyBits(from[0], &row[0], head & tail);
     } else {
-      for (int32_t i = 0; i < count; ++i)
+      CopyBits(from[0], &row[0], head);
+      for (size_t i = 1; i < bytes; ++i)
         row[i] = bytes_[from[i]];
+      if (end % 8) CopyBits(from[bytes], &row[bytes], tail);
     }
     return true;
+  }
+
+  void CopyBits(uint8_t from, uint8_t* to, uint32_t mask) const {
+    *to = static_cast<uint8_t>((*to & ~mask) | (bytes_[from] & mask));
   }
 
   // Values of the target for what columns x to x + count - 1 take from a source row.
