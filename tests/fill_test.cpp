@@ -71,19 +71,6 @@ HEADLESS_TEST(SegmentWrite, EqualsSinglePixelsOnWin32s) {
   WritesEqualSinglePixels(STORAGE_DISK, 300);
 }
 
-TEST(SegmentWrite, NoSegmentsNoMove) {
-  Bitmap bitmap(8, 4, 8);
-  Vn_LockBitmap(bitmap);
-  const Bytes row(8, 1);
-  EXPECT_EQ(Vn_PutBitmapRowSegments(bitmap, row.data(), 3, 0, nullptr, 0), OK);
-  EXPECT_EQ(bitmap->CurrentRow, 0u);
-  const int32_t segment[] = {2, 3};
-  EXPECT_EQ(Vn_PutBitmapRowSegments(bitmap, row.data(), 3, 0, segment, 2), OK);
-  EXPECT_EQ(bitmap->CurrentRow, 3u);
-  EXPECT_EQ(bitmap->CurrentOffset, 3 * bitmap->BytesPerLine);
-  Vn_ReleaseBitmap(bitmap);
-}
-
 // Each file operation of a run over three bytes and of a whole-byte run, failing.
 HEADLESS_TEST(SegmentWrite, TellsFileErrors) {
   const Win32sScope scope;
@@ -97,8 +84,7 @@ HEADLESS_TEST(SegmentWrite, TellsFileErrors) {
       const Bytes row = ReadRow(bitmap, 0);
       // Pixels outside the run are never touched, whatever fails.
       for (int32_t x = 0; x < 64; ++x) {
-        const bool inside = x >= segments[0] && x < segments[1];
-        if (!inside) {
+        if (x < segments[0] || x >= segments[1]) {
           ASSERT_EQ(PixelBits(row, static_cast<size_t>(x), 1), 0u);
         }
       }
@@ -111,57 +97,57 @@ HEADLESS_TEST(SegmentWrite, TellsFileErrors) {
   EXPECT_EQ(statuses({8, 24}), (std::vector<VnStatus>{ERR_FILE_SEEK, ERR_FILE_WRITE, OK}));
 }
 
-// Every pixel inside the region is `value` afterwards, every other bit of the rows as before.
-void ExpectFilled(BitmapHandle* bitmap, const std::vector<Bytes>& before, uint32_t value) {
-  for (int32_t row = 0; row < bitmap->Height; ++row) {
-    Bytes expected = before[static_cast<size_t>(row)];
-    for (int32_t x = 0; x < bitmap->Width; ++x) {
-      if (!Vn_IsPtInBitmapRgn(bitmap, row, x)) continue;
-      SetPixelBits(&expected, static_cast<size_t>(x), bitmap->BitsPerPixel, value);
-    }
-    ASSERT_EQ(ReadRow(bitmap, static_cast<uint32_t>(row)), expected)
-        << bitmap->BitsPerPixel << " bits, row " << row;
-  }
-}
-
-std::vector<Bytes> Rows(BitmapHandle* bitmap) {
-  std::vector<Bytes> rows;
-  for (int32_t row = 0; row < bitmap->Height; ++row) {
-    rows.push_back(ReadRow(bitmap, static_cast<uint32_t>(row)));
-  }
-  return rows;
-}
-
-// An irregular region, or none.
+// An irregular region, none, one outside, or long runs of pixels.
 void SetRegion(BitmapHandle* bitmap, int32_t kind) {
   const RECT box = {2, 1, 31, 13}, hole = {9, 4, 17, 9}, outside = {100, 100, 110, 110};
-  if (kind == 0) return;
-  if (kind == 2) {
-    ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &outside, REGION_COMBINE_REPLACE), OK);
-    return;
+  if (kind == 1) {
+    ASSERT_EQ(Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE), OK);
+    ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &hole, REGION_COMBINE_OLD_MINUS_NEW), OK);
   }
-  ASSERT_EQ(Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE), OK);
-  ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &hole, REGION_COMBINE_OLD_MINUS_NEW), OK);
+  if (kind >= 2) {
+    ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &outside, REGION_COMBINE_REPLACE), OK);
+  }
+  Random random(54);
+  for (int32_t n = 0; kind == 3 && n < 20; ++n) {
+    const int32_t left = random.Between(0, 150), top = random.Between(0, 14);
+    const RECT run = {left, top, left + random.Between(1, 180), top + 1};
+    ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &run, REGION_COMBINE_OR), OK);
+  }
 }
 
-void FillsWhatTheRegionSelects(int32_t storage) {
+// After `fill` every pixel inside the region is `value`, every other bit of the rows as before.
+template <class Fill>
+void ExpectFilled(BitmapHandle* bitmap, uint32_t value, Fill fill) {
   Random random(52);
+  FillRandom(bitmap, random);
+  std::vector<Bytes> expected;
+  for (int32_t row = 0; row < bitmap->Height; ++row) {
+    expected.push_back(ReadRow(bitmap, static_cast<uint32_t>(row)));
+    for (int32_t x = 0; x < bitmap->Width; ++x) {
+      if (!Vn_IsPtInBitmapRgn(bitmap, row, x)) continue;
+      SetPixelBits(&expected.back(), static_cast<size_t>(x), bitmap->BitsPerPixel, value);
+    }
+  }
+  ASSERT_EQ(fill(), OK);
+  for (uint32_t row = 0; row < expected.size(); ++row)
+    ASSERT_EQ(ReadRow(bitmap, row), expected[row]) << "row " << row;
+}
+
+// In a colour whose bytes differ.
+void FillsWhatTheRegionSelects(int32_t storage) {
   for (const int32_t bits : kDepths) {
-    for (int32_t kind = 0; kind < 3; ++kind) {
+    for (int32_t kind = 0; kind < 4; ++kind) {
       SCOPED_TRACE(testing::Message() << bits << " bits, region " << kind);
-      Bitmap bitmap(35, 15, bits, VIEW_TOP_FIRST, ORDER_BGR, nullptr, storage);
+      const uint32_t order = kind % 2 ? ORDER_RGB : ORDER_BGR;
+      Bitmap bitmap(kind == 3 ? 301 : 35, 15, bits, VIEW_TOP_FIRST, order, nullptr, storage);
+      Bitmap pixel(1, 1, bits, VIEW_TOP_FIRST, order);
+      ASSERT_EQ(Vn_PutPixelColor(pixel, 0, 0, RGB(255, 0, 0)), OK);
+      Bytes value = ReadRow(pixel, 0);
+      if (bits == 32) value[3] = 0;
       SetRegion(bitmap, kind);
-      FillRandom(bitmap, random);
-      std::vector<Bytes> before = Rows(bitmap);
-      ASSERT_EQ(Vn_ClearBitmap(bitmap), OK);
-      ExpectFilled(bitmap, before, 0);
-      FillRandom(bitmap, random);
-      before = Rows(bitmap);
-      ASSERT_EQ(Vn_FillBitmap(bitmap, RGB(255, 255, 255)), OK);
-      // White is all ones at every depth but 16 and 32 bits, where it leaves the idle bits clear,
-      // and at 8 bits, where it is the last entry of the fixed palette.
-      const uint32_t white = bits == 16 ? 0xFF7F : bits == 32 ? 0xFFFFFF00 : (1u << bits) - 1;
-      ExpectFilled(bitmap, before, white);
+      ExpectFilled(bitmap, 0, [&] { return Vn_ClearBitmap(bitmap); });
+      ExpectFilled(bitmap, PixelBits(value, 0, bits),
+                   [&] { return Vn_FillBitmap(bitmap, RGB(255, 0, 0)); });
       EXPECT_FALSE(bitmap->Flags & FLAG_LOCKED);
       if (testing::Test::HasFailure()) return;
     }
@@ -174,60 +160,6 @@ HEADLESS_TEST(Fill, FillsWhatTheRegionSelectsOnWin32s) {
   const Win32sScope scope;
   FillsWhatTheRegionSelects(STORAGE_MEMORY);
   FillsWhatTheRegionSelects(STORAGE_DISK);
-}
-
-// Runs of all lengths at all places of wide rows, in a colour whose bytes differ.
-TEST(Fill, LongRunsKeepThePixelsInStep) {
-  Random random(54);
-  for (const int32_t bits : kDepths) {
-    for (int32_t i = 0; i < 12; ++i) {
-      Bitmap bitmap(static_cast<uint32_t>(random.Between(200, 330)), 8, bits);
-      for (int32_t n = 0; n < i; ++n) {
-        const int32_t left = random.Between(0, 150), top = random.Between(0, 7);
-        const RECT run = {left, top, left + random.Between(1, 180), top + 1};
-        ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &run,
-                                      n ? REGION_COMBINE_OR : REGION_COMBINE_REPLACE),
-                  OK);
-      }
-      FillRandom(bitmap, random);
-      const std::vector<Bytes> before = Rows(bitmap);
-      ASSERT_EQ(Vn_FillBitmap(bitmap, RGB(255, 0, 0)), OK);
-      Bitmap pixel(1, 1, bits);
-      ASSERT_EQ(Vn_PutPixelColor(pixel, 0, 0, RGB(255, 0, 0)), OK);
-      Bytes value = ReadRow(pixel, 0);
-      if (bits == 32) value[3] = 0;
-      ExpectFilled(bitmap, before, PixelBits(value, 0, bits));
-      if (testing::Test::HasFailure()) return;
-    }
-  }
-}
-
-TEST(Fill, ColourBytesFollowTheOrder) {
-  for (const uint32_t order : {ORDER_RGB, ORDER_BGR}) {
-    Bitmap bitmap(2, 2, 24, VIEW_TOP_FIRST, order);
-    ASSERT_EQ(Vn_FillBitmap(bitmap, RGB(1, 2, 3)), OK);
-    EXPECT_EQ(Vn_GetPixelColor(bitmap, 1, 1), RGB(1, 2, 3));
-    EXPECT_EQ(ReadRow(bitmap, 1)[0], order == ORDER_RGB ? 1 : 3);
-  }
-}
-
-// Pixels one by one, side by side after scaling: more runs in a row than the reported maximum.
-TEST(Fill, RowsOfManyRunsFit) {
-  Bitmap bitmap(200, 2, 8);
-  const RECT none = {0, 0, 0, 0};
-  ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &none, REGION_COMBINE_REPLACE), OK);
-  for (int32_t x = 1; x < 200; x += 2) {
-    const RECT pixel = {x, 0, x + 1, 2};
-    ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &pixel, REGION_COMBINE_OR), OK);
-  }
-  ASSERT_EQ(Vn_SizeBitmap(bitmap, 100, 2), OK);
-  ASSERT_EQ(Vn_ClearBitmap(bitmap), OK);
-  const std::vector<Bytes> before = Rows(bitmap);
-  ASSERT_EQ(Vn_FillBitmap(bitmap, RGB(255, 255, 255)), OK);
-  ExpectFilled(bitmap, before, 255);
-  uint32_t area = 0;
-  ASSERT_EQ(Vn_GetBitmapRgnArea(bitmap, &area), OK);
-  EXPECT_EQ(area, 200u);
 }
 
 TEST(Fill, MemoryIsOneUnitOfProgress) {
@@ -290,8 +222,6 @@ HEADLESS_TEST(Fill, FileErrorsDoNotShow) {
 }
 
 HEADLESS_TEST(Fill, MemoryFailsAtEveryAllocation) {
-  EXPECT_EQ(Vn_FillBitmap(nullptr, 0), ERR_NO_BITMAP);
-  EXPECT_EQ(Vn_ClearBitmap(nullptr), ERR_NO_BITMAP);
   Random random(53);
   Bitmap bitmap(35, 15, 8);
   SetRegion(bitmap, 1);
@@ -304,9 +234,7 @@ HEADLESS_TEST(Fill, MemoryFailsAtEveryAllocation) {
           const VnStatus status =
               round.Run([&] { return clear ? Vn_ClearBitmap(bitmap) : Vn_FillBitmap(bitmap, 0); });
           EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
-          if (round.Failed() && !clear) {
-            EXPECT_EQ(ReadAll(bitmap), before);
-          }
+          EXPECT_TRUE(clear || !round.Failed() || ReadAll(bitmap) == before);
         },
         2);
   }

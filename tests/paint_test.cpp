@@ -44,7 +44,6 @@ class PaintPaletteScope {
   ~PaintPaletteScope() {
     if (before_) SelectPalette(context_, before_, FALSE);
   }
-  HPALETTE get() const { return palette_.get(); }
 
  private:
   HDC context_;
@@ -56,17 +55,19 @@ class PaintPaletteScope {
 void ShowPicture(HDC context, const SlowPicture& picture, uint32_t rasterOp) {
   if (picture.lines.empty()) return;
   BitmapInfo256 info{};
-  info.header.biSize = sizeof info.header;
-  info.header.biPlanes = 1;
-  info.header.biBitCount = static_cast<WORD>(picture.bits);
-  info.header.biWidth = picture.Width();
-  info.header.biHeight = picture.Height();
-  info.header.biClrUsed = picture.bits <= 8 ? 1u << picture.bits : 0;
-  if (picture.indexes) {
-    WriteIdentityIndexes(info.Indexes());
-  } else {
-    std::copy(picture.colors.begin(), picture.colors.end(), info.colors);
-  }
+  info.header = {sizeof info.header,
+                 picture.Width(),
+                 picture.Height(),
+                 1,
+                 static_cast<WORD>(picture.bits),
+                 BI_RGB,
+                 0,
+                 0,
+                 0,
+                 0,
+                 0};
+  std::copy(picture.colors.begin(), picture.colors.end(), info.colors);
+  if (picture.indexes) WriteIdentityIndexes(info.Indexes());
   Bytes pixels;
   for (size_t line = picture.lines.size(); line-- > 0;) {
     const size_t bits = picture.lines[line].size() * static_cast<size_t>(picture.bits);
@@ -81,6 +82,12 @@ void ShowPicture(HDC context, const SlowPicture& picture, uint32_t rasterOp) {
                 picture.indexes ? DIB_PAL_COLORS : DIB_RGB_COLORS, rasterOp);
 }
 
+// Paints by the library all of `bitmap`.
+VnStatus PaintAll(BitmapHandle* bitmap, const RECT& to) {
+  const ScreenDC screen;
+  return Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY);
+}
+
 const RECT* Pointer(const std::optional<RECT>& rect) { return rect ? &*rect : nullptr; }
 
 // Paints by the library and by the model and compares what the screen shows. Returns the model's
@@ -90,21 +97,18 @@ SlowPicture ComparePaints(const SlowPaint& paint, uint32_t background, uint32_t 
   const HDC context = screen.get();
   const DisplayModeScope mode(~0u, paint.mode);
   const PaintPaletteScope palette(context, paint.bitmap);
-  const auto cleared = [&] { PatBlt(context, 0, 0, 96, 64, background); };
-  cleared();
-  VnStatus status;
-  BandWatch watch;
-  status = Vn_PaintDC(context, paint.bitmap, Pointer(paint.source), Pointer(paint.sourceClip),
-                      &paint.destination, Pointer(paint.destinationClip), rasterOp);
-  const int32_t rows = watch.Rows();
-  const Bytes painted = ScreenBytes();
-  Headless_ObserveStretch(nullptr, nullptr);
-
   const SlowPicture picture = PaintSlowly(paint);
-  cleared();
+  PatBlt(context, 0, 0, 96, 64, background);
+  {
+    BandWatch watch;
+    EXPECT_EQ(Vn_PaintDC(context, paint.bitmap, Pointer(paint.source), Pointer(paint.sourceClip),
+                         &paint.destination, Pointer(paint.destinationClip), rasterOp),
+              picture.status);
+    EXPECT_EQ(watch.Rows(), picture.Height());
+  }
+  const Bytes painted = ScreenBytes();
+  PatBlt(context, 0, 0, 96, 64, background);
   ShowPicture(context, picture, rasterOp);
-  EXPECT_EQ(status, picture.status);
-  EXPECT_EQ(rows, picture.Height());
   EXPECT_TRUE(painted == ScreenBytes()) << "the screen differs";
   EXPECT_EQ(paint.bitmap->Flags & FLAG_LOCKED, 0u);
   return picture;
@@ -141,22 +145,10 @@ SlowPaint RandomPaint(Random& random, BitmapHandle* bitmap, int32_t rawBits) {
   if (random.Chance(2)) paint.sourceClip = RandomRect(random, width, height, 6);
   const int32_t left = random.Between(-40, 60), top = random.Between(-30, 40);
   int32_t across = source.right - source.left, down = source.bottom - source.top;
-  switch (random.Between(0, 5)) {
-    case 0:
-    case 1:
-      break;
-    case 2:
-      across = random.Between(1, 120);
-      break;
-    case 3:
-      down = random.Between(1, 90);
-      break;
-    case 4:
-      across = across * random.Between(1, 4), down = down * random.Between(1, 4);
-      break;
-    default:
-      across = random.Between(1, 120), down = random.Between(1, 90);
-  }
+  const int32_t scale = random.Between(0, 4);  // not, by whole numbers, across, down, both
+  if (scale == 1) across *= random.Between(1, 4), down *= random.Between(1, 4);
+  if (scale & 2 || scale == 4) across = random.Between(1, 120);
+  if (scale >= 3) down = random.Between(1, 90);
   paint.destination = RectOf(left, top, left + across, top + down);
   if (random.Chance(2)) {
     const int32_t x = random.Between(-10, 80), y = random.Between(-10, 50);
@@ -188,117 +180,29 @@ void CheckRandomPaint(Random& random, int32_t rawBits, std::map<int32_t, int>* k
   if (!picture.lines.empty()) ++(*kinds)[picture.kind];
 }
 
-void CheckScreen(int32_t bits, std::vector<int32_t> kindsExpected) {
-  const DisplayScope display(Screen(bits));
-  Random random(static_cast<uint64_t>(bits) + 100);
-  std::map<int32_t, int> kinds;
-  for (int round = 0; round < 700 && !testing::Test::HasFailure(); ++round) {
-    SCOPED_TRACE(testing::Message() << "round " << round);
-    CheckRandomPaint(random, bits, &kinds);
-  }
-  for (const int32_t kind : kindsExpected)
-    EXPECT_GT(kinds[kind], 5) << "kind " << kind;
-}
-
-// Every kind must have been met often enough to mean something.
-HEADLESS_TEST(Paint, MatchesTheModelOn1Bit) { CheckScreen(1, {0, 1, 2, 5, 6}); }
-HEADLESS_TEST(Paint, MatchesTheModelOn4Bits) { CheckScreen(4, {0, 1, 2, 3, 4, 5, 6}); }
-HEADLESS_TEST(Paint, MatchesTheModelOn8Bits) { CheckScreen(8, {0, 1, 2, 3, 4, 5, 6}); }
-HEADLESS_TEST(Paint, MatchesTheModelOn16Bits) { CheckScreen(16, {0, 1, 3, 4, 5, 6}); }
-HEADLESS_TEST(Paint, MatchesTheModelOn24Bits) { CheckScreen(24, {0, 1, 3, 4, 5, 6}); }
-HEADLESS_TEST(Paint, MatchesTheModelOn32Bits) { CheckScreen(32, {0, 1, 3, 4, 5, 6}); }
-
-// The way from the picture to the eye, without the model: which colours, and which way up.
-HEADLESS_TEST(Paint, ShowsThePictureTheRightWayUp) {
-  const DisplayScope display(Screen(24));
-  const ScreenDC screen;
-  for (const uint32_t origin : {VIEW_TOP_FIRST, VIEW_BOTTOM_FIRST}) {
-    Bitmap bitmap(4, 3, 24, origin);
-    const uint32_t top = origin == VIEW_TOP_FIRST ? 0 : 2;
-    Bytes row(12, 0);
-    row[2] = 255;  // the leftmost pixel of the top line is red
-    WriteRow(bitmap, top, row);
-    for (const int32_t scale : {1, 5}) {
-      PatBlt(screen.get(), 0, 0, 96, 64, WHITENESS);
-      const RECT to = RectOf(10, 20, 10 + 4 * scale, 20 + 3 * scale);
-      ASSERT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY), OK);
-      EXPECT_EQ(GetPixel(screen.get(), 10, 20), RGB(255, 0, 0));
-      EXPECT_EQ(GetPixel(screen.get(), 10 + scale - 1, 20 + scale - 1), RGB(255, 0, 0));
-      EXPECT_EQ(GetPixel(screen.get(), 10 + scale, 20), RGB(0, 0, 0));
-      EXPECT_EQ(GetPixel(screen.get(), 10, 20 + scale), RGB(0, 0, 0));
-      EXPECT_EQ(GetPixel(screen.get(), 9, 20), RGB(255, 255, 255));
-      EXPECT_EQ(GetPixel(screen.get(), 10 + 4 * scale, 20), RGB(255, 255, 255));
+HEADLESS_TEST(Paint, MatchesTheModelOnEveryScreen) {
+  for (const int32_t bits : {1, 4, 8, 16, 24, 32}) {
+    const DisplayScope display(Screen(bits));
+    Random random(static_cast<uint64_t>(bits) + 100);
+    std::map<int32_t, int> kinds;
+    for (int round = 0; round < 700 && !testing::Test::HasFailure(); ++round) {
+      SCOPED_TRACE(testing::Message() << "round " << round);
+      CheckRandomPaint(random, bits, &kinds);
     }
-  }
-}
-
-HEADLESS_TEST(Paint, DithersToTheRealisedPalette) {
-  const DisplayScope display(Screen(8));
-  const ScreenDC screen;
-  for (const uint32_t order : {ORDER_BGR, ORDER_RGB}) {
-    Bitmap bitmap(8, 8, 24, VIEW_BOTTOM_FIRST, order);
-    Bytes row;
-    for (int x = 0; x < 8; ++x) {
-      row.insert(row.end(), {0, 109, 255});
-      if (order == ORDER_RGB) std::swap(row.end()[-3], row.end()[-1]);
+    // Every kind must have been met often enough to mean something.
+    for (int32_t kind = 0; kind < 7; ++kind) {
+      if (bits == 1 ? kind == PAINT_GRAY || kind == PAINT_GRAY_INVERTED
+                    : bits > 8 && kind == PAINT_DITHER)
+        continue;
+      EXPECT_GT(kinds[kind], 5) << "kind " << kind << " on " << bits << " bits";
     }
-    for (uint32_t y = 0; y < 8; ++y)
-      WriteRow(bitmap, y, row);
-    const PaintPaletteScope palette(screen.get(), bitmap);
-    const RECT to = RectOf(0, 0, 16, 24);
-    ASSERT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY), OK);
-    for (int y = 0; y < 24; ++y) {
-      for (int x = 0; x < 16; ++x) {
-        ASSERT_EQ(GetPixel(screen.get(), x, y), RGB(255, 109, 0)) << x << "," << y;
-      }
-    }
-  }
-}
-
-HEADLESS_TEST(Paint, ThinLinesSurviveTheVote) {
-  const DisplayScope display(Screen(24));
-  const ScreenDC screen;
-  for (const bool darkInk : {true, false}) {
-    // A line one pixel wide across paper, in either sense of the palette, shrunk by 4.
-    Bitmap bitmap(64, 64, 1, VIEW_TOP_FIRST, ORDER_RGB, darkInk ? kBlackWhite : kWhiteBlack);
-    const auto paper = static_cast<uint8_t>(darkInk ? 0xFF : 0);
-    Bytes row(8, paper);
-    row[3] ^= 0x10;
-    for (uint32_t y = 0; y < 64; ++y)
-      WriteRow(bitmap, y, row);
-    const DisplayModeScope mode(~0u, MODE_BITONAL_VOTE | MODE_DITHER);
-    const RECT to = RectOf(0, 0, 16, 16);
-    ASSERT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY), OK);
-    for (int x = 0; x < 16; ++x) {
-      const COLORREF expected = x == 27 / 4 ? RGB(0, 0, 0) : RGB(255, 255, 255);
-      EXPECT_EQ(GetPixel(screen.get(), x, 8), expected) << x;
-    }
-  }
-}
-
-// Halves of 2 by 2 blocks average to these levels.
-HEADLESS_TEST(Paint, GrayAveragesBlocks) {
-  const DisplayScope display(Screen(24));
-  const ScreenDC screen;
-  Bitmap bitmap(10, 2, 1, VIEW_TOP_FIRST, ORDER_RGB, kBlackWhite);
-  WriteRow(bitmap, 0, {0x1D, 0xC0, 0, 0});  // 00 01 11 01 11
-  WriteRow(bitmap, 1, {0x13, 0xC0, 0, 0});  // 00 01 00 11 11
-  const DisplayModeScope mode(~0u, MODE_BITONAL_GRAY);
-  const RECT to = RectOf(0, 0, 5, 1);
-  ASSERT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY), OK);
-  const int levels[] = {0, 127, 127, 191, 255};
-  for (int x = 0; x < 5; ++x) {
-    EXPECT_EQ(GetPixel(screen.get(), x, 0), RGB(levels[x], levels[x], levels[x])) << x;
   }
 }
 
 HEADLESS_TEST(Paint, BandsHoldAsManyRowsAsFit) {
   const DisplayScope display(Screen(24));
-  const ScreenDC screen;
   struct Expectation {
-    int32_t bits;
-    uint32_t width, height;
-    int32_t firstRows, lastRows;
+    int32_t bits, width, height, firstRows, lastRows;
     size_t bands;
   };
   for (const Expectation& e :
@@ -306,33 +210,24 @@ HEADLESS_TEST(Paint, BandsHoldAsManyRowsAsFit) {
         Expectation{1, 64, 40, 40, 40, 1}, Expectation{8, 65533, 2, 1, 1, 2},
         Expectation{8, 65536, 2, 1, 1, 2}, Expectation{32, 16384, 2, 1, 1, 2}}) {
     SCOPED_TRACE(testing::Message() << e.bits << " bits, " << e.width << " by " << e.height);
-    Bitmap bitmap(e.width, e.height, e.bits);
-    const auto width = static_cast<int32_t>(e.width), height = static_cast<int32_t>(e.height);
-    for (const int32_t twice : {1, 2}) {
-      // Scaled, such a row's products of widths would leave their words.
-      if (twice == 2 && e.width > 40000) continue;
-      const RECT to = RectOf(0, 0, width, height * twice);
-      BandWatch watch;
-      ASSERT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY), OK);
-      EXPECT_EQ(watch.Rows(), height * twice);
-      if (twice == 1) {
-        ASSERT_EQ(watch.bands.size(), e.bands);
-        EXPECT_EQ(watch.bands.front().call.height, e.firstRows);
-        EXPECT_EQ(watch.bands.back().call.height, e.lastRows);
-      }
-      int32_t y = height * twice;
-      for (const BandWatch::Band& band : watch.bands) {
-        y -= band.call.height;
-        EXPECT_EQ(band.call.y, y) << "bands go up the device";
-      }
+    Bitmap bitmap(static_cast<uint32_t>(e.width), static_cast<uint32_t>(e.height), e.bits);
+    BandWatch watch;
+    ASSERT_EQ(PaintAll(bitmap, RectOf(0, 0, e.width, e.height)), OK);
+    ASSERT_EQ(watch.bands.size(), e.bands);
+    EXPECT_EQ(watch.bands.front().call.height, e.firstRows);
+    EXPECT_EQ(watch.bands.back().call.height, e.lastRows);
+    int32_t y = e.height;
+    for (const BandWatch::Band& band : watch.bands) {
+      y -= band.call.height;
+      EXPECT_EQ(band.call.y, y) << "bands go up the device";
     }
+    EXPECT_EQ(y, 0);
   }
 }
 
 // Rows of packed pixels go out in whole bytes at 1:1, and columns from 65536 on wrap.
 HEADLESS_TEST(Paint, PackedRowsStartAtAByte) {
   const DisplayScope display(Screen(8));
-  const ScreenDC screen;
   Random random(31);
   for (const int32_t bits : {1, 4}) {
     Bitmap bitmap(66000, 3, bits, VIEW_BOTTOM_FIRST, ORDER_RGB,
@@ -344,14 +239,6 @@ HEADLESS_TEST(Paint, PackedRowsStartAtAByte) {
                         {}};
         SCOPED_TRACE(testing::Message() << bits << " bits, column " << column << ", mode " << mode);
         ComparePaints(paint, BLACKNESS, SRCCOPY);
-        const DisplayModeScope scope(~0u, mode);
-        BandWatch watch;
-        Vn_PaintDC(screen.get(), bitmap, Pointer(paint.source), nullptr, &paint.destination,
-                   nullptr, SRCCOPY);
-        ASSERT_EQ(watch.bands.size(), 1u);
-        const int32_t skipped = mode == kDefaultMode ? column % (8 / bits) : 0;
-        EXPECT_EQ(watch.bands[0].call.srcX, skipped);
-        EXPECT_EQ(watch.bands[0].header.biWidth, 40 + skipped);
       }
     }
   }
@@ -379,24 +266,25 @@ HEADLESS_TEST(Paint, SurvivesRectanglesOfAnySize) {
   }
 }
 
+struct Way {
+  int32_t bits;
+  uint32_t mode;
+  RECT to;
+};
+constexpr Way kWays[] = {{24, kDefaultMode, {0, 0, 90, 30}},
+                         {24, kDefaultMode, {5, 5, 65, 45}},
+                         {32, 0, {-7, -3, 20, 70}},
+                         {4, MODE_DITHER | MODE_FIXED_PALETTE, {0, 0, 60, 40}},
+                         {1, MODE_BITONAL_VOTE, {0, 0, 17, 11}},
+                         {1, MODE_BITONAL_GRAY, {0, 0, 25, 33}},
+                         {1, MODE_BITONAL_GRAY, {1, 1, 61, 41}}};
+
 HEADLESS_TEST(Paint, StorageKindsShowTheSame) {
   const DisplayScope display(Screen(8));
-  struct Way {
-    int32_t bits;
-    uint32_t mode;
-    RECT to;
-  };
-  const Way ways[] = {{24, kDefaultMode, RectOf(0, 0, 90, 30)},
-                      {24, kDefaultMode, RectOf(5, 5, 65, 45)},
-                      {32, 0, RectOf(-7, -3, 20, 70)},
-                      {4, MODE_DITHER | MODE_FIXED_PALETTE, RectOf(0, 0, 60, 40)},
-                      {1, MODE_BITONAL_VOTE, RectOf(0, 0, 17, 11)},
-                      {1, MODE_BITONAL_GRAY, RectOf(0, 0, 25, 33)},
-                      {1, MODE_BITONAL_GRAY, RectOf(1, 1, 61, 41)}};
   std::vector<Bytes> first;
   WithEachStorage([&](const StorageKind& kind) {
     std::vector<Bytes> shown;
-    for (const Way& way : ways) {
+    for (const Way& way : kWays) {
       Random random(51);
       Bitmap bitmap(60, 40, way.bits, VIEW_TOP_FIRST, ORDER_BGR,
                     way.bits == 1 ? kBlackWhite : nullptr, kind.request);
@@ -406,7 +294,7 @@ HEADLESS_TEST(Paint, StorageKindsShowTheSame) {
       const DisplayModeScope mode(~0u, way.mode);
       const PaintPaletteScope palette(screen.get(), bitmap);
       PatBlt(screen.get(), 0, 0, 96, 64, BLACKNESS);
-      ASSERT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &way.to, nullptr, SRCCOPY), OK);
+      ASSERT_EQ(PaintAll(bitmap, way.to), OK);
       shown.push_back(ScreenBytes());
     }
     if (first.empty()) first = shown;
@@ -416,30 +304,17 @@ HEADLESS_TEST(Paint, StorageKindsShowTheSame) {
 
 HEADLESS_TEST(Paint, MemoryFailuresPaintNothing) {
   const DisplayScope display(Screen(8));
-  struct Way {
-    int32_t bits;
-    uint32_t mode;
-    RECT to;
-  };
-  for (const Way& way :
-       {Way{24, kDefaultMode, RectOf(0, 0, 90, 30)},
-        Way{8, MODE_DITHER | MODE_FIXED_PALETTE, RectOf(0, 0, 60, 40)},
-        Way{32, 0, RectOf(0, 0, 60, 40)}, Way{1, MODE_BITONAL_VOTE, RectOf(0, 0, 17, 11)},
-        Way{1, MODE_BITONAL_GRAY, RectOf(0, 0, 25, 33)},
-        Way{1, MODE_BITONAL_GRAY, RectOf(0, 0, 60, 40)}}) {
+  for (const Way& way : kWays) {
     SCOPED_TRACE(testing::Message() << way.bits << " bits, mode " << way.mode);
-    const RGBQUAD* table = way.bits == 1 ? kBlackWhite : nullptr;
-    const Colors colors(256, kWhite);
-    Bitmap bitmap(60, 40, way.bits, VIEW_TOP_FIRST, ORDER_BGR, table ? table : colors.data());
-    const ScreenDC screen;
+    const Colors colors(16, kWhite);
+    Bitmap bitmap(60, 40, way.bits, VIEW_TOP_FIRST, ORDER_BGR,
+                  way.bits == 1 ? kBlackWhite : colors.data());
     const DisplayModeScope mode(~0u, way.mode);
     WalkFailures(
         HEADLESS_MEMORY,
         [&](FailureRound& round) {
           BandWatch watch;
-          const VnStatus status = round.Run([&] {
-            return Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &way.to, nullptr, SRCCOPY);
-          });
+          const VnStatus status = round.Run([&] { return PaintAll(bitmap, way.to); });
           EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
           EXPECT_EQ(watch.bands.empty(), round.Failed());
           EXPECT_EQ(bitmap->Flags & FLAG_LOCKED, 0u);
@@ -453,31 +328,16 @@ HEADLESS_TEST(Paint, PrintersGetACopyOfTheInfo) {
   Headless_Display display = Screen(8);
   display.technology = DT_RASPRINTER;
   const DisplayScope scope(display);
-  const ScreenDC screen;
   Bitmap bitmap(20, 10, 24);
   ThreadSettings& settings = CurrentThreadSettings();
   for (const int32_t width : {20, 33}) {
     settings.PaintInfo.header.biWidth = 4711;
     const BitmapInfo256 before = settings.PaintInfo;
     settings.PrinterPaintInfo = {};
-    BandWatch watch;
-    const RECT to = RectOf(0, 0, width, 10);
-    ASSERT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY), OK);
+    ASSERT_EQ(PaintAll(bitmap, RectOf(0, 0, width, 10)), OK);
     EXPECT_EQ(std::memcmp(&before, &settings.PaintInfo, sizeof before), 0);
     EXPECT_EQ(settings.PrinterPaintInfo.header.biWidth, width);
     EXPECT_EQ(settings.PrinterPaintInfo.Indexes()[255], 255);
-  }
-}
-
-HEADLESS_TEST(Paint, VotesWithColoursKeepTheIdentityTable) {
-  const DisplayScope display(Screen(8));
-  const ScreenDC screen;
-  Bitmap bitmap(20, 10, 1, VIEW_TOP_FIRST, ORDER_BGR, kWhiteBlack);
-  const DisplayModeScope mode(~0u, kDefaultMode | MODE_BITONAL_VOTE | MODE_FIXED_PALETTE);
-  const RECT to = RectOf(0, 0, 7, 7);
-  ASSERT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY), OK);
-  for (uint16_t i = 0; i < 256; ++i) {
-    ASSERT_EQ(CurrentThreadSettings().PaintInfo.Indexes()[i], i);
   }
 }
 

@@ -1,17 +1,10 @@
 // The platform's regions against sets of single pixels.
-#include <gtest/gtest.h>
-
-#include <vector>
-
-#include "kernel/platform_objects.h"
 #include "tests/support/failure_walk.h"
 #include "tests/support/headless_control.h"
 #include "tests/support/pixel_set.h"
 
 namespace vn::test {
 namespace {
-
-using Region = OwnedObject<HRGN>;
 
 constexpr int32_t kLow = -4, kHigh = 44;
 
@@ -61,28 +54,16 @@ void ExpectCanonical(HRGN region, const PixelSet& pixels, int kind) {
   }
 }
 
-bool Combined(int mode, bool a, bool b) {
-  switch (mode) {
-    case RGN_AND:
-      return a && b;
-    case RGN_OR:
-      return a || b;
-    case RGN_XOR:
-      return a != b;
-    case RGN_DIFF:
-      return a && !b;
-    default:
-      return a;
-  }
-}
-
 TEST(PlatformRegion, CombinesLikePixelSets) {
   Random random(40);
   for (int32_t round = 0; round < 400; ++round) {
     SCOPED_TRACE(round);
     const Sample a(random, random.Between(0, 12)), b(random, random.Between(0, 12));
     const int mode = random.Between(RGN_AND, RGN_COPY);
-    const auto combine = [mode](bool x, bool y) { return Combined(mode, x, y); };
+    const auto combine = [mode](bool x, bool y) {
+      const bool results[] = {x && y, x || y, x != y, x && !y, x};
+      return results[mode - RGN_AND];
+    };
     // The result may be a region of its own, either operand, or both operands one region.
     const bool self = round % 7 == 6;
     const HRGN second = self ? a.region.get() : b.region.get();
@@ -148,7 +129,6 @@ TEST(PlatformRegion, CurvesCoverWhatTheyCoverOnWindows) {
             "5,7,15,17 ...####.../..######../.########./##########/##########/##########/"
             "##########/.########./..######../...####.../");
   EXPECT_EQ(ellipse(8, 6), "5,7,12,12 ..###../#######/#######/#######/..###../");
-  EXPECT_EQ(ellipse(6, 9), "5,7,10,15 ..#../.###./#####/#####/#####/#####/.###./..#../");
   EXPECT_EQ(ellipse(13, 4), "5,7,17,10 ..########../############/..########../");
   // Corners in the other order, and boxes with nothing inside.
   EXPECT_EQ(ellipse(-8, -6), "-3,1,4,6 ..###../#######/#######/#######/..###../");
@@ -157,36 +137,7 @@ TEST(PlatformRegion, CurvesCoverWhatTheyCoverOnWindows) {
   EXPECT_EQ(picture(CreateRoundRectRgn(-2, -3, 9, 8, 8, 5)),
             "-2,-3,8,7 ..######../.########./##########/##########/##########/##########/"
             "##########/##########/.########./..######../");
-  EXPECT_EQ(picture(CreateRoundRectRgn(0, 0, 10, 4, 0, 7)),
-            "0,0,9,3 #########/#########/#########/");
   EXPECT_EQ(picture(CreateRoundRectRgn(0, 0, 0, 0, 5, 5)), "-1,-1,0,0 #/");
-}
-
-// Larger curves have the symmetries of an ellipse, and are as wide and high as told; thin ones too,
-// whose tips some Windows systems leave to chance.
-HEADLESS_TEST(PlatformRegion, EllipsesAreSymmetricAndConvex) {
-  for (const auto& [width, height] : {std::pair{33, 20}, {20, 33}, {40, 41}, {3, 40}, {41, 4}}) {
-    SCOPED_TRACE(testing::Message() << width << " by " << height);
-    const RECT box = {0, 0, width + 1, height + 1};
-    const Region region(CreateEllipticRgnIndirect(&box));
-    const PixelSet pixels = PixelsOf(region.get());
-    EXPECT_EQ(Text(pixels.Bounds()), Text({0, 0, width, height}));
-    int32_t above = 0;
-    for (int32_t y = 0; y < height; ++y) {
-      int32_t run = 0, runs = 0;
-      for (int32_t x = 0; x < width; ++x) {
-        EXPECT_EQ(pixels.At(x, y), pixels.At(width - 1 - x, y));
-        EXPECT_EQ(pixels.At(x, y), pixels.At(x, height - 1 - y));
-        run += pixels.At(x, y);
-        runs += pixels.At(x, y) && !pixels.At(x - 1, y);
-      }
-      EXPECT_EQ(runs, 1);
-      if (y <= (height - 1) / 2) {
-        EXPECT_GE(run, above);
-      }
-      above = run;
-    }
-  }
 }
 
 // A pixel's upper left point against all edges, in exact arithmetic. An edge counts for points on
@@ -214,7 +165,6 @@ TEST(PlatformRegion, PolygonsFollowTheirRules) {
     }
     const int rule = round % 3 ? WINDING : ALTERNATE;
     PixelSet expected(kLow, kHigh);
-    expected.ForRect({kLow, kLow, kHigh, kHigh}, [](bool) { return false; });
     for (int32_t y = kLow; y < kHigh; ++y) {
       for (int32_t x = kLow; x < kHigh; ++x)
         expected.Set(x, y, InPolygon(points, x, y, rule));
@@ -224,32 +174,6 @@ TEST(PlatformRegion, PolygonsFollowTheirRules) {
                                          static_cast<int>(points.size()), rule));
     ASSERT_EQ(PixelsOf(region.get()), expected) << round;
   }
-}
-
-TEST(PlatformRegion, WrongCallsFailAndChangeNothing) {
-  const Region a(CreateRectRgn(1, 2, 10, 12)), b(CreateRectRgn(3, 3, 5, 5));
-  const HRGN dead = CreateRectRgn(0, 0, 1, 1);
-  DeleteObject(dead);
-  for (int mode = RGN_AND; mode <= RGN_DIFF; ++mode) {
-    EXPECT_EQ(CombineRgn(b.get(), a.get(), nullptr, mode), RGN_ERROR);
-    EXPECT_EQ(CombineRgn(b.get(), dead, a.get(), mode), RGN_ERROR);
-    EXPECT_EQ(CombineRgn(dead, a.get(), a.get(), mode), RGN_ERROR);
-  }
-  EXPECT_EQ(CombineRgn(b.get(), a.get(), a.get(), 0), RGN_ERROR);
-  EXPECT_EQ(CombineRgn(b.get(), a.get(), a.get(), RGN_COPY + 1), RGN_ERROR);
-  RECT box;
-  EXPECT_EQ(GetRgnBox(b.get(), &box), SIMPLEREGION);
-  EXPECT_EQ(Text(box), "3,3,5,5");
-  EXPECT_EQ(GetRgnBox(dead, &box), RGN_ERROR);
-  EXPECT_FALSE(SetRectRgn(dead, 0, 0, 1, 1));
-  EXPECT_EQ(OffsetRgn(dead, 1, 1), RGN_ERROR);
-  EXPECT_EQ(GetRegionData(dead, 0, nullptr), 0u);
-  const POINT point{};
-  EXPECT_EQ(CreatePolygonRgn(&point, -1, WINDING), nullptr);
-  uint32_t words[12];
-  auto* data = reinterpret_cast<RGNDATA*>(words);
-  EXPECT_EQ(GetRegionData(a.get(), 47, data), 0u);
-  EXPECT_EQ(GetRegionData(a.get(), 48, data), 48u);
 }
 
 HEADLESS_TEST(PlatformRegion, FailedCallsLeaveTheResultAlone) {

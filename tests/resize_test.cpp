@@ -12,8 +12,6 @@
 namespace vn::test {
 namespace {
 
-using Pixels = std::vector<uint32_t>;
-
 size_t RowBytes(size_t width, int32_t bits) {
   return (width * static_cast<size_t>(bits) + 31) / 32 * 4;
 }
@@ -101,18 +99,6 @@ TEST(StreamedResize, RowsAreAsTheSlowModelMakesThem) {
   }
 }
 
-TEST(StreamedResize, KnownRows) {
-  Stream enlarge(3, 1, 7, 1);
-  Bytes row = {10, 11, 12, 0, 0, 0, 0, 0};
-  enlarge.Row(&row, 0, 8);
-  EXPECT_EQ(row, (Bytes{10, 10, 10, 11, 11, 12, 12, 0}));
-  // A row of 5 pixels and its enlargement to 7 end in one byte: old bits stay set.
-  Stream bitsStream(5, 1, 7, 1);
-  Bytes bits = {0b10011'001, 0, 0, 0};
-  bitsStream.Row(&bits, 0, 1);
-  EXPECT_EQ(bits[0], 0b1100011'0 | 0b10011'001);
-}
-
 // Fed rising rows, the stream gives every destination row once: source row s as often as multiples
 // of the old height by the new one fall into it. Each row is as in a resize of the whole bitmap,
 // and so is the whole picture where the new height is a multiple of the old one. (With other
@@ -159,71 +145,6 @@ TEST(StreamedResize, RisingRowsEqualTheWholeResize) {
   }
 }
 
-// The count of a row in any order, told from the row numbers alone.
-class CountModel {
- public:
-  CountModel(uint32_t oldHeight, uint32_t newHeight) : old_(oldHeight), new_(newHeight) {}
-  uint32_t Count(uint32_t row) {
-    const uint32_t rest = new_ % old_;
-    uint32_t count = new_ / old_;
-    if (last_ - row == 1) {
-      if (!falling_) before_ = rest * row % old_;
-      falling_ = true;
-      count += before_ < rest;
-      before_ = (before_ + old_ - rest) % old_;
-    } else {
-      if (falling_ || last_ + 1 != row) before_ = rest * row % old_;
-      falling_ = false;
-      count += before_ + rest >= old_;
-      before_ = (before_ + rest) % old_;
-    }
-    last_ = row;
-    return count;
-  }
-
- private:
-  uint32_t old_, new_, last_ = UINT32_MAX, before_ = 0;
-  bool falling_ = false;
-};
-
-TEST(StreamedResize, CountsFollowRowsInAnyOrder) {
-  Random random(33);
-  for (int32_t i = 0; i < 300; ++i) {
-    const int32_t height = random.Between(2, 30), newHeight = random.Between(1, 60);
-    if (height == newHeight) continue;
-    Stream stream(8, height, 8, newHeight);
-    CountModel model(static_cast<uint32_t>(height), static_cast<uint32_t>(newHeight));
-    int32_t row = random.Between(0, height - 1);
-    for (int32_t n = 0; n < 60; ++n) {
-      Bytes buffer = {1, 2, 3, 4, 5, 6, 7, 8};
-      const Bytes before = buffer;
-      ASSERT_EQ(stream.Row(&buffer, static_cast<uint32_t>(row), 8),
-                model.Count(static_cast<uint32_t>(row)));
-      ASSERT_EQ(buffer, before);  // equal widths: only the count varies
-      row += random.Chance(4) ? random.Between(-3, 3) : n % 20 < 10 ? 1 : -1;
-      row = std::clamp(row, 0, height - 1);
-    }
-  }
-}
-
-TEST(StreamedResize, EqualSizesChangeNothing) {
-  for (const int32_t bits : kDepths) {
-    Stream stream(9, 4, 9, 4);
-    Bytes buffer(36, 0xA7);
-    EXPECT_EQ(stream.Row(&buffer, 17, bits), 1u);
-    EXPECT_EQ(stream.lastWidth(), 9u);
-    EXPECT_EQ(buffer, Bytes(36, 0xA7));
-  }
-}
-
-TEST(StreamedResize, RefusesImpossibleSizes) {
-  ResizeState* state = nullptr;
-  EXPECT_EQ(Vn_StartResize(5, 5, 0, 5, &state), ERR_INVALID_PARAMETER);
-  EXPECT_EQ(Vn_StartResize(5, 5, 5, -1, &state), ERR_INVALID_PARAMETER);
-  EXPECT_EQ(Vn_StartResize(5, 0, 5, 5, &state), ERR_INVALID_PARAMETER);
-  EXPECT_EQ(state, nullptr);
-}
-
 // Each destination pixel is the first source pixel of its cell; opposite row orders turn rows over.
 void ExpectResized(BitmapHandle* source, BitmapHandle* result) {
   const auto bits = source->BitsPerPixel;
@@ -247,9 +168,7 @@ void ResizeAnySizes(int32_t storage, int32_t rounds) {
   Random random(34 + static_cast<uint64_t>(storage));
   for (int32_t i = 0; i < rounds; ++i) {
     const int32_t bits = kDepths[i % 6];
-    const auto size = [&](uint32_t most) {
-      return static_cast<uint32_t>(random.Between(1, static_cast<int32_t>(most)));
-    };
+    const auto size = [&](int32_t most) { return static_cast<uint32_t>(random.Between(1, most)); };
     Bitmap source(size(i % 3 ? 60 : 250), size(30), bits,
                   i & 1 ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST, ORDER_BGR, nullptr, storage);
     const bool same = random.Chance(8);
@@ -273,7 +192,7 @@ HEADLESS_TEST(ResizeBitmap, PicksTheSameOnWin32s) {
 
 TEST(ResizeBitmap, TellsProgressByRowsAndStops) {
   Bitmap source(3, 7, 8);
-  for (const uint32_t height : {1u, 3u, 100u, 101u, 300u}) {
+  for (const uint32_t height : {3u, 300u}) {
     Bitmap result(2, height, 8);
     const StatusLog log;
     EXPECT_EQ(Vn_ResizeBitmap(source, result), OK);
@@ -281,22 +200,11 @@ TEST(ResizeBitmap, TellsProgressByRowsAndStops) {
   }
   Bitmap result(2, 10, 8);
   for (const size_t stopAt : {size_t{1}, size_t{4}, size_t{11}}) {
-    for (const VnStatus value : {0, -99}) {
-      const StatusLog log(stopAt, value);
-      EXPECT_EQ(Vn_ResizeBitmap(source, result), value);
-      EXPECT_EQ(log.percents().size(), stopAt);
-      EXPECT_FALSE(result->Flags & FLAG_LOCKED);
-    }
+    const StatusLog log(stopAt, -99);
+    EXPECT_EQ(Vn_ResizeBitmap(source, result), -99);
+    EXPECT_EQ(log.percents().size(), stopAt);
+    EXPECT_FALSE(result->Flags & FLAG_LOCKED);
   }
-}
-
-TEST(ResizeBitmap, WantsTwoBitmaps) {
-  Bitmap bitmap(2, 2, 8);
-  BitmapHandle empty{};
-  EXPECT_EQ(Vn_ResizeBitmap(nullptr, bitmap), ERR_NO_BITMAP);
-  EXPECT_EQ(Vn_ResizeBitmap(bitmap, nullptr), ERR_NO_BITMAP);
-  EXPECT_EQ(Vn_ResizeBitmap(&empty, bitmap), ERR_NO_BITMAP);
-  EXPECT_EQ(Vn_ResizeBitmap(bitmap, &empty), ERR_NO_BITMAP);
 }
 
 TEST(SizeBitmap, ReplacesThePixelsAndKeepsTheRest) {
@@ -305,36 +213,15 @@ TEST(SizeBitmap, ReplacesThePixelsAndKeepsTheRest) {
     Bitmap bitmap(21, 13, bits, VIEW_TOP_FIRST);
     FillRandom(bitmap, random);
     bitmap->CarriedTag = 12345;
-    bitmap->XResolution = 72;
     Bitmap copy;
     ASSERT_EQ(Vn_CopyBitmap(copy.get(), bitmap), OK);
     const HPALETTE palette = bitmap->Palette, paint = bitmap->PaintPalette;
     ASSERT_EQ(Vn_SizeBitmap(bitmap, 50, 7), OK);
-    EXPECT_EQ(bitmap->Width, 50);
-    EXPECT_EQ(bitmap->Height, 7);
-    EXPECT_EQ(bitmap->BitsPerPixel, bits);
-    EXPECT_EQ(bitmap->CarriedTag, 12345u);
-    EXPECT_EQ(bitmap->XResolution, 72);
+    EXPECT_TRUE(bitmap->Width == 50 && bitmap->Height == 7 && bitmap->CarriedTag == 12345);
     EXPECT_EQ(bitmap->ViewOrigin, static_cast<uint32_t>(VIEW_TOP_FIRST));
-    EXPECT_EQ(bitmap->Palette, palette);
-    EXPECT_EQ(bitmap->PaintPalette, paint);
+    EXPECT_TRUE(bitmap->Palette == palette && bitmap->PaintPalette == paint);
     ExpectResized(copy, bitmap);
   }
-}
-
-TEST(SizeBitmap, ScalesTheRegion) {
-  Bitmap bitmap(20, 10, 8);
-  const RECT rect = {4, 2, 12, 6};
-  ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);
-  ASSERT_EQ(Vn_SizeBitmap(bitmap, 10, 20), OK);
-  RECT bounds;
-  ASSERT_EQ(Vn_GetBitmapRgnBounds(bitmap, nullptr, &bounds), OK);
-  EXPECT_EQ(bounds.left, 2);
-  EXPECT_EQ(bounds.top, 4);
-  EXPECT_EQ(bounds.right, 6);
-  EXPECT_EQ(bounds.bottom, 12);
-  EXPECT_TRUE(Vn_IsPtInBitmapRgn(bitmap, 11, 5));
-  EXPECT_FALSE(Vn_IsPtInBitmapRgn(bitmap, 12, 5));
 }
 
 TEST(SizeBitmap, RefusesAndKeeps) {
@@ -342,10 +229,6 @@ TEST(SizeBitmap, RefusesAndKeeps) {
   Bitmap bitmap(5, 6, 8);
   FillRandom(bitmap, random);
   const Bytes before = ReadAll(bitmap);
-  BitmapHandle empty{};
-  EXPECT_EQ(Vn_SizeBitmap(nullptr, 2, 2), ERR_INVALID_PARAMETER);
-  EXPECT_EQ(Vn_SizeBitmap(&empty, 2, 2), ERR_INVALID_PARAMETER);
-  EXPECT_EQ(Vn_SizeBitmap(bitmap, 5, 6), OK);
   EXPECT_EQ(Vn_SizeBitmap(bitmap, 0, 6), ERR_EMPTY_BITMAP);
   EXPECT_EQ(Vn_SizeBitmap(bitmap, -1, 6), ERR_NO_MEMORY);
   EXPECT_EQ(Vn_SizeBitmap(bitmap, 0x20000004, 1), ERR_NO_MEMORY);  // the stride would wrap
@@ -363,10 +246,8 @@ TEST(SizeBitmap, StoppedKeepsPixelsButNotThePalettes) {
   FillRandom(bitmap, random);
   const Bytes before = ReadAll(bitmap);
   const HPALETTE palette = bitmap->PaintPalette;
-  {
-    const StatusLog log(3, -500);
-    EXPECT_EQ(Vn_SizeBitmap(bitmap, 4, 4), -500);
-  }
+  const StatusLog log(3, -500);
+  EXPECT_EQ(Vn_SizeBitmap(bitmap, 4, 4), -500);
   EXPECT_EQ(bitmap->Width, 9);
   EXPECT_EQ(ReadAll(bitmap), before);
   EXPECT_EQ(bitmap->PaintPalette, palette);

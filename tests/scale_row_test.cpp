@@ -81,56 +81,15 @@ TEST(ScaleRow, FollowsTheRuleForAnyWords) {
   Random random(2);
   const uint32_t divisors[] = {0, 1, 2, 7, 0x7FFFFFFF, 0x40000000, 0x3FFFFFF, 0x5555555};
   for (int round = 0; round < 3000; ++round) {
-    Scaling s{kDepths[random.Between(0, 5)],
-              static_cast<uint32_t>(random.Between(0, 20)),
-              static_cast<uint32_t>(random.Between(0, 3)),
-              0,
-              0,
-              static_cast<uint32_t>(random.Between(1, 90)),
-              divisors[random.Between(0, 7)],
-              random.Between(0, 1)};
-    const int32_t most = s.divisor ? static_cast<int32_t>(std::min(s.divisor, 0x3FFFFFFFu)) : 3;
-    s.accumulator = static_cast<uint32_t>(random.Between(0, most));
-    s.remainder = static_cast<uint32_t>(random.Between(0, most));
-    Check(s, random);
+    const uint32_t divisor = divisors[random.Between(0, 7)];
+    const auto upTo = [&](uint32_t most) {
+      return static_cast<uint32_t>(random.Between(0, static_cast<int32_t>(most)));
+    };
+    const uint32_t most = divisor ? std::min(divisor, 0x3FFFFFFFu) : 3;
+    Check({kDepths[upTo(5)], upTo(20), upTo(3), upTo(most), upTo(most), 1 + upTo(89), divisor,
+           random.Between(0, 1)},
+          random);
   }
-}
-
-TEST(ScaleRow, PicksTheFirstPixelOfEachCell) {
-  const Bytes source = {10, 20, 30};
-  Bytes destination(7);
-  ScaleRow(8, 7, 0, 0, 0, 3, source.data(), destination.data(), 7, 7, 1);
-  EXPECT_EQ(destination, (Bytes{10, 10, 10, 20, 20, 30, 30}));
-}
-
-// The resizer shrinks rows of whole bytes within one buffer.
-TEST(ScaleRow, ShrinksInPlace) {
-  Random random(3);
-  for (int round = 0; round < 1500; ++round) {
-    const auto from = static_cast<uint32_t>(random.Between(1, 150));
-    const auto to = static_cast<uint32_t>(random.Between(1, static_cast<int32_t>(from)));
-    const int32_t bits = kDepths[random.Between(2, 5)];
-    const Scaling s{bits, 0, from / to, 0, from % to, to, to, 0};
-    Bytes row(BytesOf(from, bits));
-    random.Fill(row.data(), row.size());
-    Bytes apart(BytesOf(to, bits));
-    s.Run(row, apart, 0);
-    s.Run(row, row, 0);
-    row.resize(apart.size());
-    ASSERT_EQ(row, apart) << bits << " bits, " << from << " to " << to;
-  }
-}
-
-TEST(ScaleRow, TouchesNothingElse) {
-  const Bytes source(64, 0xFF);
-  Bytes destination(8, 0x11);
-  ScaleRow(2, 8, 0, 1, 0, 0, source.data(), destination.data(), 8, 8, 0);
-  EXPECT_EQ(destination, Bytes(8, 0x11)) << "a depth that does not exist";
-  ScaleRow(1, 2, 0, 0, 0, 1, source.data(), destination.data(), 20, 20, 1);
-  EXPECT_EQ(destination, (Bytes{0xFF, 0xFF, 0xF1, 0x11, 0x11, 0x11, 0x11, 0x11}))
-      << "bits behind rowBytes are set, not cleared";
-  ScaleRow(1, 4, 0, 0, 0, 1, source.data(), destination.data(), 0, 20, 1);
-  EXPECT_EQ(destination, (Bytes{0, 0, 0, 0, 0x11, 0x11, 0x11, 0x11})) << "a row of no pixels";
 }
 
 }  // namespace

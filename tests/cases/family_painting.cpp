@@ -36,7 +36,7 @@ struct Rects {
   const RECT* sourceClipOrNull = nullptr;
   const RECT* destinationClipOrNull = nullptr;
 
-  Rects(Case& test, const BitmapHandle& bitmap, int32_t x, int32_t y) {
+  Rects(Case& test, const BitmapHandle& bitmap) {
     if (test.random.Chance(2)) {
       source = RandomRect(test, bitmap.Width, bitmap.Height);
       // An empty source has no scale.
@@ -56,8 +56,7 @@ struct Rects {
       if (!test.random.Chance(4)) width = test.Pick(1, 90);
       if (!test.random.Chance(4)) height = test.Pick(1, 60);
     }
-    x += test.Pick(-3, 20);
-    y += test.Pick(-3, 15);
+    const int32_t x = test.Pick(-3, 20), y = test.Pick(-3, 15);
     destination = {x, y, x + width, y + height};
     if (test.random.Chance(3)) {
       destinationClip = RandomRect(test, width, height);
@@ -72,19 +71,15 @@ struct Rects {
   }
 };
 
-// Colours of an area of a context, as 24-bit pixels.
-void FoldArea(Case& test, HDC context, int32_t x, int32_t y, int32_t width, int32_t height) {
+// Colours of the upper left area of a context, as 24-bit pixels.
+void FoldArea(Case& test, HDC context, int32_t width, int32_t height) {
   DibInfo info = {};
-  info.header.biSize = sizeof info.header;
-  info.header.biWidth = width;
-  info.header.biHeight = -height;
-  info.header.biPlanes = 1;
-  info.header.biBitCount = 24;
+  info.header = {sizeof info.header, width, -height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
   HDC memory = CreateCompatibleDC(nullptr);
   void* pixels = nullptr;
   HBITMAP section = CreateDIBSection(memory, info.get(), DIB_RGB_COLORS, &pixels, nullptr, 0);
   HGDIOBJ before = SelectObject(memory, section);
-  test.Fold("BitBlt", BitBlt(memory, 0, 0, width, height, context, x, y, SRCCOPY) != 0);
+  test.Fold("BitBlt", BitBlt(memory, 0, 0, width, height, context, 0, 0, SRCCOPY) != 0);
   for (int32_t row = 0; row < height; ++row) {
     char name[24];
     std::snprintf(name, sizeof name, "row %d", row);
@@ -99,8 +94,8 @@ void FoldArea(Case& test, HDC context, int32_t x, int32_t y, int32_t width, int3
 
 constexpr int32_t kWidth = 100, kHeight = 70;
 
-// One paint at (x, y) of `context`, with the palette that the library asks for realised.
-void Paint(Case& test, HDC context, int32_t x, int32_t y) {
+// One paint onto `context`, with the palette that the library asks for realised.
+void Paint(Case& test, HDC context) {
   Bitmap bitmap(test, RandomShape(test, 60, 40));
   const auto mode = test.random.Chance(3) ? 12u : static_cast<uint32_t>(test.Pick(0, 255));
   const uint32_t modeBefore = Vn_SetDisplayMode(static_cast<uint32_t>(-1), mode);
@@ -115,13 +110,13 @@ void Paint(Case& test, HDC context, int32_t x, int32_t y) {
   HPALETTE paletteBefore = palette ? SelectPalette(context, palette, FALSE) : nullptr;
   if (palette) RealizePalette(context);
 
-  const Rects rects(test, *bitmap.get(), x, y);
+  const Rects rects(test, *bitmap.get());
   const DWORD operation =
       test.random.Chance(6) ? test.OneOf({SRCAND, SRCPAINT, SRCINVERT, NOTSRCCOPY}) : SRCCOPY;
   test.Note("operation %08x", static_cast<unsigned>(operation));
   test.Fold("Vn_PaintDC", Vn_PaintDC(context, bitmap, rects.sourceOrNull, rects.sourceClipOrNull,
                                      &rects.destination, rects.destinationClipOrNull, operation));
-  FoldArea(test, context, x, y, kWidth, kHeight);
+  FoldArea(test, context, kWidth, kHeight);
 
   Vn_SetDisplayMode(static_cast<uint32_t>(-1), modeBefore);
   if (paletteBefore) SelectPalette(context, paletteBefore, FALSE);
@@ -138,34 +133,32 @@ void RunTrueColor(Case& test) {
   Dib ground(test, kWidth, kHeight, 24, false, false);
   StretchDIBits(context, 0, 0, kWidth, kHeight, 0, 0, kWidth, kHeight, ground.bits(), ground.info(),
                 DIB_RGB_COLORS, SRCCOPY);
-  Paint(test, context, 0, 0);
+  Paint(test, context);
   SelectObject(context, before);
   DeleteObject(surface);
   DeleteDC(context);
 }
 
-// The screen itself, black where the case paints. Its hardware palette keeps what earlier cases
-// realised, so each case begins with a ground of its own.
-void RunPalette(Case& test) {
+// The screen itself, black. Its hardware palette keeps what earlier cases realised, so each case
+// begins with a ground of its own.
+HDC ScreenWithGround(Case& test) {
   HDC screen = GetDC(nullptr);
-  {
-    RandomPaletteScope ground(test, screen, 256);
-    RealizePalette(screen);
-  }
-  PatBlt(screen, 0, 0, kWidth, kHeight, BLACKNESS);
-  Paint(test, screen, 0, 0);
+  const RandomPaletteScope ground(test, screen, 256);
+  RealizePalette(screen);
+  PatBlt(screen, 0, 0, 320, 240, BLACKNESS);
+  return screen;
+}
+
+void RunPalette(Case& test) {
+  HDC screen = ScreenWithGround(test);
+  Paint(test, screen);
   ReleaseDC(nullptr, screen);
 }
 
 // The road that most pictures take to such a screen: 24 bits, scaled, dithered to the fixed palette
 // that the library asks for, which is realised. Gradients under some noise, so that errors show.
 void RunRoad(Case& test) {
-  HDC screen = GetDC(nullptr);
-  {
-    RandomPaletteScope ground(test, screen, 256);
-    RealizePalette(screen);
-  }
-  PatBlt(screen, 0, 0, 320, 240, BLACKNESS);
+  HDC screen = ScreenWithGround(test);
   Shape shape = RandomShape(test, 200, 150);
   shape.bits = 24;
   Bitmap bitmap(test, shape);
@@ -191,7 +184,7 @@ void RunRoad(Case& test) {
   test.Note("onto %dx%d", width, height);
   test.Fold("Vn_PaintDC",
             Vn_PaintDC(screen, bitmap, nullptr, nullptr, &destination, nullptr, SRCCOPY));
-  FoldArea(test, screen, 0, 0, 320, 240);
+  FoldArea(test, screen, 320, 240);
   SelectPalette(screen, paletteBefore, FALSE);
   DeleteObject(palette);
   Vn_SetDisplayMode(static_cast<uint32_t>(-1), modeBefore);

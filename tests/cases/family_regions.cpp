@@ -28,14 +28,13 @@ struct Plain {
 };
 
 RegionTransform RandomTransform(Case& test) {
-  RegionTransform transform;
-  transform.ViewOrigin = test.random.Chance(20) ? 1 : test.OneOf({0, 2});
-  transform.XScaleNumerator = test.Pick(-1, 5);
-  transform.XScaleDenominator = test.Pick(test.random.Chance(20) ? 0 : 1, 4);
-  transform.YScaleNumerator = test.Pick(0, 5);
-  transform.YScaleDenominator = test.Pick(1, 4);
-  transform.XOffset = test.Pick(-9, 9);
-  transform.YOffset = test.Pick(-9, 9);
+  const RegionTransform transform = {test.random.Chance(20) ? 1 : test.OneOf({0, 2}),
+                                     test.Pick(-1, 5),
+                                     test.Pick(test.random.Chance(20) ? 0 : 1, 4),
+                                     test.Pick(0, 5),
+                                     test.Pick(1, 4),
+                                     test.Pick(-9, 9),
+                                     test.Pick(-9, 9)};
   test.Note("transform %d, %d/%d, %d/%d, %d, %d", transform.ViewOrigin, transform.XScaleNumerator,
             transform.XScaleDenominator, transform.YScaleNumerator, transform.YScaleDenominator,
             transform.XOffset, transform.YOffset);

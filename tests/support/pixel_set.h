@@ -8,7 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/win32.h"
+#include "kernel/platform_objects.h"
+#include "kernel/vncore.h"
+#include "region/region_record.h"
+#include "region/region_union.h"
 #include "tests/support/random.h"
 
 namespace vn::test {
@@ -78,18 +81,6 @@ class PixelSet {
   }
   bool operator==(const PixelSet& other) const = default;
 
-  // For messages: a line for each row within the bounds.
-  friend std::ostream& operator<<(std::ostream& out, const PixelSet& set) {
-    const RECT box = set.Bounds();
-    out << "from " << box.left << ", " << box.top << ":\n";
-    for (int32_t y = box.top; y < box.bottom; ++y) {
-      for (int32_t x = box.left; x < box.right; ++x)
-        out << (set.At(x, y) ? '#' : '.');
-      out << '\n';
-    }
-    return out;
-  }
-
  private:
   bool Holds(int32_t x, int32_t y) const {
     return x >= low_ && y >= low_ && x < low_ + side_ && y < low_ + side_;
@@ -110,6 +101,39 @@ inline RECT RandomRect(Random& random, int32_t low, int32_t high) {
   const int32_t left = random.Between(low, high - 1), top = random.Between(low, high - 1);
   return {left, top, random.Between(left + 1, high), random.Between(top + 1, high)};
 }
+
+using Region = OwnedObject<HRGN>;
+
+// A record without pixels, of random size up to 40 if none is given: a region needs no more.
+class Plain {
+ public:
+  Plain(int32_t width, int32_t height, uint32_t origin = VIEW_BOTTOM_FIRST) {
+    handle_.Width = width;
+    handle_.Height = height;
+    handle_.ViewOrigin = origin;
+  }
+  explicit Plain(Random& random, uint32_t origin = VIEW_BOTTOM_FIRST)
+      : Plain(random.Between(1, 40), random.Between(1, 40), origin) {}
+  Plain(const Plain&) = delete;
+  Plain& operator=(const Plain&) = delete;
+  ~Plain() { Vn_FreeBitmapRgn(&handle_); }
+  BitmapHandle* operator->() { return &handle_; }
+  operator BitmapHandle*() { return &handle_; }
+
+  void Select(HRGN shape) {
+    EXPECT_EQ(Vn_SetBitmapRgnHandle(&handle_, nullptr, shape, REGION_COMBINE_REPLACE), OK);
+  }
+  std::vector<RECT> Rects() { return {handle_.Region->begin(), handle_.Region->end()}; }
+  // What Vn_GetBitmapRgnHandle gives, which fills the cache.
+  Region Get(const RegionTransform* transform = nullptr) {
+    HRGN got = nullptr;
+    EXPECT_EQ(Vn_GetBitmapRgnHandle(&handle_, transform, &got), OK);
+    return Region(got);
+  }
+
+ private:
+  BitmapHandle handle_{};
+};
 
 }  // namespace vn::test
 
