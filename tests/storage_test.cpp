@@ -18,42 +18,22 @@ TEST(Storage, RefusesEmptyBitmapsBeforeBadRequests) {
   Vn_InitBitmap(&bitmap, 0, 5, 8);
   EXPECT_EQ(Vn_AllocateBitmap(&bitmap, 2), ERR_EMPTY_BITMAP);
   Vn_InitBitmap(&bitmap, 5, 5, 8);
-  for (const int32_t request : {0, 2, 127, 129, 257, -1}) {
-    EXPECT_EQ(Vn_AllocateBitmap(&bitmap, request), ERR_INVALID_PARAMETER);
-  }
-  EXPECT_EQ(bitmap.Flags, 0u);
-  Vn_FreeBitmap(&bitmap);
-}
-
-TEST(Storage, EveryRequestGivesPixelsAndCanBeRepeated) {
-  BitmapHandle bitmap;
-  Vn_InitBitmap(&bitmap, 100, 50, 24);
-  for (const int32_t request : {STORAGE_AUTO, STORAGE_DISK, STORAGE_MEMORY}) {
-    ASSERT_EQ(Vn_AllocateBitmap(&bitmap, request), OK);
-    WriteRow(&bitmap, 49, Bytes(300, 7));
-    EXPECT_EQ(ReadRow(&bitmap, 49), Bytes(300, 7));
-    Vn_FreeBitmap(&bitmap);
-    EXPECT_FALSE(bitmap.Flags & FLAG_ALLOCATED);
-    EXPECT_EQ(bitmap.Width, 100);
-    Vn_FreeBitmap(&bitmap);
-  }
+  EXPECT_EQ(Vn_AllocateBitmap(&bitmap, 2), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_ChangeBitmapHeight(&bitmap, 3), ERR_NO_BITMAP);
 }
 
 TEST(Storage, LocksNestByTheirState) {
   Bitmap bitmap(10, 10, 24);
-  const bool memory = bitmap->Flags & FLAG_IN_MEMORY;
-  const int32_t outer = Vn_LockBitmap(bitmap);
-  EXPECT_EQ(outer, 0);
-  const int32_t inner = Vn_LockBitmap(bitmap);
-  EXPECT_EQ(inner, memory ? 1 : 0);
-  Vn_UnlockBitmap(bitmap, inner);
-  EXPECT_EQ((bitmap->Flags & FLAG_LOCKED) != 0, memory);
-  if (memory) {
-    EXPECT_EQ(Vn_ChangeBitmapHeight(bitmap, 10), ERR_INVALID_PARAMETER);
-  }
-  Vn_UnlockBitmap(bitmap, outer);
+  const int32_t memory = bitmap->Flags & FLAG_IN_MEMORY ? 1 : 0;
+  EXPECT_EQ(Vn_LockBitmap(bitmap), 0);
+  EXPECT_EQ(Vn_LockBitmap(bitmap), memory);
+  Vn_UnlockBitmap(bitmap, memory);
+  EXPECT_EQ(Vn_ChangeBitmapHeight(bitmap, 10), memory ? 0 + ERR_INVALID_PARAMETER : 0 + OK);
+  Vn_UnlockBitmap(bitmap, 0);
+  Vn_AccessBitmap(bitmap);
+  EXPECT_EQ(Vn_LockBitmap(bitmap), memory);
+  Vn_ReleaseBitmap(bitmap);
   EXPECT_FALSE(bitmap->Flags & FLAG_LOCKED);
-  EXPECT_EQ(Vn_ChangeBitmapHeight(bitmap, 10), OK);
 }
 
 TEST(Storage, FreeImageHandsPalettesOn) {
@@ -69,13 +49,6 @@ TEST(Storage, FreeImageHandsPalettesOn) {
   EXPECT_EQ(bitmap->Palette, nullptr);
   EXPECT_EQ(Vn_GetPaletteSize(palette), 256);
   EXPECT_TRUE(DeleteObject(palette));
-}
-
-TEST(Storage, ChangeHeightOfNothing) {
-  EXPECT_EQ(Vn_ChangeBitmapHeight(nullptr, 3), ERR_NO_BITMAP);
-  BitmapHandle bitmap;
-  Vn_InitBitmap(&bitmap, 5, 5, 8);
-  EXPECT_EQ(Vn_ChangeBitmapHeight(&bitmap, 3), ERR_NO_BITMAP);
 }
 
 #ifndef _WIN32  // what follows steers the headless platform
@@ -164,32 +137,6 @@ TEST(Storage, AllKindsHoldTheSameBytes) {
   EXPECT_EQ(folder.Sweep(), 0u);
 }
 
-TEST(Storage, ChangeHeightKeepsRows) {
-  WithEachStorage([](const StorageKind& kind) {
-    Random random(3);
-    BitmapHandle bitmap = Allocated(kind, 50, 20, 24);
-    FillRandom(&bitmap, random);
-    const Bytes before = ReadAll(&bitmap);
-    for (const uint32_t height : {47u, 9u, 21u, 1u}) {
-      ASSERT_EQ(Vn_ChangeBitmapHeight(&bitmap, height), OK);
-      EXPECT_EQ(bitmap.Flags, kind.flags);
-      EXPECT_EQ(bitmap.Height, static_cast<int32_t>(height));
-      EXPECT_EQ(bitmap.DataSize, height * bitmap.BytesPerLine);
-      EXPECT_EQ(bitmap.DibHeader.biHeight, bitmap.Height);
-      EXPECT_EQ(bitmap.DibHeader.biSizeImage, bitmap.DataSize);
-      EXPECT_EQ(bitmap.CurrentRow, 0u);
-      EXPECT_EQ(bitmap.CurrentOffset, 0u);
-      WriteRow(&bitmap, height - 1, Bytes(bitmap.BytesPerLine, 1));
-      if (height > 20) {
-        const Bytes now = ReadAll(&bitmap);
-        EXPECT_TRUE(
-            std::equal(before.begin(), before.begin() + 8 * bitmap.BytesPerLine, now.begin()));
-      }
-    }
-    Vn_FreeBitmap(&bitmap);
-  });
-}
-
 TEST(Storage, FailedHeightsChangeNothing) {
   WithEachStorage([](const StorageKind& kind) {
     Random random(4);
@@ -248,26 +195,8 @@ TEST(Storage, Win32sFallsBackToAFile) {
   const std::string name = reinterpret_cast<const char*>(bitmap.Bits);
   EXPECT_EQ(std::filesystem::path(name).filename().string().substr(0, 2), "VN");
   EXPECT_EQ(std::filesystem::file_size(name), bitmap.DataSize + 1);
-  EXPECT_EQ(Vn_LockBitmap(&bitmap), 0);
-  EXPECT_EQ(Vn_LockBitmap(&bitmap), 0);  // a file is never locked
-  EXPECT_EQ(ReadRow(&bitmap, 99), Bytes(300, 0));
   Vn_FreeBitmap(&bitmap);
   EXPECT_EQ(folder.Sweep(), 0u);
-}
-
-TEST(Storage, GlobalMemoryHasAddressesOnlyWhileLocked) {
-  const Win32sScope win32s;
-  BitmapHandle bitmap;
-  Vn_InitBitmap(&bitmap, 10, 10, 8);
-  ASSERT_EQ(Vn_AllocateBitmap(&bitmap, STORAGE_AUTO), OK);
-  EXPECT_EQ(bitmap.Bits, nullptr);
-  Vn_AccessBitmap(&bitmap);
-  EXPECT_NE(bitmap.Bits, nullptr);
-  EXPECT_EQ(Vn_LockBitmap(&bitmap), 1);
-  Vn_ReleaseBitmap(&bitmap);
-  EXPECT_EQ(bitmap.Bits, nullptr);
-  Vn_LockBitmap(&bitmap);
-  Vn_FreeBitmap(&bitmap);  // also of a locked one
 }
 
 #endif

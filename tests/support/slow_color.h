@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "tests/support/bitmaps.h"
+#include "tests/support/pixels.h"
 
 namespace vn::test {
 
@@ -55,25 +56,11 @@ inline uint32_t SlowMatch(const RGBQUAD* colors, uint32_t count, SlowColor c) {
   return best;
 }
 
-// `bits` bits at bit `at` of a row whose first bit is the top bit of its first byte.
-inline uint32_t SlowBits(const Bytes& row, size_t at, int bits) {
-  uint32_t value = 0;
-  for (int i = 0; i < bits; ++i, ++at)
-    value = value * 2 + (row[at / 8] >> (7 - at % 8)) % 2;
-  return value;
-}
-inline void SetSlowBits(Bytes& row, size_t at, int bits, uint32_t value) {
-  for (int i = bits - 1; i >= 0; --i, ++at) {
-    const int mask = 1 << (7 - at % 8);
-    row[at / 8] = static_cast<uint8_t>((row[at / 8] & ~mask) | ((value >> i) % 2 ? mask : 0));
-  }
-}
-
 // The colour of pixel `x`; `bits` 0 is one byte of gray.
 inline SlowColor SlowPixel(const Bytes& row, size_t x, uint32_t bits, uint32_t order,
                            const RGBQUAD* colors) {
   if (bits == 0) return {row[x], row[x], row[x]};
-  if (bits <= 8) return SlowEntry(colors[SlowBits(row, x * bits, static_cast<int>(bits))]);
+  if (bits <= 8) return SlowEntry(colors[PixelBits(row, x, static_cast<int32_t>(bits))]);
   int low, middle, high;
   if (bits == 16) {
     const int word = row[2 * x] + 256 * row[2 * x + 1];
