@@ -73,15 +73,6 @@ HEADLESS_TEST(CopyBitmap, CopiesAreIndependentOnWin32s) {
   CopiesAreIndependent(STORAGE_DISK);
 }
 
-TEST(CopyBitmap, ColorOrderIsThatOfANewBitmap) {
-  Bitmap source(1, 1, 24, VIEW_TOP_FIRST, ORDER_RGB);
-  ASSERT_EQ(Vn_PutPixelColor(source, 0, 0, RGB(1, 2, 3)), OK);
-  Bitmap copy;
-  ASSERT_EQ(Vn_CopyBitmap(copy, source), OK);
-  EXPECT_EQ(ReadRow(copy, 0), ReadRow(source, 0));
-  EXPECT_EQ(Vn_GetPixelColor(copy, 0, 0), RGB(3, 2, 1));
-}
-
 TEST(CopyBitmapData, CopiesWhatBothBitmapsHave) {
   Random random(43);
   Bitmap small(9, 3, 24), large(20, 6, 24);

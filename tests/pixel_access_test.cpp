@@ -71,33 +71,6 @@ HEADLESS_TEST(PixelAccess, ReadsAndWritesAgreeOnWin32s) {
   }
 }
 
-TEST(PixelAccess, RawValuesGoInAsIndexes) {
-  const COLORREF five = 16777221;
-  for (const auto& [bits, index] : {std::pair{1, 1u}, {4, 5u}, {8, 5u}}) {
-    Bitmap bitmap(9, 1, bits);
-    ASSERT_EQ(Vn_ClearBitmap(bitmap), OK);
-    for (int32_t column = 0; column < 9; column += 2) {
-      ASSERT_EQ(Vn_PutPixelColor(bitmap, 0, column, five), OK);
-    }
-    for (size_t x = 0; x < 9; ++x) {
-      EXPECT_EQ(PixelBits(ReadRow(bitmap, 0), x, bits), x % 2 ? 0 : index);
-    }
-  }
-  Bitmap deep(2, 1, 24);
-  ASSERT_EQ(Vn_PutPixelColor(deep, 0, 0, 0xFF030201), OK);
-  EXPECT_EQ(Vn_GetPixelColor(deep, 0, 0), 0x030201u);
-}
-
-TEST(PixelAccess, EdgesAndMissingBitmaps) {
-  Bitmap bitmap(3, 2, 8);
-  for (const auto& [row, column] : {std::pair{2, 0}, {-1, 0}, {0, 3}, {0, -1}}) {
-    EXPECT_EQ(Vn_GetPixelColor(bitmap, row, column), VN_NO_PIXEL);
-    EXPECT_EQ(Vn_PutPixelColor(bitmap, row, column, 0), ERR_EMPTY_BITMAP);
-  }
-  EXPECT_EQ(Vn_GetPixelColor(nullptr, 0, 0), VN_NO_PIXEL);
-  EXPECT_EQ(Vn_PutPixelColor(nullptr, 0, 0, 0), ERR_NO_BITMAP);
-}
-
 // The byte of a packed pixel is found by 16 bits of the column.
 TEST(PixelAccess, FarColumnsOfPackedRowsWrap) {
   for (const int32_t bits : {1, 4}) {

@@ -146,24 +146,6 @@ TEST(Region, ModesCombineOldAndNew) {
   }
 }
 
-TEST(Region, ShapesTakeTheirPlatformRegions) {
-  const RECT box = {2, 3, 30, 25};
-  const POINT star[] = {{20, 0}, {32, 38}, {0, 14}, {39, 14}, {8, 38}};
-  const Region shapes[] = {
-      Region(CreateRectRgnIndirect(&box)), Region(CreateEllipticRgnIndirect(&box)),
-      Region(CreatePolygonRgn(star, 5, WINDING)), Region(CreatePolygonRgn(star, 5, ALTERNATE)),
-      Region(CreateRoundRectRgn(2, 3, 30, 25, 9, 12))};
-  Plain bitmaps[] = {{40, 36}, {40, 36}, {40, 36}, {40, 36}, {40, 36}};
-  EXPECT_EQ(Vn_SetBitmapRgnRect(bitmaps[0], nullptr, &box, 1), OK);
-  EXPECT_EQ(Vn_SetBitmapRgnEllipse(bitmaps[1], nullptr, &box, 1), OK);
-  EXPECT_EQ(Vn_SetBitmapRgnPolygon(bitmaps[2], nullptr, star, 5, REGION_FILL_WINDING, 1), OK);
-  EXPECT_EQ(Vn_SetBitmapRgnPolygon(bitmaps[3], nullptr, star, 5, REGION_FILL_ALTERNATE, 1), OK);
-  EXPECT_EQ(Vn_SetBitmapRgnRoundRect(bitmaps[4], nullptr, &box, 9, 12, 1), OK);
-  for (int32_t i = 0; i < 5; ++i) {
-    EXPECT_EQ(Selected(bitmaps[i]), Clipped(bitmaps[i], RectsOf(shapes[i].get()))) << i;
-  }
-}
-
 // Wrong transforms where there is nothing to transform; no region, and one that is empty.
 TEST(Region, NothingToTransformNothingSelected) {
   Plain bitmap(10, 8);
@@ -268,7 +250,8 @@ HEADLESS_TEST(Region, CacheServesTheTransformItWasBuiltFor) {
     EXPECT_NE(got.get(), bitmap->Region->CachedRegion);
     return calls;
   };
-  for (const RegionTransform* transform : {(const RegionTransform*)nullptr, &doubled, &moved}) {
+  const RegionTransform* const transforms[] = {nullptr, &doubled, &moved};
+  for (const RegionTransform* transform : transforms) {
     EXPECT_GT(cost(transform), 9u);
     EXPECT_EQ(cost(transform), 2u);
   }

@@ -207,23 +207,6 @@ TEST(ResizeBitmap, TellsProgressByRowsAndStops) {
   }
 }
 
-TEST(SizeBitmap, ReplacesThePixelsAndKeepsTheRest) {
-  Random random(35);
-  for (const int32_t bits : kDepths) {
-    Bitmap bitmap(21, 13, bits, VIEW_TOP_FIRST);
-    FillRandom(bitmap, random);
-    bitmap->CarriedTag = 12345;
-    Bitmap copy;
-    ASSERT_EQ(Vn_CopyBitmap(copy.get(), bitmap), OK);
-    const HPALETTE palette = bitmap->Palette, paint = bitmap->PaintPalette;
-    ASSERT_EQ(Vn_SizeBitmap(bitmap, 50, 7), OK);
-    EXPECT_TRUE(bitmap->Width == 50 && bitmap->Height == 7 && bitmap->CarriedTag == 12345);
-    EXPECT_EQ(bitmap->ViewOrigin, static_cast<uint32_t>(VIEW_TOP_FIRST));
-    EXPECT_TRUE(bitmap->Palette == palette && bitmap->PaintPalette == paint);
-    ExpectResized(copy, bitmap);
-  }
-}
-
 TEST(SizeBitmap, RefusesAndKeeps) {
   Random random(36);
   Bitmap bitmap(5, 6, 8);

@@ -49,6 +49,31 @@ int RampOf2(const Colors& colors) {
   return level(0) == 255 && level(1) == 0 ? -1 : 0;
 }
 
+int32_t SlowDeviceBits(int32_t rawBits) {
+  return rawBits >= 16 ? 24 : rawBits >= 8 ? 8 : rawBits >= 4 ? 4 : 1;
+}
+
+int32_t SlowKind(BitmapHandle* bitmap, uint32_t mode, int32_t deviceBits) {
+  const bool dither = mode & MODE_DITHER, fixed = mode & MODE_FIXED_PALETTE;
+  const int32_t bits = bitmap->BitsPerPixel;
+  if (bits == 16 || bits == 32) return dither && deviceBits <= 8 ? PAINT_DITHER : PAINT_EXPAND;
+  if (bits == 24) return dither && deviceBits <= 8 ? PAINT_DITHER : PAINT_DIRECT;
+  if (bits == 1) {
+    const int ramp = RampOf2(ActiveColors(bitmap));
+    const bool gray = (mode & MODE_BITONAL_GRAY) && deviceBits != 1;
+    if (gray && ramp) return ramp > 0 ? PAINT_GRAY : PAINT_GRAY_INVERTED;
+    const bool vote = !gray && (mode & MODE_BITONAL_VOTE);
+    if (vote && ramp) return ramp > 0 ? PAINT_VOTE : PAINT_VOTE_INVERTED;
+    return dither && fixed && (gray || vote || deviceBits == 8) ? PAINT_DITHER : PAINT_DIRECT;
+  }
+  if (!dither || deviceBits == 24 || (bits != 4 && bits != 8)) return PAINT_DIRECT;
+  if (deviceBits == 1 || (bits == 8 && deviceBits == 4)) return PAINT_DITHER;
+  const bool equal = SameAsFixed(ActiveColors(bitmap), bits);
+  if (bits == 4 && deviceBits == 8) return fixed ? PAINT_DITHER : PAINT_DIRECT;
+  if (bits == 8 && !fixed) return PAINT_DIRECT;
+  return equal ? PAINT_DIRECT : PAINT_DITHER;
+}
+
 // The work of one paint. Lines count from the top of the picture, work rows from its bottom.
 class Worker {
  public:
@@ -313,31 +338,6 @@ class Worker {
 };
 
 }  // namespace
-
-int32_t SlowDeviceBits(int32_t rawBits) {
-  return rawBits >= 16 ? 24 : rawBits >= 8 ? 8 : rawBits >= 4 ? 4 : 1;
-}
-
-int32_t SlowKind(BitmapHandle* bitmap, uint32_t mode, int32_t deviceBits) {
-  const bool dither = mode & MODE_DITHER, fixed = mode & MODE_FIXED_PALETTE;
-  const int32_t bits = bitmap->BitsPerPixel;
-  if (bits == 16 || bits == 32) return dither && deviceBits <= 8 ? PAINT_DITHER : PAINT_EXPAND;
-  if (bits == 24) return dither && deviceBits <= 8 ? PAINT_DITHER : PAINT_DIRECT;
-  if (bits == 1) {
-    const int ramp = RampOf2(ActiveColors(bitmap));
-    const bool gray = (mode & MODE_BITONAL_GRAY) && deviceBits != 1;
-    if (gray && ramp) return ramp > 0 ? PAINT_GRAY : PAINT_GRAY_INVERTED;
-    const bool vote = !gray && (mode & MODE_BITONAL_VOTE);
-    if (vote && ramp) return ramp > 0 ? PAINT_VOTE : PAINT_VOTE_INVERTED;
-    return dither && fixed && (gray || vote || deviceBits == 8) ? PAINT_DITHER : PAINT_DIRECT;
-  }
-  if (!dither || deviceBits == 24 || (bits != 4 && bits != 8)) return PAINT_DIRECT;
-  if (deviceBits == 1 || (bits == 8 && deviceBits == 4)) return PAINT_DITHER;
-  const bool equal = SameAsFixed(ActiveColors(bitmap), bits);
-  if (bits == 4 && deviceBits == 8) return fixed ? PAINT_DITHER : PAINT_DIRECT;
-  if (bits == 8 && !fixed) return PAINT_DIRECT;
-  return equal ? PAINT_DIRECT : PAINT_DITHER;
-}
 
 SlowPicture PaintSlowly(const SlowPaint& paint) {
   SlowPicture picture;

@@ -32,8 +32,6 @@ struct SlowPicture {
   int32_t Height() const { return static_cast<int32_t>(lines.size()); }
 };
 
-int32_t SlowDeviceBits(int32_t rawBits);
-int32_t SlowKind(BitmapHandle* bitmap, uint32_t mode, int32_t deviceBits);
 SlowPicture PaintSlowly(const SlowPaint& paint);
 
 }  // namespace vn::test
