@@ -77,12 +77,6 @@ class BandWatch {
   }
 };
 
-std::string Text(const std::optional<RECT>& r) {
-  if (!r) return "none";
-  return std::to_string(r->left) + "," + std::to_string(r->top) + "," + std::to_string(r->right) +
-         "," + std::to_string(r->bottom);
-}
-
 Bytes ScreenBytes() {
   Headless_Surface screen;
   Headless_GetScreen(&screen);
@@ -115,17 +109,11 @@ class PaintPaletteScope {
 void ShowPicture(HDC context, const SlowPicture& picture, uint32_t rasterOp) {
   if (picture.lines.empty()) return;
   BitmapInfo256 info{};
-  info.header = {sizeof info.header,
-                 picture.Width(),
-                 picture.Height(),
-                 1,
-                 static_cast<WORD>(picture.bits),
-                 BI_RGB,
-                 0,
-                 0,
-                 0,
-                 0,
-                 0};
+  info.header.biSize = sizeof info.header;
+  info.header.biWidth = picture.Width();
+  info.header.biHeight = picture.Height();
+  info.header.biPlanes = 1;
+  info.header.biBitCount = static_cast<WORD>(picture.bits);
   std::copy(picture.colors.begin(), picture.colors.end(), info.colors);
   if (picture.indexes) WriteIdentityIndexes(info.Indexes());
   Bytes pixels;
@@ -228,15 +216,9 @@ void CheckRandomPaint(Random& random, int32_t rawBits, std::map<int32_t, int>* k
   const SlowPaint paint = RandomPaint(random, bitmap, rawBits);
   const uint32_t rasterOps[] = {SRCCOPY, SRCCOPY, SRCINVERT, NOTSRCCOPY};
   SCOPED_TRACE(testing::Message() << bits << " bits, " << bitmap->Width << " by " << bitmap->Height
-                                  << ", origin " << bitmap->ViewOrigin << ", order "
-                                  << bitmap->ColorOrder << ", screen " << rawBits << ", mode "
-                                  << paint.mode << ", source " << Text(paint.source) << " clip "
-                                  << Text(paint.sourceClip) << ", destination "
-                                  << Text(paint.destination) << " clip "
-                                  << Text(paint.destinationClip));
+                                  << ", screen " << rawBits << ", mode " << paint.mode);
   const SlowPicture picture = ComparePaints(paint, random.Chance(2) ? WHITENESS : BLACKNESS,
                                             rasterOps[random.Between(0, 3)]);
-  SCOPED_TRACE(testing::Message() << "kind " << picture.kind);
   if (!picture.lines.empty()) ++(*kinds)[picture.kind];
 }
 
@@ -249,12 +231,11 @@ HEADLESS_TEST(Paint, MatchesTheModelOnEveryScreen) {
       SCOPED_TRACE(testing::Message() << "round " << round);
       CheckRandomPaint(random, bits, &kinds);
     }
-    // Every kind must have been met often enough to mean something.
+    // Every kind that the screen has must have been met often enough to mean something.
     for (int32_t kind = 0; kind < 7; ++kind) {
-      if (bits == 1 ? kind == PAINT_GRAY || kind == PAINT_GRAY_INVERTED
-                    : bits > 8 && kind == PAINT_DITHER)
-        continue;
-      EXPECT_GT(kinds[kind], 5) << "kind " << kind << " on " << bits << " bits";
+      const bool gray = kind == PAINT_GRAY || kind == PAINT_GRAY_INVERTED;
+      const bool has = bits == 1 ? !gray : bits <= 8 || kind != PAINT_DITHER;
+      EXPECT_TRUE(kinds[kind] > 5 || !has) << "kind " << kind << " on " << bits << " bits";
     }
   }
 }

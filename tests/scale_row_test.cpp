@@ -27,10 +27,6 @@ struct Scaling {
     }
     return positions;
   }
-  void Run(const Bytes& source, Bytes& destination, uint32_t rowBytes) const {
-    ScaleRow(bits, rowBytes, start, quotient, accumulator, remainder, source.data(),
-             destination.data(), count, divisor, expand);
-  }
 };
 
 size_t BytesOf(size_t pixels, int32_t bits) { return (pixels * static_cast<size_t>(bits) + 7) / 8; }
@@ -52,7 +48,8 @@ void Check(const Scaling& s, Random& random) {
   for (size_t d = 0; d < positions.size(); ++d) {
     SetPixelBits(&expected, d, s.bits, PixelBits(source, positions[d], s.bits));
   }
-  s.Run(source, destination, static_cast<uint32_t>(destination.size()));
+  ScaleRow(s.bits, static_cast<uint32_t>(destination.size()), s.start, s.quotient, s.accumulator,
+           s.remainder, source.data(), destination.data(), s.count, s.divisor, s.expand);
   ASSERT_EQ(destination, expected);
 }
 
