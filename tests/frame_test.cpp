@@ -44,6 +44,7 @@ VnStatus VN_CALL GoOn(int32_t) { return OK; }
 TEST(Frame, SettingsBelongToTheirThread) {
   EXPECT_EQ(Vn_SetDefaultXResolution(0), 150);
   EXPECT_EQ(Vn_SetDefaultYResolution(-5), 150);
+  EXPECT_EQ(Vn_GetDefaultYResolution(), -5);
   EXPECT_EQ(Vn_DefaultDithering(9), ERR_INVALID_PARAMETER);
   EXPECT_EQ(Vn_DefaultDithering(8), OK);
   EXPECT_EQ(Vn_SetStatusCallBack(GoOn), nullptr);
