@@ -1,10 +1,8 @@
 #include "tools/jpeg_reader.h"
 
-#include <cmath>
-
-#include "kernel/vn_gray.h"
 #include "tools/failure.h"
 #include "tools/interrupt.h"
+#include "tools/samples.h"
 
 namespace vn::tool {
 namespace {
@@ -148,9 +146,7 @@ void JpegReader::ReadRow(uint8_t* row) {
     for (uint8_t& ink : inks_)
       ink = static_cast<uint8_t>(255 - ink);
   }
-  const VnStatus status =
-      Vn_ConvertColorSpace(inks_.data(), row, info_.width, SPACE_CMYK, SPACE_BGR);
-  if (status != OK) throw Failure(StatusText(status));
+  ShowInks(inks_.data(), info_.width, row);
 }
 
 void JpegReader::Finish() {

@@ -1,4 +1,4 @@
-// What readers do to samples that the kernel's rows do not know: alpha, and two bits a pixel.
+// What readers do to samples that the kernel's rows do not know: alpha, inks, two bits a pixel.
 #ifndef VNCORE_TOOLS_SAMPLES_H
 #define VNCORE_TOOLS_SAMPLES_H
 
@@ -6,6 +6,8 @@
 #include <cstdint>
 
 #include "kernel/pixel_format.h"
+#include "kernel/vn_gray.h"
+#include "tools/failure.h"
 
 namespace vn::tool {
 
@@ -13,6 +15,12 @@ namespace vn::tool {
 constexpr uint8_t Lay(uint32_t over, uint32_t alpha, int32_t under) {
   const uint32_t sum = over * alpha + static_cast<uint32_t>(under) * (255 - alpha) + 128;
   return static_cast<uint8_t>((sum + (sum >> 8)) >> 8);
+}
+
+// The same where `over` has been multiplied by its alpha before.
+constexpr uint8_t LayShare(uint32_t over, uint32_t alpha, int32_t under) {
+  const uint32_t sum = over + Lay(0, alpha, under);
+  return static_cast<uint8_t>(sum < 255 ? sum : 255);
 }
 
 // Two bits take every fifth of sixteen grays, which are the same grays.
@@ -25,6 +33,12 @@ inline void WidenTwoBits(const uint8_t* twoBits, int32_t width, uint32_t step, u
   for (size_t x = 0; x < static_cast<size_t>(width); ++x)
     writer.Put((twoBits[x / 4] >> (~x & 3) * 2 & 3u) * step);
   writer.Finish();
+}
+
+// Turns `width` pixels of four inks, 255 being most of it, into a row of 24 bits.
+inline void ShowInks(const uint8_t* inks, int32_t width, uint8_t* row) {
+  const VnStatus status = Vn_ConvertColorSpace(inks, row, width, SPACE_CMYK, SPACE_BGR);
+  if (status != OK) throw Failure(StatusText(status));
 }
 
 }  // namespace vn::tool

@@ -3,37 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
-#include "tools/failure.h"
 #include "tools/samples.h"
 
 namespace vn::tool {
 namespace {
-
-constexpr size_t kMostBandBytes = size_t{32} << 20;
-// Bands within a strip or tile begin at multiples of it, which suits all chroma subsampling.
-constexpr int32_t kBandStep = 8;
-
-tmsize_t OnRead(thandle_t handle, void* to, tmsize_t count) {
-  auto* file = static_cast<InputFile*>(handle);
-  const size_t read = file->ReadSome(to, static_cast<size_t>(count));
-  return file->HasError() ? -1 : static_cast<tmsize_t>(read);
-}
-
-tmsize_t OnWrite(thandle_t, void*, tmsize_t) { return -1; }
-
-toff_t OnSeek(thandle_t handle, toff_t offset, int whence) {
-  return static_cast<toff_t>(
-      static_cast<InputFile*>(handle)->Seek(static_cast<int64_t>(offset), whence));
-}
-
-toff_t OnSize(thandle_t handle) {
-  auto* file = static_cast<InputFile*>(handle);
-  const int64_t position = file->Seek(0, SEEK_CUR);
-  const int64_t size = file->Seek(0, SEEK_END);
-  file->Seek(position, SEEK_SET);
-  return static_cast<toff_t>(std::max<int64_t>(size, 0));
-}
 
 int32_t DotsPerInch(float perUnit, uint16_t unit) {
   const float perInch = unit == RESUNIT_CENTIMETER ? perUnit * 2.54f : perUnit;
@@ -41,12 +16,8 @@ int32_t DotsPerInch(float perUnit, uint16_t unit) {
   return sensible ? static_cast<int32_t>(std::lround(perInch)) : 0;
 }
 
-template <class Value>
-Value Field(TIFF* tiff, uint32_t tag) {
-  Value value{};
-  TIFFGetFieldDefaulted(tiff, tag, &value);
-  return value;
-}
+constexpr uint8_t To8(uint8_t sample) { return sample; }
+constexpr uint8_t To8(uint16_t sample) { return static_cast<uint8_t>((sample + 128) / 257); }
 
 bool IsFax(uint16_t compression) {
   return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTRLEW ||
@@ -56,22 +27,26 @@ bool IsFax(uint16_t compression) {
 }  // namespace
 
 struct TiffReader::Header {
-  uint32_t width, height;
-  uint16_t bits, samples, format, compression, planes, orientation, photometric;
-  bool tiled;
+  TiffShape shape;
+  uint16_t photometric;
+  bool whole;  // samples are integers without a sign
+  bool inks;   // and the inks are cyan, magenta, yellow and black
 
   bool Gray() const {
-    return samples == 1 &&
-           (photometric == PHOTOMETRIC_MINISWHITE || photometric == PHOTOMETRIC_MINISBLACK);
+    return photometric == PHOTOMETRIC_MINISWHITE || photometric == PHOTOMETRIC_MINISBLACK;
   }
-  // The kernel's depths, and 2.
+  // Indexes of the kernel's depths, and of 2 bits.
   bool Indexed() const {
-    return samples == 1 && (bits == 1 || bits == 2 || bits == 4 || bits == 8) &&
+    return whole && shape.samples == 1 && shape.bits <= 8 && std::has_single_bit(shape.bits) &&
            (Gray() || photometric == PHOTOMETRIC_PALETTE);
   }
-  bool Rgb24() const {
-    return samples == 3 && bits == 8 && photometric == PHOTOMETRIC_RGB &&
-           planes == PLANARCONFIG_CONTIG;
+  // Samples of colour in a pixel of 8 or 16 bits a sample; 0 when that is not what it is.
+  uint16_t Colors() const {
+    const uint16_t colors = Gray()                                         ? 1
+                            : photometric == PHOTOMETRIC_RGB               ? 3
+                            : photometric == PHOTOMETRIC_SEPARATED && inks ? 4
+                                                                           : 0;
+    return whole && (shape.bits == 8 || shape.bits == 16) && shape.samples >= colors ? colors : 0;
   }
 };
 
@@ -84,95 +59,122 @@ bool IsTiff(const InputFile& file) {
 }
 
 TiffReader::TiffReader(std::unique_ptr<InputFile> file, const ReadOptions& options)
-    : file_(std::move(file)), background_(options.background) {
-  if (file_->Seek(0, SEEK_SET) < 0) {
-    throw Failure(file_->Path() + ": a TIFF file is not read in its order, so it cannot be a pipe");
-  }
-  tiff_ = OpenTiff(file_->Path(), "r", file_.get(), {&OnRead, &OnWrite, &OnSeek, &OnSize}, &error_);
-  if (!tiff_) Fail();
-  error_.text[0] = '\0';  // of fields that do not matter
-
+    : input_(std::move(file)), background_(options.background) {
   const Header header = ReadHeader();
-  ChooseForm(header);
-  // Before anyone allocates rows of that width.
-  RequirePossibleSize(file_->Path(), header.width, header.height, info_.bits);
-  info_.width = static_cast<int32_t>(header.width);
-  info_.height = static_cast<int32_t>(header.height);
+  TakeOrientation();
   TakeResolution();
-  PrepareBands(header);
+  // Before anyone allocates rows of that width; again, once the depth is known.
+  RequirePossibleSize(input_.Path(), header.shape.width, header.shape.height, 1);
+  ChooseForm(header);
+  RequirePossibleSize(input_.Path(), header.shape.width, header.shape.height, info_.bits);
+  info_.width = static_cast<int32_t>(header.shape.width);
+  info_.height = static_cast<int32_t>(header.shape.height);
+  rows_ = form_ == Form::kRgba ? MakeRgbaRows(input_, header.shape)
+                               : MakePlainRows(input_, header.shape);
 }
 
-TiffReader::Header TiffReader::ReadHeader() {
-  TIFF* const tiff = tiff_.get();
+TiffReader::Header TiffReader::ReadHeader() const {
+  TIFF* const tiff = input_.Get();
   Header header{};
-  header.width = Field<uint32_t>(tiff, TIFFTAG_IMAGEWIDTH);
-  header.height = Field<uint32_t>(tiff, TIFFTAG_IMAGELENGTH);
-  header.bits = Field<uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE);
-  header.samples = Field<uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL);
-  header.format = Field<uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT);
-  header.compression = Field<uint16_t>(tiff, TIFFTAG_COMPRESSION);
-  header.planes = Field<uint16_t>(tiff, TIFFTAG_PLANARCONFIG);
-  header.orientation = Field<uint16_t>(tiff, TIFFTAG_ORIENTATION);
-  header.tiled = TIFFIsTiled(tiff) != 0;
+  TiffShape& shape = header.shape;
+  shape.width = input_.Field<uint32_t>(TIFFTAG_IMAGEWIDTH);
+  shape.height = input_.Field<uint32_t>(TIFFTAG_IMAGELENGTH);
+  shape.bits = input_.Field<uint16_t>(TIFFTAG_BITSPERSAMPLE);
+  shape.samples = input_.Field<uint16_t>(TIFFTAG_SAMPLESPERPIXEL);
+  shape.planes =
+      input_.Field<uint16_t>(TIFFTAG_PLANARCONFIG) == PLANARCONFIG_SEPARATE && shape.samples > 1;
+  shape.tiled = TIFFIsTiled(tiff) != 0;
+  const auto format = input_.Field<uint16_t>(TIFFTAG_SAMPLEFORMAT);
+  header.whole = format == SAMPLEFORMAT_UINT || format == SAMPLEFORMAT_VOID;
+  header.inks = input_.Field<uint16_t>(TIFFTAG_INKSET) == INKSET_CMYK;
+  const auto compression = input_.Field<uint16_t>(TIFFTAG_COMPRESSION);
   if (!TIFFGetField(tiff, TIFFTAG_PHOTOMETRIC, &header.photometric)) {
-    header.photometric = header.samples >= 3         ? PHOTOMETRIC_RGB
-                         : IsFax(header.compression) ? PHOTOMETRIC_MINISWHITE
-                                                     : PHOTOMETRIC_MINISBLACK;
+    header.photometric = shape.samples >= 3   ? PHOTOMETRIC_RGB
+                         : IsFax(compression) ? PHOTOMETRIC_MINISWHITE
+                                              : PHOTOMETRIC_MINISBLACK;
   }
   // libjpeg then gives colours, which are read as such.
-  if (header.photometric == PHOTOMETRIC_YCBCR && header.compression == COMPRESSION_JPEG &&
-      header.planes == PLANARCONFIG_CONTIG && header.samples == 3) {
+  if (header.photometric == PHOTOMETRIC_YCBCR && compression == COMPRESSION_JPEG &&
+      shape.samples == 3 && !shape.planes) {
     TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
     header.photometric = PHOTOMETRIC_RGB;
   }
   return header;
 }
 
-void TiffReader::ChooseForm(const Header& header) {
-  if (header.orientation != ORIENTATION_TOPLEFT && header.orientation != ORIENTATION_BOTLEFT) {
-    throw Failure(file_->Path() + ": mirrored and turned pictures (orientation " +
-                  std::to_string(header.orientation) + ") are not read");
+void TiffReader::TakeOrientation() {
+  const auto orientation = input_.Field<uint16_t>(TIFFTAG_ORIENTATION);
+  if (orientation != ORIENTATION_TOPLEFT && orientation != ORIENTATION_BOTLEFT) {
+    input_.Fail("mirrored and turned pictures are not read (orientation " +
+                std::to_string(orientation) + ")");
   }
-  bottomUp_ = header.orientation == ORIENTATION_BOTLEFT;
+  bottomUp_ = orientation == ORIENTATION_BOTLEFT;
+}
 
-  const bool whole = header.format == SAMPLEFORMAT_UINT || header.format == SAMPLEFORMAT_VOID;
-  if (whole && (header.Indexed() || header.Rgb24())) {
-    supply_ = header.tiled ? Supply::kTiles : Supply::kStrips;
-    const uint32_t pixelBits = uint32_t{header.bits} * header.samples;
-    rawBytes_ = static_cast<size_t>((uint64_t{header.width} * pixelBits + 7) / 8);
-    twoBits_ = pixelBits == 2;
-    info_.bits = twoBits_ ? 4 : static_cast<int32_t>(pixelBits);
-    if (header.Gray()) {
-      TakeGrays(header.photometric == PHOTOMETRIC_MINISWHITE);
-    } else if (header.Indexed()) {
-      TakePalette();
-    }
+void TiffReader::TakeResolution() {
+  const auto unit = input_.Field<uint16_t>(TIFFTAG_RESOLUTIONUNIT);
+  info_.xDotsPerInch = DotsPerInch(input_.Field<float>(TIFFTAG_XRESOLUTION), unit);
+  info_.yDotsPerInch = DotsPerInch(input_.Field<float>(TIFFTAG_YRESOLUTION), unit);
+}
+
+void TiffReader::ChooseForm(const Header& header) {
+  info_.bits = 24;
+  if (header.Indexed()) {
+    const bool twoBits = header.shape.bits == 2;
+    form_ = twoBits ? Form::kTwoBits : Form::kReady;
+    info_.bits = twoBits ? 4 : header.shape.bits;
+    header.Gray() ? TakeGrays(header.photometric == PHOTOMETRIC_MINISWHITE) : TakePalette();
+  } else if (header.Colors()) {
+    ChooseSamples(header);
+  }
+}
+
+void TiffReader::ChooseSamples(const Header& header) {
+  form_ = header.shape.bits == 8 ? Form::kSamples8 : Form::kSamples16;
+  samples_ = header.shape.samples;
+  colors_ = header.Colors();
+  if (colors_ == 4) {
+    inks_.resize(size_t{4} * header.shape.width);
     return;
   }
-  supply_ = Supply::kRaster;
-  info_.bits = header.Gray() ? 8 : 24;
-  if (header.Gray()) info_.colors = GrayRamp(256);  // libtiff turns it where white is 0
+  if (samples_ > colors_) {
+    uint16_t count = 0;
+    const uint16_t* kinds = nullptr;
+    // What is not said to be alpha is something else.
+    if (TIFFGetField(input_.Get(), TIFFTAG_EXTRASAMPLES, &count, &kinds) && count > 0 &&
+        (kinds[0] == EXTRASAMPLE_ASSOCALPHA || kinds[0] == EXTRASAMPLE_UNASSALPHA)) {
+      alpha_ = kinds[0];
+    }
+  }
+  if (colors_ == 3) return;
+  const bool whiteIsZero = header.photometric == PHOTOMETRIC_MINISWHITE;
+  const bool grayBackground =
+      background_.red == background_.green && background_.green == background_.blue;
+  invert_ = alpha_ && whiteIsZero;
+  if (alpha_ && !grayBackground) return;
+  info_.bits = 8;
+  TakeGrays(whiteIsZero && !invert_);
 }
 
 void TiffReader::TakeGrays(bool whiteIsZero) {
   info_.colors = GrayRamp(1 << info_.bits);
   if (whiteIsZero) std::reverse(info_.colors.begin(), info_.colors.end());
-  if (twoBits_) grayStep_ = kGrayStepOfTwoBits;
+  if (form_ == Form::kTwoBits) grayStep_ = kGrayStepOfTwoBits;
 }
 
 void TiffReader::TakePalette() {
   const uint16_t *red = nullptr, *green = nullptr, *blue = nullptr;
-  if (!TIFFGetField(tiff_.get(), TIFFTAG_COLORMAP, &red, &green, &blue)) {
-    throw Failure(file_->Path() + ": the palette is missing");
+  if (!TIFFGetField(input_.Get(), TIFFTAG_COLORMAP, &red, &green, &blue)) {
+    input_.Fail("the palette is missing");
   }
-  const size_t count = FullColorCount(twoBits_ ? 2 : static_cast<uint32_t>(info_.bits));
+  const size_t count = FullColorCount(form_ == Form::kTwoBits ? 2 : uint32_t(info_.bits));
   uint16_t most = 0;
   for (const uint16_t* const channel : {red, green, blue}) {
     most = std::max(most, *std::max_element(channel, channel + count));
   }
   // Channels have 16 bits. Some old programs wrote 8, and then none is above.
   const auto level = [most](uint16_t value) {
-    return static_cast<uint8_t>(most < 256 ? value : (value * 255u + 32767) / 65535);
+    return most < 256 ? static_cast<uint8_t>(value) : To8(value);
   };
   info_.colors.assign(FullColorCount(static_cast<uint32_t>(info_.bits)), RGBQUAD{});
   for (size_t i = 0; i < count; ++i) {
@@ -180,145 +182,64 @@ void TiffReader::TakePalette() {
   }
 }
 
-void TiffReader::TakeResolution() {
-  TIFF* const tiff = tiff_.get();
-  const auto unit = Field<uint16_t>(tiff, TIFFTAG_RESOLUTIONUNIT);
-  info_.xDotsPerInch = DotsPerInch(Field<float>(tiff, TIFFTAG_XRESOLUTION), unit);
-  info_.yDotsPerInch = DotsPerInch(Field<float>(tiff, TIFFTAG_YRESOLUTION), unit);
-}
-
-// A band is a strip or a row of tiles, or a part of it.
-void TiffReader::PrepareBands(const Header& header) {
-  TIFF* const tiff = tiff_.get();
-  if (supply_ == Supply::kStrips) {
-    // Damaged fields may disagree.
-    if (TIFFScanlineSize64(tiff) != rawBytes_) {
-      throw Failure(file_->Path() + ": the rows are not as long as the header says");
-    }
-    if (twoBits_) raw_.resize(rawBytes_);
-    return;
-  }
-  if (supply_ == Supply::kRaster) PrepareRaster();
-
-  const auto rows = header.tiled ? Field<uint32_t>(tiff, TIFFTAG_TILELENGTH)
-                                 : Field<uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP);
-  blockRows_ = static_cast<int32_t>(std::clamp(rows, 1u, header.height));
-  const size_t rowBytes = supply_ == Supply::kTiles ? rawBytes_ : size_t{4} * header.width;
-  const auto most = static_cast<int32_t>(std::min<size_t>(kMostBandBytes / rowBytes, INT32_MAX));
-  mostBandRows_ = std::min(blockRows_, std::max(most / kBandStep, 1) * kBandStep);
-  band_.resize((rowBytes * static_cast<size_t>(mostBandRows_) + 3) / 4);
-  if (supply_ == Supply::kTiles) {
-    const uint64_t size = TIFFTileSize64(tiff);
-    const uint64_t promised = uint64_t{TIFFTileRowSize64(tiff)} * rows;
-    if (size == 0 || size != promised || size > static_cast<uint64_t>(kMostTiffBlock)) {
-      throw Failure(file_->Path() + ": impossible tiles");
-    }
-    tile_.resize(static_cast<size_t>(size));
-  }
-}
-
-void TiffReader::PrepareRaster() {
-  char text[1024] = "";
-  constexpr int kStopAtErrors = 1;
-  if (!TIFFRGBAImageOK(tiff_.get(), text) ||
-      !TIFFRGBAImageBegin(&raster_.image, tiff_.get(), kStopAtErrors, text)) {
-    throw Failure(file_->Path() + ": " + text);
-  }
-  raster_.begun = true;
-  raster_.image.req_orientation = raster_.image.orientation;  // rows in the order of the file
-}
-
 void TiffReader::ReadRow(uint8_t* row) {
-  if (supply_ == Supply::kStrips) {
-    uint8_t* const to = twoBits_ ? raw_.data() : row;
-    RequireSound(TIFFReadScanline(tiff_.get(), to, static_cast<uint32_t>(row_), 0) == 1);
-    ToKernelRow(to, row);
-  } else if (supply_ == Supply::kTiles) {
-    ToKernelRow(BandRow(), row);
-  } else {
-    RasterToKernelRow(reinterpret_cast<const uint32_t*>(BandRow()), row);
+  const uint8_t* const raw = rows_->Next();
+  switch (form_) {
+    case Form::kReady:
+      std::memcpy(row, raw, (static_cast<size_t>(info_.width) * size_t(info_.bits) + 7) / 8);
+      break;
+    case Form::kTwoBits:
+      WidenTwoBits(raw, info_.width, grayStep_, row);
+      break;
+    case Form::kSamples8:
+      inks_.empty() ? SamplesToKernelRow(raw, row) : InksToKernelRow(raw, row);
+      break;
+    case Form::kSamples16: {
+      const auto* const words = reinterpret_cast<const uint16_t*>(raw);
+      inks_.empty() ? SamplesToKernelRow(words, row) : InksToKernelRow(words, row);
+      break;
+    }
+    case Form::kRgba:
+      RgbaToKernelRow(reinterpret_cast<const uint32_t*>(raw), row);
+      break;
   }
   ++row_;
 }
 
-// Row row_ in the band, which is read when it does not hold that row yet.
-const uint8_t* TiffReader::BandRow() {
-  if (row_ >= bandFirst_ + bandCount_) {
-    const int32_t ofBlock = blockRows_ - row_ % blockRows_;
-    bandFirst_ = row_;
-    bandCount_ = std::min({mostBandRows_, ofBlock, info_.height - row_});
-    supply_ == Supply::kTiles ? ReadTiles(bandCount_) : ReadRaster(bandCount_);
+template <class Sample>
+void TiffReader::InksToKernelRow(const Sample* samples, uint8_t* row) {
+  for (size_t i = 0; i < inks_.size(); i += 4, samples += samples_) {
+    std::transform(samples, samples + 4, inks_.begin() + static_cast<ptrdiff_t>(i),
+                   [](Sample sample) { return To8(sample); });
   }
-  const size_t rowBytes =
-      supply_ == Supply::kTiles ? rawBytes_ : size_t{4} * static_cast<size_t>(info_.width);
-  return reinterpret_cast<const uint8_t*>(band_.data()) +
-         rowBytes * static_cast<size_t>(row_ - bandFirst_);
+  ShowInks(inks_.data(), info_.width, row);
 }
 
-// A tile's width is a multiple of 16 pixels: its rows begin at whole bytes at every depth.
-void TiffReader::ReadTiles(int32_t count) {
-  TIFF* const tiff = tiff_.get();
-  const auto tileWidth = Field<uint32_t>(tiff, TIFFTAG_TILEWIDTH);
-  const auto tileBytes = static_cast<size_t>(TIFFTileRowSize64(tiff));
-  const auto skipped = static_cast<size_t>(row_ % blockRows_);
-  auto* const band = reinterpret_cast<uint8_t*>(band_.data());
-  size_t at = 0;
-  for (uint32_t x = 0; at < rawBytes_; x += tileWidth, at += tileBytes) {
-    RequireSound(TIFFReadTile(tiff, tile_.data(), x, static_cast<uint32_t>(row_), 0, 0) > 0);
-    const size_t bytes = std::min(tileBytes, rawBytes_ - at);
-    for (size_t y = 0; y < static_cast<size_t>(count); ++y) {
-      std::memcpy(band + y * rawBytes_ + at, tile_.data() + (skipped + y) * tileBytes, bytes);
+template <class Sample>
+void TiffReader::SamplesToKernelRow(const Sample* samples, uint8_t* row) const {
+  const auto width = static_cast<size_t>(info_.width),
+             channels = static_cast<size_t>(info_.bits / 8);
+  // The samples that make blue, green and red, or gray.
+  const size_t sources[3] = {colors_ - 1, colors_ / 2, 0};
+  const int32_t unders[3] = {background_.blue, background_.green, background_.red};
+  const auto lay = alpha_ == EXTRASAMPLE_ASSOCALPHA ? &LayShare : &Lay;
+  const unsigned inversion = invert_ ? 0xFF : 0;
+  for (size_t x = 0; x < width; ++x, samples += samples_, row += channels) {
+    for (size_t i = 0; i < channels; ++i) {
+      row[i] = static_cast<uint8_t>(To8(samples[sources[i]]) ^ inversion);
+      if (alpha_) row[i] = lay(row[i], To8(samples[colors_]), unders[i]);
     }
   }
 }
 
-void TiffReader::ReadRaster(int32_t count) {
-  raster_.image.row_offset = row_;
-  raster_.image.col_offset = 0;
-  RequireSound(TIFFRGBAImageGet(&raster_.image, band_.data(), static_cast<uint32_t>(info_.width),
-                                static_cast<uint32_t>(count)) == 1);
-}
-
-void TiffReader::ToKernelRow(const uint8_t* raw, uint8_t* row) const {
-  if (twoBits_) {
-    WidenTwoBits(raw, info_.width, grayStep_, row);
-  } else if (info_.bits == 24) {
-    for (size_t i = 0; i < rawBytes_; i += 3) {
-      const uint8_t red = raw[i], green = raw[i + 1], blue = raw[i + 2];  // `raw` may be `row`
-      row[i] = blue;
-      row[i + 1] = green;
-      row[i + 2] = red;
-    }
-  } else if (raw != row) {
-    std::memcpy(row, raw, rawBytes_);
-  }
-}
-
-// libtiff multiplies colours by their alpha, but for 8-bit gray, which it leaves as it stands.
-void TiffReader::RasterToKernelRow(const uint32_t* raster, uint8_t* row) const {
-  const bool plain =
-      raster_.image.alpha == EXTRASAMPLE_UNASSALPHA && raster_.image.samplesperpixel < 3;
-  const auto laid = [plain](uint32_t over, uint32_t alpha, int32_t under) {
-    if (plain) return Lay(over, alpha, under);
-    return static_cast<uint8_t>(std::min(over + Lay(0, alpha, under), 255u));
-  };
+void TiffReader::RgbaToKernelRow(const uint32_t* pixels, uint8_t* row) const {
   const auto width = static_cast<size_t>(info_.width);
-  for (size_t x = 0; x < width; ++x) {
-    const uint32_t pixel = raster[x];
-    if (info_.bits == 8) {
-      row[x] = static_cast<uint8_t>(TIFFGetG(pixel));
-      continue;
-    }
-    const uint32_t alpha = raster_.image.alpha ? TIFFGetA(pixel) : 255;
-    row[3 * x] = laid(TIFFGetB(pixel), alpha, background_.blue);
-    row[3 * x + 1] = laid(TIFFGetG(pixel), alpha, background_.green);
-    row[3 * x + 2] = laid(TIFFGetR(pixel), alpha, background_.red);
+  for (size_t x = 0; x < width; ++x, row += 3) {
+    const uint32_t alpha = TIFFGetA(pixels[x]);
+    row[0] = LayShare(TIFFGetB(pixels[x]), alpha, background_.blue);
+    row[1] = LayShare(TIFFGetG(pixels[x]), alpha, background_.green);
+    row[2] = LayShare(TIFFGetR(pixels[x]), alpha, background_.red);
   }
-}
-
-void TiffReader::Fail() const {
-  const char* text = file_->HasError() ? file_->ErrorText() : error_.text;
-  throw Failure(file_->Path() + ": " + (text[0] ? text : "the file is damaged"));
 }
 
 }  // namespace vn::tool

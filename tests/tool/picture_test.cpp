@@ -1,64 +1,32 @@
 // Reading and writing pictures, and damaged ones, against made files.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
+#include <cerrno>
+#include <cstring>
 #include <string>
 
-#include "kernel/guards.h"
 #include "tests/tool/made_png.h"
+#include "tests/tool/shown_pixels.h"
 #include "tests/tool/temporary_folder.h"
 #include "tools/chart.h"
 #include "tools/failure.h"
-#include "tools/load_bitmap.h"
 
 namespace vn::test {
 namespace {
 
 using tool::Bitmap;
 
-Rgb PixelOf(const BitmapHandle& bitmap, const std::vector<RGBQUAD>& colors, const uint8_t* row,
-            int32_t x) {
-  const auto at = static_cast<size_t>(x);
-  switch (bitmap.BitsPerPixel) {
-    case 1:
-      return PixelReader<1>{row, colors.data()}(at);
-    case 4:
-      return PixelReader<4>{row, colors.data()}(at);
-    case 8:
-      return PixelReader<8>{row, colors.data()}(at);
-    default:
-      return PixelReader<24>{row, nullptr}(at);
-  }
-}
-
-void ExpectShows(Bitmap& bitmap, const MadePng& picture, Rgb background) {
-  std::vector<RGBQUAD> colors(256);
-  if (bitmap->ColorCount) {
-    ASSERT_EQ(
-        Vn_GetBitmapColors(bitmap, 0, static_cast<uint32_t>(bitmap->ColorCount), colors.data()),
-        OK);
-  }
-  const BitmapLock lock(bitmap);
-  std::vector<uint8_t> row(bitmap->BytesPerLine);
-  for (int32_t y = 0; y < bitmap->Height; ++y) {
-    const auto at = static_cast<uint32_t>(tool::StorageRow(*bitmap.get(), y));
-    ASSERT_EQ(Vn_GetBitmapRow(bitmap, row.data(), at, bitmap->BytesPerLine),
-              static_cast<int32_t>(bitmap->BytesPerLine));
-    for (int32_t x = 0; x < bitmap->Width; ++x) {
-      const Rgb seen = PixelOf(*bitmap.get(), colors, row.data(), x);
-      const Rgb wanted = picture.ColorAt(x, y, background);
-      ASSERT_TRUE(seen.red == wanted.red && seen.green == wanted.green && seen.blue == wanted.blue)
-          << "pixel " << x << ", " << y << ": " << seen.red << "," << seen.green << "," << seen.blue
-          << " for " << wanted.red << "," << wanted.green << "," << wanted.blue;
-    }
-  }
-}
-
-void Load(const std::string& path, Rgb background, Bitmap& bitmap) {
-  const auto source = tool::OpenPicture(path, {background});
-  tool::LoadBitmap(*source, STORAGE_AUTO, bitmap);
-}
+// A name for every format that this tool has.
+constexpr const char* kFileNames[] = {
+    "out.png",
+#ifdef VNCORE_TOOL_JPEG
+    "out.jpg",
+#endif
+#ifdef VNCORE_TOOL_TIFF
+    "out.tif",
+#endif
+};
 
 TEST(Picture, EveryKindShowsItsSamplesInterlacedOrNot) {
   const TemporaryFolder folder;
@@ -79,7 +47,8 @@ TEST(Picture, EveryKindShowsItsSamplesInterlacedOrNot) {
           if (background.red == 255) {
             EXPECT_EQ(bitmap->BitsPerPixel, picture.BitmapBits());
           }
-          ExpectShows(bitmap, picture, background);
+          ExpectShows(bitmap,
+                      [&](int32_t x, int32_t y) { return picture.ColorAt(x, y, background); });
           if (HasFatalFailure()) return;
         }
       }
@@ -116,47 +85,112 @@ TEST(Picture, DamageIsAFailureOrAPictureNeverMore) {
   }
 }
 
-TEST(Picture, WrittenPicturesReadBackWithPaletteAndResolution) {
-  const TemporaryFolder folder;
-  const std::string path = folder.File("out.png");
-  Random random(3);
-  for (const int32_t bits : {1, 4, 8, 24}) {
-    tool::PictureInfo info;
-    info.width = 29;
-    info.height = 5;
-    info.bits = bits;
-    info.xDotsPerInch = 300;
-    info.yDotsPerInch = 72;
-    if (bits <= 8) info.colors.resize(size_t{1} << bits);
-    for (RGBQUAD& color : info.colors) {
+enum class Palette { kRandom, kRamp, kTurnedRamp };
+
+std::vector<RGBQUAD> MakePalette(Palette palette, int32_t bits, Random& random) {
+  std::vector<RGBQUAD> colors = tool::GrayRamp(1 << bits);
+  if (palette == Palette::kTurnedRamp) std::reverse(colors.begin(), colors.end());
+  if (palette == Palette::kRandom) {
+    for (RGBQUAD& color : colors) {
       random.Fill(&color, sizeof color);
       color.rgbReserved = 0;
     }
-    const size_t rowBytes = (29u * static_cast<unsigned>(bits) + 7) / 8;
-    // The last byte's unused bits are nobody's.
-    const uint8_t lastBits = bits == 1 ? 0xF8 : bits == 4 ? 0xF0 : 0xFF;
-    std::vector<std::vector<uint8_t>> rows(5, std::vector<uint8_t>(rowBytes));
-    const auto sink = tool::CreatePicture(tool::OpenPictureFile(path), info);
-    for (auto& row : rows) {
+  }
+  return colors;
+}
+
+// Writes a picture of random rows and reads it again.
+void ExpectKept(const std::string& path, const tool::PictureInfo& info, Random& random) {
+  const auto pixelBits = static_cast<unsigned>(info.width * info.bits);
+  const size_t rowBytes = (pixelBits + 7) / 8;
+  // The last byte's unused bits are nobody's.
+  const auto lastBits = static_cast<uint8_t>(pixelBits % 8 ? 0xFF00 >> pixelBits % 8 : 0xFF);
+  std::vector<std::vector<uint8_t>> rows(static_cast<size_t>(info.height),
+                                         std::vector<uint8_t>(rowBytes));
+  const auto sink = tool::CreatePicture(tool::OpenPictureFile(path), info);
+  for (auto& row : rows) {
+    random.Fill(row.data(), row.size());
+    row.back() &= lastBits;
+    sink->WriteRow(row.data());
+  }
+  sink->Finish();
+
+  const auto source = tool::OpenPicture(path, {});
+  EXPECT_EQ(source->Info().bits, info.bits);
+  EXPECT_EQ(source->Info().xDotsPerInch, info.xDotsPerInch);
+  EXPECT_EQ(source->Info().yDotsPerInch, info.yDotsPerInch);
+  ASSERT_EQ(source->Info().colors.size(), info.colors.size());
+  for (size_t i = 0; i < info.colors.size(); ++i) {
+    EXPECT_EQ(std::memcmp(&source->Info().colors[i], &info.colors[i], sizeof(RGBQUAD)), 0);
+  }
+  for (const auto& row : rows) {
+    std::vector<uint8_t> read(rowBytes);
+    source->ReadRow(read.data());
+    read.back() &= lastBits;
+    ASSERT_EQ(read, row);
+  }
+}
+
+TEST(Picture, WrittenPicturesReadBackWithPaletteAndResolution) {
+  const TemporaryFolder folder;
+  Random random(3);
+  for (const std::string name : kFileNames) {
+    if (name == "out.jpg") continue;
+    const std::string path = folder.File(name);
+    for (const int32_t bits : {1, 4, 8, 24}) {
+      for (const Palette palette : {Palette::kRandom, Palette::kRamp, Palette::kTurnedRamp}) {
+        for (const auto& [width, height] : {std::pair{29, 5}, {411, 300}}) {
+          SCOPED_TRACE(testing::Message() << path << ", " << bits << " bits, palette "
+                                          << static_cast<int>(palette) << ", " << width);
+          tool::PictureInfo info;
+          info.width = width;
+          info.height = height;
+          info.bits = bits;
+          info.xDotsPerInch = 300;
+          info.yDotsPerInch = 72;
+          if (bits <= 8) info.colors = MakePalette(palette, bits, random);
+          ExpectKept(path, info, random);
+          if (bits > 8 || HasFatalFailure()) break;
+        }
+      }
+    }
+  }
+}
+
+TEST(Picture, AnUnfinishedPictureLeavesNothing) {
+  const TemporaryFolder folder;
+  for (const char* const name : kFileNames) {
+    tool::PictureInfo info;
+    info.width = 3000;
+    info.height = 40;
+    const auto sink = tool::CreatePicture(tool::OpenPictureFile(folder.File(name)), info);
+    std::vector<uint8_t> row(9000);
+    Random random(4);
+    for (int32_t y = 0; y < 30; ++y) {
       random.Fill(row.data(), row.size());
-      row.back() &= lastBits;
       sink->WriteRow(row.data());
     }
-    sink->Finish();
+  }
+  EXPECT_EQ(folder.Names(), std::vector<std::string>{});
+}
 
-    const auto source = tool::OpenPicture(path, {});
-    EXPECT_EQ(source->Info().bits, bits);
-    EXPECT_EQ(source->Info().xDotsPerInch, 300);
-    EXPECT_EQ(source->Info().yDotsPerInch, 72);
-    ASSERT_EQ(source->Info().colors.size(), info.colors.size());
-    for (size_t i = 0; i < info.colors.size(); ++i) {
-      EXPECT_EQ(std::memcmp(&source->Info().colors[i], &info.colors[i], sizeof(RGBQUAD)), 0);
-    }
-    for (const auto& row : rows) {
-      std::vector<uint8_t> read(rowBytes);
-      source->ReadRow(read.data());
-      read.back() &= lastBits;
-      EXPECT_EQ(read, row);
+// A device without room is written directly, under whatever name.
+TEST(Picture, AFullDiskIsAFailureInOneLine) {
+  const TemporaryFolder folder;
+  for (const char* const name : kFileNames) {
+    const std::string path = folder.File(name);
+    ASSERT_EQ(symlink("/dev/full", path.c_str()), 0);
+    tool::PictureInfo info;
+    info.width = info.height = 300;
+    const std::vector<uint8_t> row(900);
+    try {
+      const auto sink = tool::CreatePicture(tool::OpenPictureFile(path), info);
+      for (int32_t y = 0; y < info.height; ++y)
+        sink->WriteRow(row.data());
+      sink->Finish();
+      ADD_FAILURE() << name << " was written";
+    } catch (const tool::Failure& failure) {
+      EXPECT_EQ(failure.what(), "cannot write " + path + ": " + std::strerror(ENOSPC));
     }
   }
 }
