@@ -1,5 +1,6 @@
 #include "tools/tiff_handle.h"
 
+#include <cctype>
 #include <cstdarg>
 #include <cstdio>
 
@@ -9,7 +10,9 @@ namespace {
 // Both say that nobody else needs to be told.
 int OnError(TIFF*, void* user, const char*, const char* format, va_list arguments) {
   auto* error = static_cast<TiffError*>(user);
-  if (!error->text[0]) std::vsnprintf(error->text, sizeof error->text, format, arguments);
+  if (error->text[0]) return 1;
+  std::vsnprintf(error->text, sizeof error->text, format, arguments);
+  MakeOneLine(error->text);
   return 1;
 }
 int OnWarning(TIFF*, void*, const char*, const char*, va_list) { return 1; }
@@ -18,6 +21,12 @@ int OnWarning(TIFF*, void*, const char*, const char*, va_list) { return 1; }
 int OnClose(thandle_t) { return 0; }
 
 }  // namespace
+
+void MakeOneLine(char* text) {
+  for (; *text; ++text) {
+    if (std::iscntrl(static_cast<unsigned char>(*text))) *text = ' ';
+  }
+}
 
 TiffPointer OpenTiff(const std::string& path, const char* mode, void* file,
                      const TiffProcedures& procedures, TiffError* error) {

@@ -19,6 +19,9 @@ struct TiffError {
   char text[256] = "";
 };
 
+// Makes one line of a text of libtiff's, which may hold line ends and whatever a file says.
+void MakeOneLine(char* text);
+
 struct TiffClose {
   void operator()(TIFF* tiff) const { TIFFClose(tiff); }
 };

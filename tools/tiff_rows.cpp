@@ -126,6 +126,7 @@ void RgbaRows::Begin() {
   constexpr int kStopAtErrors = 1;
   begun_ = TIFFRGBAImageOK(input_.Get(), text) &&
            TIFFRGBAImageBegin(&image_, input_.Get(), kStopAtErrors, text);
+  MakeOneLine(text);
   if (!begun_) input_.Fail(text);
   image_.req_orientation = image_.orientation;  // rows in the order of the file
 }
