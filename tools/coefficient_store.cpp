@@ -4,16 +4,24 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "platform/headless/temp_names.h"
 
 namespace vn::tool {
+namespace {
+
+constexpr size_t kResident = size_t{1} << 20;  // of each array
+
+}  // namespace
 
 // What libjpeg holds as a jvirt_barray_ptr. Lies in its pools, which free it.
 struct CoefficientStore::Array {
   size_t at;  // where the first row lies in the file
-  size_t blocks;
+  size_t rowBytes;
   JDIMENSION rows, mostRows;
-  JBLOCKROW* window;  // rows as they are handed out
+  size_t usedFrom, usedTo;  // what may be resident
+  JBLOCKROW* window;        // rows as they are handed out
 };
 
 CoefficientStore::~CoefficientStore() {
@@ -41,12 +49,13 @@ jvirt_barray_ptr CoefficientStore::OnRequest(j_common_ptr jpeg, int pool, boolea
   auto* store = static_cast<CoefficientStore*>(jpeg->client_data);
   auto* array = static_cast<Array*>(jpeg->mem->alloc_small(jpeg, pool, sizeof(Array)));
   array->at = store->bytes_;
-  array->blocks = blocks;
+  array->rowBytes = sizeof(JBLOCK) * blocks;
   array->rows = rows;
   array->mostRows = mostRows;
+  array->usedFrom = array->usedTo = array->at;
   array->window =
       static_cast<JBLOCKROW*>(jpeg->mem->alloc_small(jpeg, pool, mostRows * sizeof(JBLOCKROW)));
-  store->bytes_ += sizeof(JBLOCK) * blocks * rows;
+  store->bytes_ += array->rowBytes * rows;
   return reinterpret_cast<jvirt_barray_ptr>(array);
 }
 
@@ -70,18 +79,29 @@ bool CoefficientStore::Map() noexcept {
   return map_ != nullptr;
 }
 
+// Pages that are let go stay in the file; whoever touches them again finds them there.
+void CoefficientStore::LetGo(size_t from, size_t to) const {
+  static const auto page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+  from = from / page * page;
+  madvise(map_ + from, to - from, MADV_DONTNEED);
+}
+
 JBLOCKARRAY CoefficientStore::OnAccess(j_common_ptr jpeg, jvirt_barray_ptr handle, JDIMENSION first,
                                        JDIMENSION count, boolean /*write*/) {
   const auto* store = static_cast<CoefficientStore*>(jpeg->client_data);
-  const auto* array = reinterpret_cast<const Array*>(handle);
+  auto* array = reinterpret_cast<Array*>(handle);
   if (!store->map_ || count > array->mostRows || first > array->rows ||
       count > array->rows - first) {
     ERREXIT(jpeg, JERR_BAD_VIRTUAL_ACCESS);
   }
+  const size_t from = array->at + array->rowBytes * first, to = from + array->rowBytes * count;
+  if (from < array->usedFrom || to > array->usedFrom + kResident) {
+    store->LetGo(array->usedFrom, array->usedTo);
+    array->usedFrom = array->usedTo = from;
+  }
+  array->usedTo = std::max(array->usedTo, to);
   for (JDIMENSION i = 0; i < count; ++i) {
-    const size_t row = size_t{first} + i;
-    char* const at = store->map_ + array->at + sizeof(JBLOCK) * array->blocks * row;
-    array->window[i] = reinterpret_cast<JBLOCKROW>(at);
+    array->window[i] = reinterpret_cast<JBLOCKROW>(store->map_ + from + array->rowBytes * i);
   }
   return array->window;
 }

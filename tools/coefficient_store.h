@@ -4,7 +4,8 @@
 // It would spill them beyond its max_memory_to_use, but libjpeg-turbo is built without a place to
 // spill to and fails there. Its memory manager is a table of methods, though, and three of them
 // deal with these arrays: the store puts its own in their place. The arrays lie one behind the
-// other in a file without a name, mapped, so that the system keeps in memory what it has room for.
+// other in a file without a name, which is mapped; little of it is resident in the process at a
+// time.
 #ifndef VNCORE_TOOLS_COEFFICIENT_STORE_H
 #define VNCORE_TOOLS_COEFFICIENT_STORE_H
 
@@ -37,6 +38,7 @@ class CoefficientStore {
   static JBLOCKARRAY OnAccess(j_common_ptr jpeg, jvirt_barray_ptr array, JDIMENSION first,
                               JDIMENSION count, boolean write);
   bool Map() noexcept;
+  void LetGo(size_t from, size_t to) const;
 
   void (*realizeOthers_)(j_common_ptr) = nullptr;
   size_t bytes_ = 0;  // of all arrays
