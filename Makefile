@@ -7,12 +7,12 @@ BUILD := cmake --build -j$(JOBS) --preset
 CTEST := ctest -j$(JOBS) --preset
 
 help:
-	@echo "make demo [PICTURE=file.png]  paint a picture at every depth into out/demo"
+	@echo "make demo [PICTURE=file]      paint a picture at every depth into out/demo"
 	@echo "make test                     run all tests, plain and under the sanitizers"
 	@echo "make test-windows             run the tests as Windows programs under Wine"
 	@echo "make bench                    run the benchmarks"
 
-# PICTURE is a PNG file; without it the project's own test card is painted.
+# PICTURE is a PNG, JPEG or TIFF file; without it the project's own test card is painted.
 demo:
 	scripts/setup.sh demo
 	$(CONFIGURE) native

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Paints a picture at every depth, ordered and diffused, at its size, halved and enlarged by half.
 #
-#   scripts/demo.sh VNCORE OUT_FOLDER [PICTURE.png]
+#   scripts/demo.sh VNCORE OUT_FOLDER [PICTURE]
 set -eu
 
 vncore=$1 out=$2 picture=${3:-}

@@ -38,7 +38,7 @@ void DrawChart(const ChartOptions& options) {
 void AddChartCommand(CLI::App& app) {
   CLI::App* const chart = app.add_subcommand("chart", "Draw a test card");
   const auto options = std::make_shared<ChartOptions>();
-  chart->add_option("OUT.png", options->out, "The test card")->required();
+  chart->add_option("OUT", options->out, "The test card")->required();
   AddParsed(chart, "--size", &options->size, &ParseSize, "WxH", "Its size, 1024x768 if not given");
   chart->callback([options] { DrawChart(*options); });
 }

@@ -53,7 +53,7 @@ void ShowInfo(const std::string& path) {
 void AddInfoCommand(CLI::App& app) {
   CLI::App* const info = app.add_subcommand("info", "Show what the kernel sees of a picture");
   const auto path = std::make_shared<std::string>();
-  info->add_option("IN.png", *path, "The picture")->required();
+  info->add_option("IN", *path, "The picture")->required();
   info->callback([path] { ShowInfo(*path); });
 }
 

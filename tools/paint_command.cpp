@@ -75,8 +75,8 @@ void AddPaintCommand(CLI::App& app) {
   CLI::App* const paint =
       app.add_subcommand("paint", "Paint a picture on a device and keep what it shows");
   const auto options = std::make_shared<PaintOptions>();
-  paint->add_option("IN.png", options->in, "The picture")->required();
-  paint->add_option("OUT.png", options->out, "What the device shows")->required();
+  paint->add_option("IN", options->in, "The picture")->required();
+  paint->add_option("OUT", options->out, "What the device shows")->required();
   paint->add_option("--device-bits", options->deviceBits, "Depth of the device, 8 if not given")
       ->check(CLI::IsMember({1, 4, 8, 16, 24}));
   AddParsed(paint, "--size", &options->size, &ParseSize, "WxH", "Size of the device's picture");
