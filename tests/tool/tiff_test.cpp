@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "tests/tool/damage.h"
 #include "tests/tool/made_tiff.h"
 #include "tests/tool/shown_pixels.h"
 #include "tests/tool/temporary_folder.h"
@@ -152,21 +153,7 @@ TEST(Tiff, DamageIsAFailureOrAPictureNeverMore) {
       Bitmap bitmap;
       EXPECT_THROW(Load(path, {}, bitmap), tool::Failure) << "cut to " << length;
     }
-    for (int i = 0; i < 60; ++i) {
-      std::string damaged = sound;
-      for (int32_t bytes = random.Between(1, 4); bytes > 0; --bytes) {
-        const auto at =
-            static_cast<size_t>(random.Between(4, static_cast<int32_t>(sound.size()) - 1));
-        damaged[at] = static_cast<char>(random.Next());
-      }
-      WriteFile(path, damaged);
-      Bitmap bitmap;
-      try {
-        Load(path, {}, bitmap);
-      } catch (const tool::Failure& failure) {
-        EXPECT_EQ(std::string(failure.what()).find('\n'), std::string::npos);
-      }
-    }
+    LoadDamaged(path, sound, 1, random);
   }
 }
 
