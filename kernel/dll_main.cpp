@@ -24,10 +24,6 @@ BOOL AttachProcess(HINSTANCE instance) {
     bridgeActive = onWin32s && SetUpBridge(instance);
   }
   if (!TakeThreadSlot()) return FALSE;
-  if (!CreateThreadSettings()) {
-    ReleaseThreadSlot();
-    return FALSE;
-  }
   ++processRefCount;
   return TRUE;
 }

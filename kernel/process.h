@@ -5,7 +5,8 @@
 namespace vn {
 
 // Takes the thread-local slot under which each thread's settings are kept, in place of any earlier
-// one. False when there is none to be had.
+// one, and makes the calling thread's block under it. False when there is no slot or no memory;
+// nothing has changed then.
 bool TakeThreadSlot();
 // Gives the slot back. Blocks under it must be gone.
 void ReleaseThreadSlot();

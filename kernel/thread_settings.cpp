@@ -1,6 +1,8 @@
 // The settings block of each thread.
 #include "kernel/thread_settings.h"
 
+#include <utility>
+
 #include "kernel/process.h"
 
 namespace vn {
@@ -46,10 +48,13 @@ ThreadSettings* OwnBlock() { return static_cast<ThreadSettings*>(TlsGetValue(thr
 }  // namespace
 
 bool TakeThreadSlot() {
-  const DWORD slot = TlsAlloc();
-  if (slot == TLS_OUT_OF_INDEXES) return false;
-  threadSlot = slot;
-  return true;
+  const DWORD earlier = std::exchange(threadSlot, TlsAlloc());
+  if (threadSlot != TLS_OUT_OF_INDEXES) {
+    if (CreateThreadSettings()) return true;
+    TlsFree(threadSlot);
+  }
+  threadSlot = earlier;
+  return false;
 }
 
 void ReleaseThreadSlot() {

@@ -1,6 +1,11 @@
 // Records, defaults, the progress scheme, and the attachment of process and threads.
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <thread>
@@ -18,11 +23,36 @@ bool IsAllZero(const void* record, size_t bytes) {
   return std::all_of(at, at + bytes, [](uint8_t byte) { return byte == 0; });
 }
 
-TEST(Frame, InitRefusesOtherDepthsAndLetsSizesWrap) {
-  BitmapHandle bitmap;
+TEST(Frame, InitWritesTheWholeRecord) {
+  BitmapHandle bitmap, expected;
   std::memset(&bitmap, 0xCC, sizeof bitmap);
   EXPECT_EQ(Vn_InitBitmap(&bitmap, 10, 10, 2), ERR_BITS_PER_PIXEL);
   EXPECT_TRUE(IsAllZero(&bitmap, sizeof bitmap));
+  const uint32_t strides[] = {8, 20, 36, 68, 100, 132};
+  for (size_t i = 0; i < 6; ++i) {
+    const int32_t bits = kDepths[i];
+    const auto depth = static_cast<WORD>(bits);
+    const DWORD size = 7 * strides[i], colors = bits == 1   ? 2
+                                                : bits == 4 ? 16
+                                                : bits == 8 ? 256
+                                                            : 0;
+    std::memset(&bitmap, 0xCC, sizeof bitmap);
+    std::memset(&expected, 0, sizeof expected);
+    expected.Width = 33;
+    expected.Height = 7;
+    expected.BitsPerPixel = bits;
+    expected.BytesPerLine = strides[i];
+    expected.DataSize = size;
+    expected.ColorCount = static_cast<int32_t>(colors);
+    expected.ColorOrder = bits > 8;
+    expected.ViewOrigin = 2;
+    expected.DitherMethod = 7;
+    expected.XResolution = expected.YResolution = 150;
+    expected.DibHeader = {40, 33, 7, 1, depth, 0, size, 0, 0, colors, 0};
+    EXPECT_EQ(Vn_InitBitmap(&bitmap, 33, 7, bits), OK);
+    EXPECT_EQ(std::memcmp(&bitmap, &expected, sizeof bitmap), 0) << bits;
+  }
+  // Sizes beyond 32 bits wrap.
   EXPECT_EQ(Vn_InitBitmap(&bitmap, 0x10000, 0x10001, 8), OK);
   EXPECT_EQ(bitmap.DataSize, 0x10000u);
   EXPECT_EQ(Vn_InitBitmap(&bitmap, 0x10000002, 1, 32), OK);  // 32 times the width wraps too
@@ -121,6 +151,27 @@ TEST(Frame, WithoutAnAttachmentTheDefaultsHold) {
   EXPECT_EQ(Vn_GetDefaultXResolution(), 75);
   ASSERT_EQ(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr), 1);
   EXPECT_EQ(Vn_GetDefaultXResolution(), 150);
+}
+
+#ifndef _WIN32
+// Were the thread attached while the process is detached, it would wait for itself.
+TEST(Frame, AThreadThatNeverLookedInEndsTheProcess) {
+  EXPECT_EXIT(
+      {
+        alarm(10);
+        std::thread([] { std::exit(5); }).join();
+      },
+      testing::ExitedWithCode(5), "");
+}
+#endif
+
+// The settings of an earlier attachment outlive a later one that fails.
+HEADLESS_TEST(Frame, AFailedAttachmentChangesNothing) {
+  Vn_SetDefaultXResolution(96);
+  Headless_FailNth(HEADLESS_MEMORY, 1);
+  EXPECT_EQ(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr), 0);
+  Headless_FailNth(HEADLESS_MEMORY, 0);
+  EXPECT_EQ(Vn_SetDefaultXResolution(150), 96);
 }
 
 HEADLESS_TEST(Frame, AttachmentFailsWithoutMemoryAndRecovers) {

@@ -37,6 +37,12 @@ BOOL CallDllMain(DWORD reason) {
   return DllMain(reinterpret_cast<HINSTANCE>(&attachment), reason, nullptr);
 }
 
+// Marks the calling thread as attached, to be detached at its end.
+void Bear(uint32_t number) {
+  threadAttachment = number;
+  if (hasThreadEndKey) pthread_setspecific(threadEndKey, &threadAttachment);
+}
+
 void DetachThread(void*) {
   const std::lock_guard lock(dllMainMutex);
   if (threadAttachment == 0 || threadAttachment != attachment) return;
@@ -47,7 +53,7 @@ void DetachThread(void*) {
 BOOL AttachProcess() {
   const std::lock_guard lock(dllMainMutex);
   if (!hasThreadEndKey) hasThreadEndKey = pthread_key_create(&threadEndKey, DetachThread) == 0;
-  threadAttachment = ++attachmentsSoFar;
+  Bear(++attachmentsSoFar);
   attachment = threadAttachment;
   const BOOL attached = CallDllMain(DLL_PROCESS_ATTACH);
   if (!attached) attachment = threadAttachment = 0;
@@ -57,6 +63,7 @@ BOOL AttachProcess() {
 void DetachProcess() {
   const std::lock_guard lock(dllMainMutex);
   if (attachment == 0) return;
+  threadAttachment = attachment;  // a thread that never looked in must not be attached by this
   CallDllMain(DLL_PROCESS_DETACH);
   attachment = threadAttachment = 0;
 }
@@ -77,8 +84,7 @@ void AttachThreadOnce() {
   const uint32_t process = attachment.load(std::memory_order_acquire);
   if (threadAttachment == process || process == 0) return;
   const std::lock_guard lock(dllMainMutex);
-  threadAttachment = process;  // first, because DllMain looks into thread-local storage itself
-  if (hasThreadEndKey) pthread_setspecific(threadEndKey, &threadAttachment);
+  Bear(process);  // first, because DllMain looks into thread-local storage itself
   CallDllMain(DLL_THREAD_ATTACH);
 }
 
