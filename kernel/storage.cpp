@@ -64,7 +64,7 @@ class TemporaryFile {
 // One byte written behind the last pixel gives the file its full size.
 VnStatus AllocateFile(BitmapHandle* bitmap) {
   bitmap->Storage = INVALID_HANDLE_VALUE;
-  char found[MAX_PATH] = "";
+  char found[MAX_PATH];
   Vn_OsGetTempName(found);
   const std::size_t bytes = std::strlen(found) + 1;
   ScratchBuffer<char> name(bytes);

@@ -75,7 +75,8 @@ HANDLE VN_CALL Vn_OsCreat(const char* name, uint32_t attributes) {
 int32_t VN_CALL Vn_OsGetTempName(char* buffer) {
   char path[MAX_PATH] = "";
   GetTempPathA(MAX_PATH, path);
-  GetTempFileNameA(path, "VN", 0, buffer);
+  // An empty name is all that a caller sees of a failure.
+  if (!GetTempFileNameA(path, "VN", 0, buffer)) *buffer = '\0';
   return 0;
 }
 

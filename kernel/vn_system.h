@@ -25,7 +25,7 @@ VN_API int32_t VN_CALL Vn_OsFree(void* block);
  * only read. Returns the handle, or INVALID_HANDLE_VALUE. */
 VN_API HANDLE VN_CALL Vn_OsCreat(const char* name, uint32_t attributes);
 /* Writes the name of a new, empty temporary file (prefix "VN") into `buffer`, which holds at least
- * 260 characters. Returns 0 always. */
+ * 260 characters. Returns 0 always; a failure leaves the name empty. */
 VN_API int32_t VN_CALL Vn_OsGetTempName(char* buffer);
 /* Opens the file `name`. `access`: low two bits 0 read, 1 write, 2 or 3 both; bit 0x100 creates or
  * truncates, else bit 0x200 truncates an existing file. `share`: bits 0x80 and 0x100 together share

@@ -38,7 +38,8 @@ TEST(Storage, LocksNestByTheirState) {
 
 TEST(Storage, FreeImageHandsPalettesOn) {
   Bitmap bitmap(10, 10, 8);
-  BitmapHandle forgotten = *bitmap.get();
+  BitmapHandle forgotten;
+  Vn_CopyBitmapHandle(&forgotten, bitmap);
   forgotten.Flags = 0;
   EXPECT_EQ(Vn_FreeImage(&forgotten, 1), OK);  // no storage: nothing happens
   EXPECT_EQ(forgotten.PaintPalette, bitmap->PaintPalette);
@@ -197,6 +198,13 @@ TEST(Storage, Win32sFallsBackToAFile) {
   EXPECT_EQ(std::filesystem::file_size(name), bitmap.DataSize + 1);
   Vn_FreeBitmap(&bitmap);
   EXPECT_EQ(folder.Sweep(), 0u);
+
+  // No folder for it, no file. `folder` sets the variable back.
+  setenv("TMPDIR", "/no such folder", 1);
+  char found[MAX_PATH] = "old";
+  EXPECT_EQ(Vn_OsGetTempName(found), 0);
+  EXPECT_STREQ(found, "");
+  EXPECT_EQ(Vn_AllocateBitmap(&bitmap, STORAGE_DISK), ERR_NO_MEMORY);
 }
 
 #endif
