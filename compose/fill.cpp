@@ -73,13 +73,13 @@ VnStatus Write(const Job& job) {
   if (!progress.Begin()) return progress.Result();
   if (job.bitmap->Flags & FLAG_IN_MEMORY) {
     WriteMemory(job);
-    progress.Step();
-    return progress.Result();
+  } else {
+    for (int32_t row = bounds.top; row < bounds.bottom; ++row) {
+      WriteRow(job, row);
+      if (onDisk && !progress.Step()) return progress.Result();
+    }
   }
-  for (int32_t row = bounds.top; row < bounds.bottom; ++row) {
-    WriteRow(job, row);
-    if (onDisk && !progress.Step()) return progress.Result();
-  }
+  if (!onDisk) progress.Step();
   return progress.Result();
 }
 

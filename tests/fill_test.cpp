@@ -175,6 +175,14 @@ TEST(Fill, MemoryIsOneUnitOfProgress) {
   EXPECT_EQ(ReadRow(bitmap, 3), Bytes(4, 0));
 }
 
+TEST(Fill, WithoutStorageNothingIsWritten) {
+  BitmapHandle record;
+  Vn_InitBitmap(&record, 4, 4, 8);
+  const StatusLog log;
+  EXPECT_EQ(Vn_FillBitmap(&record, 0), OK);
+  EXPECT_EQ(log.percents(), (std::vector<int32_t>{0, 100}));
+}
+
 HEADLESS_TEST(Fill, FilesTellProgressByRows) {
   const Win32sScope scope;
   Bitmap bitmap(35, 15, 8, VIEW_TOP_FIRST, ORDER_RGB, nullptr, STORAGE_DISK);
