@@ -63,14 +63,15 @@ VnStatus VN_CALL Vn_DupBitmapNewDim(BitmapHandle* destination, BitmapHandle* sou
 VnStatus VN_CALL Vn_CopyBitmapData(BitmapHandle* destination, BitmapHandle* source) {
   if (!HasStorage(destination) || !HasStorage(source)) return ERR_NO_BITMAP;
   // Bitmaps of unlike size are the caller's mistake; what they have in common is copied then.
-  const auto rows = static_cast<uint32_t>(std::min(source->Height, destination->Height));
+  const int32_t rows = std::min(source->Height, destination->Height);
   const uint32_t count = std::min(source->BytesPerLine, destination->BytesPerLine);
   vn::ScratchBuffer<uint8_t> buffer(source->BytesPerLine, vn::Fill::kZero);
   if (!buffer) return ERR_NO_MEMORY;
   const vn::BitmapLock lockSource(source);
   const vn::BitmapLock lockDestination(destination);
   vn::RowView view(source, buffer.data());
-  for (uint32_t row = 0; row < rows; ++row) {
+  for (int32_t i = 0; i < rows; ++i) {
+    const auto row = static_cast<uint32_t>(i);
     Vn_PutBitmapRow(destination, view.Read(row), row, count);
   }
   return OK;

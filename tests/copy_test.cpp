@@ -33,12 +33,37 @@ TEST(DupBitmap, SharesOrDuplicatesByMode) {
   }
 }
 
-TEST(CopyBitmapHandle, MovesTheWholeRecord) {
-  Bitmap source(5, 5, 8);
-  BitmapHandle copy;
+TEST(DupBitmap, CarriesAllButPixelsToOtherDimensions) {
+  constexpr uint32_t kMarks = FLAG_CARRIED_0080 | FLAG_GRAY_PALETTE | FLAG_OPTIMIZED_PALETTE |
+                              FLAG_FIXED_PALETTE | FLAG_CUSTOM_PALETTE | FLAG_CARRIED_1000 |
+                              FLAG_PALETTE_INDEXES;
+  Bitmap source(20, 10, 8, VIEW_TOP_FIRST);
+  source->Flags |= kMarks;
+  source->CarriedTag = 1;
+  for (uint32_t i = 0; i < 4; ++i)
+    source->CarriedPair[i % 2] = source->CarriedQuad[i] = i + 2;
+  source->XResolution = 72;
+  source->YResolution = -9;
+  source->DitherMethod = 3;
+  Vn_AccessBitmap(source);
+
+  BitmapHandle copy, expected;
+  ASSERT_EQ(Vn_InitBitmap(&expected, 9, 4, 24), OK);
+  expected.Flags = kMarks;
+  expected.CarriedTag = 1;
+  std::memcpy(expected.CarriedPair, source->CarriedPair, sizeof expected.CarriedPair);
+  std::memcpy(expected.CarriedQuad, source->CarriedQuad, sizeof expected.CarriedQuad);
+  expected.DibHeader = source->DibHeader;
+  std::memcpy(expected.DibColors, source->DibColors, sizeof expected.DibColors);
+  expected.Palette = source->Palette;
+  expected.PaintPalette = source->PaintPalette;
+  expected.ViewOrigin = VIEW_TOP_FIRST;
+  expected.XResolution = 72;
+  expected.YResolution = -9;
   std::memset(&copy, 0xEE, sizeof copy);
-  Vn_CopyBitmapHandle(&copy, source);
-  EXPECT_EQ(std::memcmp(&copy, source.get(), sizeof copy), 0);
+  ASSERT_EQ(Vn_DupBitmapNewDim(&copy, source, 9, 4, 24, 0), OK);
+  EXPECT_EQ(std::memcmp(&copy, &expected, sizeof copy), 0);
+  Vn_ReleaseBitmap(source);
 }
 
 void CopiesAreIndependent(int32_t storage) {

@@ -106,6 +106,19 @@ HEADLESS_TEST(PlatformSystem, DeadAndForeignMemoryFails) {
   EXPECT_EQ(GlobalHandle(&local), nullptr);
 }
 
+// What a thread stored stays its own, and is gone when the slot is given to somebody else.
+TEST(PlatformSystem, SlotsComeEmpty) {
+  int word = 0;
+  const DWORD slot = TlsAlloc();
+  EXPECT_TRUE(TlsSetValue(slot, &word));
+  std::thread([=] { EXPECT_EQ(TlsGetValue(slot), nullptr); }).join();
+  EXPECT_EQ(TlsGetValue(slot), &word);
+  EXPECT_TRUE(TlsFree(slot));
+  const DWORD next = TlsAlloc();  // the same number, as a rule
+  EXPECT_EQ(TlsGetValue(next), nullptr);
+  EXPECT_TRUE(TlsFree(next));
+}
+
 // All tables at once from several threads; the counts of the test run show what was lost.
 HEADLESS_TEST(PlatformSystem, ThreadsShareTheTables) {
   std::vector<std::thread> threads;

@@ -80,6 +80,11 @@ TEST(SystemLayer, FilesMoveBytes) {
   char bytes[16] = "";
   EXPECT_EQ(Vn_OsRead(file, bytes, 16), 3);  // the end of the file is no failure
   EXPECT_STREQ(bytes, "789");
+  EXPECT_EQ(Vn_OsSeek(file, 12, 0), 12u);  // the gap that a write behind the end leaves is zeros
+  EXPECT_EQ(Vn_OsWrite(file, "x", 1), 1);
+  EXPECT_EQ(Vn_OsSeek(file, -3, 1), 10u);
+  EXPECT_EQ(Vn_OsRead(file, bytes, 16), 3);
+  EXPECT_EQ(std::memcmp(bytes, "\0\0x", 3), 0);
   EXPECT_EQ(Vn_OsDelete(temp.name()), -1);  // open
   EXPECT_EQ(Vn_OsClose(file), 0);
   EXPECT_EQ(Vn_OsClose(file), -1);
