@@ -82,7 +82,7 @@ VnStatus VN_CALL Vn_PutBitmapColors(BitmapHandle* bitmap, int32_t first, int32_t
   }
   vn::ColorTable table;
   vn::ReadActivePalette(*bitmap, table);
-  std::copy_n(colors, std::max(count, 0), table.begin() + first);
+  if (count > 0) std::copy_n(colors, count, table.begin() + first);
 
   DeleteObject(vn::ActivePalette(*bitmap));
   vn::OwnedObject<HPALETTE> palette(

@@ -77,11 +77,17 @@ VnStatus Conversion::Prepare(const PaletteRequest& request, bool store) {
   CarryOver(target_, *source_);
   VnStatus status = CopyRegion(target_, source_, 0, 0);
   if (status == OK) status = SettlePalette(source_, target_, request, &palette_);
+  // Rows of the new depth can be too long for 32 bits where those of the source are not.
+  if (status == OK && !SizeFits(target_->Width, target_->Height, target_->BitsPerPixel)) {
+    status = ERR_NO_MEMORY;
+  }
   if (status == OK && store) status = Vn_AllocateBitmap(target_, STORAGE_AUTO);
   if (status == OK) status = PrepareBuffers();
   if (status != OK) return status;
   if (palette_.dither) return PrepareDithering(request);
   if (source_->BitsPerPixel <= 8) {
+    // Pixels that the palette object has no entry for count as the filler.
+    if (target_->BitsPerPixel <= 8) std::fill_n(sourceColors_, 256, kFillerColor);
     Vn_GetPaletteEntries(ActivePalette(*source_), 0, static_cast<uint32_t>(source_->ColorCount),
                          sourceColors_);
   }

@@ -61,7 +61,8 @@ class FixedLattice {
   uint32_t row_ = 0;
 };
 
-// The matrix turned clockwise on screen by an angle whose sine and cosine are given.
+// The matrix turned by an angle whose sine and cosine are given, counterclockwise over rows that
+// lie from the top down. ViewOrigin is not looked at.
 class TurnedLattice {
  public:
   TurnedLattice(const Matrix& matrix, int32_t sine, int32_t cosine)
@@ -136,7 +137,8 @@ VnStatus Halftone(BitmapHandle* bitmap, uint32_t type, Run&& run) {
   return result;
 }
 
-// The turn of the lattice for a turn of the screen, 0 to 35999 hundredths of a degree.
+// The turn of the walk over the matrix for a turn of the matrix over the picture, 0 to 35999
+// hundredths of a degree.
 int32_t FoldAngle(int32_t angle) {
   const int32_t folded = -(angle % 36000);
   return folded < 0 ? folded + 36000 : folded;

@@ -41,8 +41,7 @@ struct Slots {
   bool packed = false;  // the free entries come first, without a gap
 
   Slots(uint32_t tableCount, const PaletteRequest& request) {
-    // The filler has bit 1 set, so that nothing is matched to it where it stays.
-    std::fill_n(entries, tableCount, RGBQUAD{2, 2, 2, kOpen});
+    std::fill_n(entries, tableCount, kFillerColor);
     if (request.flags & RES_SYSTEM_COLORS) ReserveSystemColors(entries, request.colorCount);
     uint32_t freeEnd = 0;
     for (uint32_t i = 0; i < request.colorCount; ++i) {

@@ -7,6 +7,10 @@
 
 namespace vn {
 
+// What free entries of an optimised palette hold before the builder fills them, and for good where
+// it makes no colour for them. Bit 1 of the flags byte keeps pixels from being matched to it.
+inline constexpr RGBQUAD kFillerColor = {2, 2, 2, 2};
+
 // What is asked for, as the arguments of Vn_ColorResBitmap have it; `colorCount` is 1 to 2 to the
 // power of the target's depth for depths up to 8.
 struct PaletteRequest {

@@ -7,6 +7,10 @@
 
 namespace vn {
 
+// The size computations of a record wrap in 32 bits. A row loop over such a record would leave its
+// storage, so one that does not pass here is not made.
+bool SizeFits(int32_t width, int32_t height, int32_t bitsPerPixel);
+
 // What every derived bitmap takes from its source: row order, resolution, the caller's fields.
 void CarryOver(BitmapHandle* derived, const BitmapHandle& source);
 

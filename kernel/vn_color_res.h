@@ -36,7 +36,8 @@ typedef VnStatus(VN_CALL* VnRowCallBack)(BitmapHandle* target, uint8_t* rowBytes
  * many entries. Reports progress per row.
  * Returns OK, ERR_INVALID_PARAMETER (also for a null or empty `bitmap`), ERR_NO_MEMORY, a code of
  * the allocation, or what a callback returned. A stop by the status callback keeps the rows done so
- * far, and in place the old pixels are gone; every other failure leaves `bitmap` as it was. */
+ * far, and in place the old pixels are gone; every other failure leaves `bitmap` as it was, and
+ * another `target` without storage. */
 VN_API VnStatus VN_CALL Vn_ColorResBitmap(BitmapHandle* bitmap, BitmapHandle* target, uint32_t bits,
                                           uint32_t flags, const RGBQUAD* colors,
                                           uint32_t colorCount, VnRowCallBack callback,

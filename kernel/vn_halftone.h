@@ -21,7 +21,8 @@ enum {
  * anything but OK the bitmap is as it was. */
 VN_API VnStatus VN_CALL Vn_HalfToneBitmap(BitmapHandle* bitmap, uint32_t type);
 
-/* The same with the matrix turned by `angle`, in hundredths of a degree. */
+/* The same with the matrix turned by `angle`, in hundredths of a degree: clockwise where row 0 is the
+ * top line, and so counterclockwise in a picture of VIEW_BOTTOM_FIRST. */
 VN_API VnStatus VN_CALL Vn_HalfToneBitmapExt(BitmapHandle* bitmap, uint32_t type, int32_t angle);
 
 VN_END_C

@@ -1,8 +1,9 @@
 /* Palettes: colour tables, palette objects, the fixed palettes, and the palettes of bitmaps.
  *
  * A colour table is an array of at most 256 RGBQUAD (blue, green, red, flags byte). The flags byte
- * travels into and out of palette objects as peFlags. Counts are not tested against 256. Palettes
- * that a function returns belong to the caller, who releases them with DeleteObject. */
+ * travels into and out of palette objects as peFlags. Larger counts are no contract:
+ * Vn_CreatePalette refuses them, the others stop at 256. Palettes that a function returns belong to
+ * the caller, who releases them with DeleteObject. */
 #ifndef VNCORE_VN_PALETTE_H
 #define VNCORE_VN_PALETTE_H
 

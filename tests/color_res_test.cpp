@@ -209,6 +209,18 @@ TEST(ColorRes, OptimizedColorsWithFixedAndReservedSlots) {
   }
 }
 
+TEST(ColorRes, PixelsWithoutAPaletteEntryCountAsFiller) {
+  const Colors colors = {{90, 90, 90, 0}, {1, 1, 1, 0}, {200, 0, 0, 0}};
+  Bitmap source(8, 1, 4);
+  ASSERT_EQ(Vn_ColorResBitmap(source, source, 4, RES_USER_PALETTE, colors.data(), 3, nullptr, 0),
+            OK);
+  WriteRow(source, 0, {0x01, 0x2F, 0xFF, 0xFF});
+  Bitmap result;
+  ASSERT_EQ(Vn_ColorResBitmap(source, result, 8, 0, nullptr, 0, nullptr, 0), OK);
+  // The missing entries are black and come first; (1, 1, 1) is nearest to the filler (2, 2, 2).
+  EXPECT_EQ(ReadRow(result, 0), (Bytes{15, 14, 13, 14, 14, 14, 14, 14}));
+}
+
 struct Stop {
   int32_t rows = 0, stopAt = 0;
   static VnStatus VN_CALL Hear(BitmapHandle* target, uint8_t*, uint32_t rows, UINT_PTR data) {
@@ -218,6 +230,20 @@ struct Stop {
     return ++stop->rows == stop->stopAt ? -99 : 0 + OK;
   }
 };
+
+TEST(ColorRes, RowsTooLongFor32BitsAreRefused) {
+  // 8 bits: a stride that wraps to 0; 24 bits: to less than the row needs.
+  for (const auto& [width, bits] : {std::pair{0x20000000u, 8u}, {0x10000000u, 24u}}) {
+    Bitmap source(width, 1, 1);
+    Stop rows;
+    EXPECT_EQ(Vn_ColorResBitmap(source, nullptr, bits, bits == 8, nullptr, 0, Stop::Hear,
+                                reinterpret_cast<UINT_PTR>(&rows)),
+              ERR_NO_MEMORY);
+    EXPECT_EQ(Vn_ColorResBitmap(source, source, bits, bits == 8, nullptr, 0, nullptr, 0),
+              ERR_NO_MEMORY);
+    EXPECT_EQ(source->BitsPerPixel, 1);
+  }
+}
 
 TEST(ColorRes, TheTwoCallbacksStopDifferently) {
   Random random(27);
@@ -263,6 +289,23 @@ HEADLESS_TEST(ColorRes, ReservesSystemColorsOnPaletteDisplays) {
   EXPECT_EQ(colors[53].rgbReserved, 9);
   EXPECT_EQ(std::memcmp(&colors[0], "\0\0\0", 4), 0);
   EXPECT_EQ(std::memcmp(&colors[63], "\xFF\xFF\xFF", 4), 0);
+
+  // The free slots of a result lie between them, so that the rows are dithered, and nearest colours
+  // may be reserved ones.
+  Random random(28);
+  const Colors own = RandomColors(random, 16);
+  Bitmap source(40, 3, 4, VIEW_BOTTOM_FIRST, ORDER_BGR, own.data()), result;
+  FillRandom(source, random);
+  ASSERT_EQ(Vn_ColorResBitmap(source, result, 8, RES_SYSTEM_COLORS, nullptr, 64, nullptr, 0), OK);
+  const Colors made = ColorsOf(result);
+  Colors built(44);
+  ASSERT_EQ(OptimizePalette(source, built.data(), 44, nullptr), OK);
+  EXPECT_EQ(std::memcmp(made.data(), colors.data(), 40), 0);
+  EXPECT_EQ(std::memcmp(&made[10], built.data(), 44 * sizeof(RGBQUAD)), 0);
+  EXPECT_EQ(std::memcmp(&made[54], &colors[54], 40), 0);
+  const Bytes from = ReadRow(source, 1), to = ReadRow(result, 1);
+  for (size_t x = 0; x < 40; ++x)
+    EXPECT_EQ(made[to[x]].rgbGreen / 8, own[PixelBits(from, x, 4)].rgbGreen / 8);
 }
 
 HEADLESS_TEST(ColorRes, LeavesTheBitmapWhenMemoryFails) {

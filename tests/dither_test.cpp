@@ -31,6 +31,8 @@ struct SlowRun {
   uint32_t method;
   Way way;
   int targetBits;
+  bool matchTable;
+  uint32_t tableCount;
   Colors target;                            // 256 entries, zero past the given ones
   std::vector<uint32_t> usable;             // indexes that cells may lead to, by position
   std::map<uint32_t, uint32_t> cells = {};  // position by cell, as far as answered
@@ -41,16 +43,18 @@ struct SlowRun {
     return static_cast<uint32_t>(c.red / 8 * 1024 + c.green / 8 * 32 + c.blue / 8);
   }
 
+  // The cells of a caller's table answer with a place in its own colours, which is taken for a
+  // place among the usable ones.
   uint32_t FindByCell(SlowColor c) {
     const uint32_t cell = CellAt(c);
     if (!cells.count(cell)) {
       Colors colors;
-      for (const uint32_t index : usable)
-        colors.push_back(target[index]);
+      for (uint32_t i = 0; i < (matchTable ? tableCount : usable.size()); ++i)
+        colors.push_back(target[matchTable ? i : usable[i]]);
       cells[cell] = SlowMatch(colors.data(), static_cast<uint32_t>(colors.size()),
                               {c.red / 8 * 8, c.green / 8 * 8, c.blue / 8 * 8});
     }
-    return usable[cells[cell]];
+    return cells[cell] < usable.size() ? usable[cells[cell]] : 0;
   }
 
   uint32_t Index(SlowColor c) {
@@ -127,7 +131,13 @@ struct Target {
 
 SlowRun ModelOf(const Target& target, uint32_t method) {
   const int bits = target.count <= 2 ? 1 : target.count <= 16 ? 4 : 8;
-  SlowRun run{method, target.way, target.targetBits ? target.targetBits : bits, Colors(256), {}};
+  SlowRun run{method,
+              target.way,
+              target.targetBits ? target.targetBits : bits,
+              target.matchTable,
+              target.count,
+              Colors(256),
+              {}};
   const RGBQUAD* colors = target.colors.empty() ? Vn_IntGetFixedPalette(static_cast<uint32_t>(bits))
                                                 : &target.colors[0];
   std::copy_n(colors, target.count, run.target.begin());
@@ -168,6 +178,7 @@ std::vector<Target> Targets() {
           {"reserved40", reserved, 40, Way::kCells},
           {"crowded256", CrowdedColors(random, 256), 256, Way::kCells},
           {"table16", RandomColors(random, 16), 16, Way::kCells, true},
+          {"table40", reserved, 40, Way::kCells, true},
           {"table256", RandomColors(random, 256), 256, Way::kCells, true}};
 }
 

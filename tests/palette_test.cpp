@@ -2,6 +2,7 @@
 #include <bit>
 #include <cstring>
 
+#include "kernel/platform_objects.h"
 #include "tests/support/bitmaps.h"
 #include "tests/support/failure_walk.h"
 #include "tests/support/headless_control.h"
@@ -29,20 +30,7 @@ Colors Entries(HPALETTE palette) {
   return colors;
 }
 
-// A palette object for the length of a test.
-class Palette {
- public:
-  explicit Palette(HPALETTE handle) : handle_(handle) {}
-  Palette(const Palette&) = delete;
-  Palette& operator=(const Palette&) = delete;
-  ~Palette() {
-    if (handle_) DeleteObject(handle_);
-  }
-  operator HPALETTE() const { return handle_; }
-
- private:
-  HPALETTE handle_;
-};
+using Palette = OwnedObject<HPALETTE>;
 
 TEST(FixedPalettes, HoldTheLevelsThatShiftsCountOn) {
   const int levels[] = {0, 36, 73, 109, 146, 182, 219, 255};
@@ -70,12 +58,12 @@ TEST(PaletteObjects, CarryColoursAndFlagsBothWays) {
     colors[i].rgbReserved = static_cast<BYTE>(i % 5);
   for (const uint32_t count : {1u, 2u, 100u, 256u}) {
     const Palette palette(Vn_CreatePalette(colors.data(), count));
-    ASSERT_NE(palette, nullptr);
-    EXPECT_EQ(Vn_GetPaletteSize(palette), count);
-    EXPECT_EQ(Entries(palette), Colors(colors.begin(), colors.begin() + count));
-    const Palette copy(Vn_DupPalette(palette));
-    EXPECT_NE(static_cast<HPALETTE>(copy), static_cast<HPALETTE>(palette));
-    EXPECT_EQ(Entries(copy), Entries(palette));
+    ASSERT_TRUE(palette);
+    EXPECT_EQ(Vn_GetPaletteSize(palette.get()), count);
+    EXPECT_EQ(Entries(palette.get()), Colors(colors.begin(), colors.begin() + count));
+    const Palette copy(Vn_DupPalette(palette.get()));
+    EXPECT_NE(copy.get(), palette.get());
+    EXPECT_EQ(Entries(copy.get()), Entries(palette.get()));
   }
 }
 
@@ -83,13 +71,13 @@ TEST(PaletteObjects, ComparisonLooksAtColoursAlone) {
   Colors colors = Fixed(4);
   const Palette palette(Vn_CreateFixedPalette(4));
   colors[5].rgbReserved = 1;
-  EXPECT_EQ(Vn_CompareHandleToPalette(palette, colors.data(), 16), 1);
+  EXPECT_EQ(Vn_CompareHandleToPalette(palette.get(), colors.data(), 16), 1);
   colors[15].rgbGreen = 254;
-  EXPECT_EQ(Vn_CompareHandleToPalette(palette, colors.data(), 16), 0);
+  EXPECT_EQ(Vn_CompareHandleToPalette(palette.get(), colors.data(), 16), 0);
   EXPECT_EQ(Vn_CompareHandleToPalette(nullptr, colors.data(), 16), 1);
   // Entries that the palette does not have are not compared.
   const Palette two(Vn_CreatePalette(colors.data(), 2));
-  EXPECT_EQ(Vn_CompareHandleToPalette(two, colors.data(), 16), 1);
+  EXPECT_EQ(Vn_CompareHandleToPalette(two.get(), colors.data(), 16), 1);
 }
 
 HEADLESS_TEST(PaletteObjects, SystemPaletteOnPaletteDevicesOnly) {
@@ -103,7 +91,7 @@ HEADLESS_TEST(PaletteObjects, SystemPaletteOnPaletteDevicesOnly) {
   const HDC screen = GetDC(nullptr);
   ASSERT_EQ(GetSystemPaletteEntries(screen, 0, 256, system), 256u);
   ReleaseDC(nullptr, screen);
-  const Colors colors = Entries(palette);
+  const Colors colors = Entries(palette.get());
   ASSERT_EQ(colors.size(), 256u);
   for (size_t i = 0; i < 256; ++i) {
     EXPECT_EQ(colors[i],
@@ -116,11 +104,11 @@ HEADLESS_TEST(PaletteObjects, FailuresLeaveNothingBehind) {
   for (const Headless_Operation family : {HEADLESS_MEMORY, HEADLESS_OBJECT}) {
     WalkFailures(family, [&](FailureRound& round) {
       const Palette gray(round.Run([] { return Vn_CreateGrayPalette(8); }));
-      EXPECT_EQ(gray == nullptr, round.Failed());
+      EXPECT_EQ(!gray, round.Failed());
     });
     WalkFailures(family, [&](FailureRound& round) {
-      const Palette copy(round.Run([&] { return Vn_DupPalette(palette); }));
-      EXPECT_EQ(copy == nullptr, round.Failed());
+      const Palette copy(round.Run([&] { return Vn_DupPalette(palette.get()); }));
+      EXPECT_EQ(!copy, round.Failed());
     });
   }
 }
@@ -160,6 +148,25 @@ TEST(BitmapPalette, GrayClasses) {
   }
   EXPECT_EQ(classOf(ramp(16, 0, 16)), 3) << "the made gray ramp does not reach white";
   EXPECT_EQ(classOf({Quad(5, 5, 5), Quad(0, 0, 0)}), 3) << "falling, but not from white";
+}
+
+TEST(BitmapPalette, ReplacedColoursMoveTheActivePalette) {
+  const Colors black(2), white(2, Quad(255, 255, 255));
+  Bitmap bitmap(3, 2, 1, VIEW_BOTTOM_FIRST, ORDER_BGR, black.data());
+  EXPECT_EQ(Vn_PutBitmapColors(bitmap, 1, 2, white.data()), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Entries(bitmap->Palette), black);
+  ASSERT_EQ(Vn_PutBitmapColors(bitmap, 1, 1, white.data()), OK);
+  EXPECT_EQ(bitmap->Palette, nullptr);
+  EXPECT_EQ(Entries(bitmap->PaintPalette), Fixed(1));
+  EXPECT_EQ(bitmap->Flags & (FLAG_FIXED_PALETTE | FLAG_CUSTOM_PALETTE), 0u + FLAG_FIXED_PALETTE);
+  // A flags byte makes it another palette, and a gray ramp is a custom one like any other.
+  const RGBQUAD flagged = Quad(0, 0, 0, 4);
+  ASSERT_EQ(Vn_PutBitmapColors(bitmap, 0, 1, &flagged), OK);
+  EXPECT_EQ(Entries(bitmap->Palette), (Colors{flagged, white[0]}));
+  EXPECT_EQ(bitmap->PaintPalette, nullptr);
+  EXPECT_EQ(Vn_IsGrayScaleBitmap(bitmap), 1);
+  EXPECT_EQ(bitmap->Flags & (FLAG_FIXED_PALETTE | FLAG_CUSTOM_PALETTE | FLAG_GRAY_PALETTE),
+            0u + FLAG_CUSTOM_PALETTE);
 }
 
 HEADLESS_TEST(BitmapPalette, PaletteThatCannotBeMadeIsNotReported) {
