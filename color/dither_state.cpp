@@ -30,11 +30,11 @@ struct RecordDeleter {
 };
 using OwnedRecord = std::unique_ptr<DitherRecord, RecordDeleter>;
 
-struct FixedChoice {
+struct FixedTable {
   const RGBQUAD* colors;
   PaletteKind kind;
 };
-FixedChoice FixedPaletteOf(uint32_t count) {
+FixedTable FixedPaletteOf(uint32_t count) {
   if (count <= 2) return {FixedPalette2.data(), PALETTE_FIXED_2};
   if (count <= 16) return {FixedPalette16.data(), PALETTE_FIXED_16};
   return {FixedPalette256.data(), PALETTE_FIXED_256};
@@ -43,7 +43,7 @@ FixedChoice FixedPaletteOf(uint32_t count) {
 // Settles kind, match table and target table.
 VnStatus ChoosePalette(DitherRecord& run, const RGBQUAD* colors, uint32_t* matchTable) {
   const uint32_t count = run.TargetCount;
-  const FixedChoice fixed = FixedPaletteOf(count);
+  const FixedTable fixed = FixedPaletteOf(count);
   const bool isFixed = !colors || std::memcmp(colors, fixed.colors, count * sizeof(RGBQUAD)) == 0;
   if (!colors) colors = fixed.colors;
   std::copy_n(colors, count, run.TargetColors);

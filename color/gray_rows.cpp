@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "color/palettes.h"
+#include "color/swizzle_24_32.h"
 #include "kernel/pixel_format.h"
 
 #if defined(__x86_64__) || defined(__i386__)
@@ -72,10 +73,10 @@ __attribute__((target("avx2"))) void ColorGraysAvx2(const uint8_t* source, uint8
 #endif
 
 template <int Bits, uint32_t Order>
-GrayRow SelectColorGrays([[maybe_unused]] Shuffles with) {
+GrayRow SelectColorGrays() {
 #ifdef VNCORE_X86
   if constexpr (Bits != 16) {
-    if (with == Shuffles::kAvx2) return ColorGraysAvx2<Bits, Order>;
+    if (BestShuffles() == Shuffles::kAvx2) return ColorGraysAvx2<Bits, Order>;
   }
 #endif
   return ColorGrays<Bits, Order>;
@@ -88,15 +89,15 @@ int32_t ReadBits(int32_t bitsPerPixel) {
 
 }  // namespace
 
-GrayRow SelectGrayRow(int32_t bitsPerPixel, uint32_t order, Shuffles with) {
+GrayRow SelectGrayRow(int32_t bitsPerPixel, uint32_t order) {
   GrayRow row = nullptr;
   WithDepth(ReadBits(bitsPerPixel), [&](auto bits) {
     if constexpr (bits <= 8) {
       row = IndexGrays<bits>;
     } else if (order == ORDER_BGR) {
-      row = SelectColorGrays<bits, ORDER_BGR>(with);
+      row = SelectColorGrays<bits, ORDER_BGR>();
     } else {
-      row = SelectColorGrays<bits, ORDER_RGB>(with);
+      row = SelectColorGrays<bits, ORDER_RGB>();
     }
   });
   return row;

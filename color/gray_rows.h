@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "color/swizzle_24_32.h"
 #include "kernel/vncore.h"
 
 namespace vn {
@@ -15,8 +14,8 @@ namespace vn {
 using GrayRow = void (*)(const uint8_t* source, uint8_t* target, size_t width,
                          const uint8_t* levels);
 
-// The loop for a depth (any but 1, 4, 8, 16 and 24 reads as 32) and order. All forms give the same.
-GrayRow SelectGrayRow(int32_t bitsPerPixel, uint32_t order, Shuffles with = BestShuffles());
+// The loop for a depth (any but 1, 4, 8, 16 and 24 reads as 32) and order.
+GrayRow SelectGrayRow(int32_t bitsPerPixel, uint32_t order);
 
 // Fills `levels` with the grays of the active palette of a bitmap below 16 bits; 256 bytes. False
 // when the bitmap has no palette that gives all its entries.

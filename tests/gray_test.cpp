@@ -1,5 +1,4 @@
 // Gray scale against a model of single pixels, and what becomes of the record around them.
-#include "color/gray_rows.h"
 #include "tests/support/failure_walk.h"
 #include "tests/support/headless_control.h"
 #include "tests/support/slow_color.h"
@@ -32,22 +31,6 @@ TEST(GrayScale, EqualsTheSlowModelAtEveryDepth) {
               << bits << " bits, width " << width;
         }
         EXPECT_EQ(Vn_IsGrayScaleBitmap(bitmap), 1);
-      }
-    }
-  }
-}
-
-TEST(GrayScale, EveryFormOfALoopGivesTheSame) {
-  Random random(2);
-  for (const int32_t bits : {16, 24, 32}) {
-    for (size_t width = 0; width < 140; ++width) {
-      Bytes row(width * static_cast<size_t>(bits) / 8);
-      random.Fill(row.data(), row.size());
-      for (const uint32_t order : {ORDER_RGB, ORDER_BGR}) {
-        Bytes plain(width), best(width);
-        SelectGrayRow(bits, order, Shuffles::kPlain)(row.data(), plain.data(), width, nullptr);
-        SelectGrayRow(bits, order)(row.data(), best.data(), width, nullptr);
-        ASSERT_EQ(plain, best) << bits << " bits, width " << width;
       }
     }
   }
