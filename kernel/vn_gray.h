@@ -27,8 +27,7 @@ enum {
 /* Converts `count` pixels from `source` to `target`, which are apart and hold that many pixels of
  * their space; words are stored as the machine's 16-bit integers. A count of 0 or below converts
  * nothing. Results that do not fit a byte wrap, except from CMYK, which clamps.
- * Returns OK, ERR_INVALID_PARAMETER for an unknown space or ERR_NO_MEMORY; `target` is then not
- * written. */
+ * Returns OK, or ERR_INVALID_PARAMETER for an unknown space, with `target` not written. */
 VN_API VnStatus VN_CALL Vn_ConvertColorSpace(const void* source, void* target, int32_t count,
                                              uint32_t sourceSpace, uint32_t targetSpace);
 
