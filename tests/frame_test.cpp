@@ -28,14 +28,11 @@ TEST(Frame, InitWritesTheWholeRecord) {
   std::memset(&bitmap, 0xCC, sizeof bitmap);
   EXPECT_EQ(Vn_InitBitmap(&bitmap, 10, 10, 2), ERR_BITS_PER_PIXEL);
   EXPECT_TRUE(IsAllZero(&bitmap, sizeof bitmap));
-  const uint32_t strides[] = {8, 20, 36, 68, 100, 132};
+  const uint32_t strides[] = {8, 20, 36, 68, 100, 132}, colorCounts[] = {2, 16, 256, 0, 0, 0};
   for (size_t i = 0; i < 6; ++i) {
     const int32_t bits = kDepths[i];
     const auto depth = static_cast<WORD>(bits);
-    const DWORD size = 7 * strides[i], colors = bits == 1   ? 2
-                                                : bits == 4 ? 16
-                                                : bits == 8 ? 256
-                                                            : 0;
+    const DWORD size = 7 * strides[i], colors = colorCounts[i];
     std::memset(&bitmap, 0xCC, sizeof bitmap);
     std::memset(&expected, 0, sizeof expected);
     expected.Width = 33;
