@@ -3,6 +3,8 @@
 #ifndef VNCORE_DEVICE_BAND_H
 #define VNCORE_DEVICE_BAND_H
 
+#include <cstring>
+
 #include "device/paint_job.h"
 #include "kernel/thread_settings.h"
 
@@ -40,10 +42,13 @@ class Band {
   // How the device is to read the table of `info`. Before the first row.
   void SetUsage(uint32_t usage) { usage_ = usage; }
 
-  // Where the next row is to be written, and the row before it, which outlives its band.
+  // Where the next row is to be written.
   uint8_t* Row() const { return next_; }
-  const uint8_t* LastRow() const { return last_; }
   uint32_t Stride() const { return stride_; }
+  // Writes the row before once more: it outlives its band.
+  void RepeatRow() {
+    if (next_ != last_) std::memcpy(next_, last_, stride_);
+  }
 
   // The row at Row() stands complete and belongs to device row `y`, one above the row before it. A
   // full band goes out.

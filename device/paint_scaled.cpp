@@ -9,7 +9,7 @@
 namespace vn {
 namespace {
 
-// Source rows fetched and scaled to the paint's width; a row that repeats is kept.
+// Source rows scaled to the paint's width.
 class ScaledRows {
  public:
   ScaledRows(const PaintJob& job, const ScaleMapping& mapping)
@@ -19,58 +19,57 @@ class ScaledRows {
         bits_(static_cast<uint32_t>(job.bitmap->BitsPerPixel)),
         span_(
             ColumnSpan::Of(mapping.firstColumn, mapping.ColumnOf(mapping.Pixels() - 1) + 1, bits_)),
-        bytes_((uint64_t{bits_} * mapping.Pixels() + 31) / 32 * 4),
-        fetched_(ZeroedScratch<uint8_t>(span_.bytes)),
-        scaled_(ZeroedScratch<uint8_t>(bytes_)) {}
+        fetched_(ZeroedScratch<uint8_t>(span_.bytes)) {}
 
-  explicit operator bool() const { return fetched_ && scaled_; }
+  explicit operator bool() const { return static_cast<bool>(fetched_); }
 
-  // Work row `row` in scaled form, whole pixels of the bitmap's depth.
-  const uint8_t* Row(uint32_t row) {
-    if (row == held_) return scaled_.data();
-    held_ = row;
-    source_.Fetch(ScaledStorageRow(job_, row), span_.start, span_.bytes, fetched_.data());
+  // Bytes of a scaled row.
+  uint64_t Bytes() const { return (uint64_t{bits_} * mapping_.Pixels() + 31) / 32 * 4; }
+
+  // Writes work row `row` in scaled form, whole pixels of the bitmap's depth.
+  void Scale(uint32_t row, uint8_t* to) const {
+    const uint8_t* from =
+        source_.Read(ScaledStorageRow(job_, row), span_.start, span_.bytes, fetched_.data());
     const Stepper& column = mapping_.column;
-    ScaleRow(job_.bitmap->BitsPerPixel, static_cast<uint32_t>(bytes_), mapping_.firstColumn,
-             column.quotient, column.accumulator, column.remainder, fetched_.data(), scaled_.data(),
-             mapping_.Pixels(), column.divisor, mapping_.expandX);
-    return scaled_.data();
+    ScaleRow(job_.bitmap->BitsPerPixel, static_cast<uint32_t>(Bytes()), mapping_.firstColumn,
+             column.quotient, column.accumulator, column.remainder, from, to, mapping_.Pixels(),
+             column.divisor, mapping_.expandX);
   }
 
  private:
-  static constexpr uint32_t kNone = UINT32_MAX;
-
   const PaintJob& job_;
   RowSource source_;
   const ScaleMapping& mapping_;
   uint32_t bits_;
   ColumnSpan span_;
-  uint64_t bytes_;
   ScratchBuffer<uint8_t> fetched_;
-  ScratchBuffer<uint8_t> scaled_;
-  uint32_t held_ = kNone;
 };
 
-// From the bottom device row up, which is the order of a band. The pattern counts from the
-// destination's corner.
+// From the bottom device row up, which is the order of a band. A source row that repeats is scaled
+// once. The pattern counts from the destination's corner.
 void PaintRows(const PaintJob& job, const ScaleMapping& mapping, const RowOutput& output,
-               ScaledRows* rows, Band* band) {
+               const ScaledRows& rows, uint8_t* scaled, Band* band) {
   const auto patternX =
       static_cast<uint32_t>(mapping.x0) - static_cast<uint32_t>(job.destination.left);
   Stepper step = mapping.row;
   uint32_t row = mapping.firstRow;
+  bool changed = true;
   for (int32_t y = mapping.y1; y > mapping.y0;) {
     --y;
-    const uint8_t* scaled = rows->Row(row);
-    if (output.Direct()) {
-      std::memcpy(band->Row(), scaled, band->Stride());
-    } else {
+    if (changed) {
+      rows.Scale(row, output.Direct() ? band->Row() : scaled);
+    } else if (output.Direct()) {
+      band->RepeatRow();
+    }
+    if (!output.Direct()) {
       const auto patternY = static_cast<uint32_t>(y) - static_cast<uint32_t>(job.destination.top);
       output.Write(band->Row(), scaled, 0, static_cast<int32_t>(mapping.Pixels()), patternX,
                    static_cast<int32_t>(patternY));
     }
     band->Commit(y);
-    row += step.Advance();
+    const uint32_t advance = step.Advance();
+    row += advance;
+    changed = advance != 0;
   }
   band->Finish();
 }
@@ -85,15 +84,20 @@ VnStatus PaintScaled(const PaintJob& job, int32_t deviceBits, int32_t kind) {
   RowOutput output;
   const VnStatus status = output.Prepare(job, deviceBits, kind, mapping.Pixels());
   if (status != OK) return status;
-  ScaledRows rows(job, mapping);
+  const ScaledRows rows(job, mapping);
   if (!rows) return ERR_NO_MEMORY;
+  ScratchBuffer<uint8_t> scaled;
+  if (!output.Direct()) {
+    scaled = ZeroedScratch<uint8_t>(rows.Bytes());
+    if (!scaled) return ERR_NO_MEMORY;
+  }
   BitmapInfo256* info = ChooseBandInfo(job.hDC);
   Band band(job,
             {output.Bits(), mapping.x0, static_cast<int32_t>(mapping.Pixels()), 0, mapping.Rows()},
             info);
   if (!band) return ERR_NO_MEMORY;
   band.SetUsage(SetBandColors(info, job.bitmap, output.Bits(), output.Dithers()));
-  PaintRows(job, mapping, output, &rows, &band);
+  PaintRows(job, mapping, output, rows, scaled.data(), &band);
   return OK;
 }
 

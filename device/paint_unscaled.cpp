@@ -32,10 +32,12 @@ void PaintRows(const PaintJob& job, const ShiftMapping& mapping, const FetchedCo
   for (int32_t line = lines.bottom; line > lines.top;) {
     --line;
     --y;
-    uint8_t* to = output.Direct() ? band->Row() : fetched;
-    source.Fetch(UnscaledStorageRow(job, line), columns.span.start, columns.span.bytes, to);
-    if (!output.Direct()) {
-      output.Write(band->Row(), fetched, columns.skip, columns.skip + mapping.Columns(),
+    const int64_t row = UnscaledStorageRow(job, line);
+    if (output.Direct()) {
+      source.Fetch(row, columns.span.start, columns.span.bytes, band->Row());
+    } else {
+      output.Write(band->Row(), source.Read(row, columns.span.start, columns.span.bytes, fetched),
+                   columns.skip, columns.skip + mapping.Columns(),
                    static_cast<uint32_t>(lines.left), line);
     }
     band->Commit(y);

@@ -86,8 +86,8 @@ void PaintRows(const ScaleMapping& mapping, InkVote* vote, Band* band) {
     if (row != held) {
       vote->Write(row, band->Row(), band->Stride());
       held = row;
-    } else if (band->Row() != band->LastRow()) {
-      std::memcpy(band->Row(), band->LastRow(), band->Stride());
+    } else {
+      band->RepeatRow();
     }
     band->Commit(y);
     row += step.Advance();

@@ -1,4 +1,4 @@
-// The rows of a paint: from the bitmap through row access, or out of a caller's buffer.
+// The rows of a paint: in memory, be it the bitmap's or a caller's, or through row access.
 #ifndef VNCORE_DEVICE_ROW_SOURCE_H
 #define VNCORE_DEVICE_ROW_SOURCE_H
 
@@ -11,28 +11,49 @@ namespace vn {
 
 class RowSource {
  public:
-  explicit RowSource(const PaintJob& job) : bitmap_(job.bitmap), rows_(job.callerRows) {}
+  explicit RowSource(const PaintJob& job) : bitmap_(job.bitmap), rows_(job.callerRows) {
+    if (!rows_.rows && (bitmap_->Flags & FLAG_IN_MEMORY)) {
+      rows_ = {bitmap_->Bits, 0, bitmap_->Height};
+    }
+  }
 
   // Copies `bytes` bytes of a storage row, from the byte that holds pixel `column` on. What lies
   // past the row's end is not fetched, and neither is a row that does not exist: `to` then keeps
   // what it held, as after a file error.
   void Fetch(int64_t row, uint32_t column, uint64_t bytes, uint8_t* to) const {
-    const uint64_t start = uint64_t{column} * static_cast<uint32_t>(bitmap_->BitsPerPixel) / 8;
+    const uint64_t start = StartOf(column);
     if (start >= bitmap_->BytesPerLine) return;
     const auto count = static_cast<uint32_t>(std::min(bytes, bitmap_->BytesPerLine - start));
     if (rows_.rows) {
-      const int64_t index = row - rows_.first;
-      if (index < 0 || index >= rows_.count) return;
-      std::memcpy(to, rows_.rows + static_cast<size_t>(index) * bitmap_->BytesPerLine + start,
-                  count);
+      if (const uint8_t* found = Find(row)) std::memcpy(to, found + start, count);
     } else if (row >= 0 && row < bitmap_->Height) {
       Vn_GetBitmapRowCol(bitmap_, to, static_cast<uint32_t>(row), column, count);
     }
   }
 
+  // The same bytes to be read where they lie, or in `buffer` when they do not lie in memory whole.
+  const uint8_t* Read(int64_t row, uint32_t column, uint64_t bytes, uint8_t* buffer) const {
+    const uint8_t* found = Find(row);
+    const uint64_t start = StartOf(column);
+    if (found && start + bytes <= bitmap_->BytesPerLine) return found + start;
+    Fetch(row, column, bytes, buffer);
+    return buffer;
+  }
+
  private:
+  uint64_t StartOf(uint32_t column) const {
+    return uint64_t{column} * static_cast<uint32_t>(bitmap_->BitsPerPixel) / 8;
+  }
+
+  // A row in memory, or null.
+  const uint8_t* Find(int64_t row) const {
+    const int64_t index = row - rows_.first;
+    if (!rows_.rows || index < 0 || index >= rows_.count) return nullptr;
+    return rows_.rows + static_cast<size_t>(index) * bitmap_->BytesPerLine;
+  }
+
   BitmapHandle* bitmap_;
-  CallerRows rows_;
+  CallerRows rows_;  // the caller's, or the bitmap's own where its pixels lie in memory
 };
 
 // A run of columns as whole bytes.
