@@ -27,7 +27,8 @@ inline uint32_t CountBits(const uint8_t* row, uint64_t first, uint64_t end) {
 }
 
 // Source rows of a scaled 1-bit paint. Columns count from the first of the first byte fetched. The
-// last blocks may reach past the width, where no bit is set.
+// last blocks may reach past the width: into the fill bits of the row's last byte, which count as
+// they stand, and behind it, where no bit is set.
 class BitRows {
  public:
   // `columns`: from the mapping's first column on, how many the loops look at.
@@ -43,8 +44,8 @@ class BitRows {
   // The mapping's first column within a row.
   uint32_t FirstColumn() const { return first_; }
 
-  // Work row `row`, but the last row for rows past the bitmap. With `flip` all bits fetched are
-  // turned over.
+  // Work row `row`, but the last row for rows past the bitmap. With `flip` all bits fetched, fill
+  // bits too, are turned over.
   const uint8_t* Read(uint64_t row, bool flip) {
     const auto last = static_cast<uint64_t>(job_.bitmap->Height) - 1;
     const auto storageRow = ScaledStorageRow(job_, static_cast<int64_t>(std::min(row, last)));

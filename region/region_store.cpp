@@ -78,7 +78,8 @@ class RegionCache {
   }
 
   // Keeps a copy of `region`. A store without a transform leaves the mark of an earlier one, so
-  // that the record misses at every later call without one: a wanted peculiarity.
+  // that the record misses at every later call without one, and serves what it stored to a call
+  // with that earlier transform: a peculiarity that stays.
   bool Store(HRGN region) {
     DropCachedRegion(record_);
     record_->CachedRegion = CopyOf(region);

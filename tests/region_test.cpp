@@ -255,9 +255,11 @@ HEADLESS_TEST(Region, CacheServesTheTransformItWasBuiltFor) {
     EXPECT_GT(cost(transform), 9u);
     EXPECT_EQ(cost(transform), 2u);
   }
-  // A record that once had a transform keeps its mark: without one it misses every time.
+  // A record that once had a transform keeps its mark: without one it misses every time, and what
+  // it stores then passes for that transform's.
   EXPECT_GT(cost(nullptr), 9u);
   EXPECT_GT(cost(nullptr), 9u);
+  EXPECT_EQ(cost(&moved), 2u);
 }
 
 HEADLESS_TEST(Region, ScanOnWin32sFindsTheSamePixels) {

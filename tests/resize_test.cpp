@@ -145,6 +145,33 @@ TEST(StreamedResize, RisingRowsEqualTheWholeResize) {
   }
 }
 
+// In rising order, and after a jump, a row yields the destination rows of its own cell; in falling
+// order those of the cell before it.
+TEST(StreamedResize, CountsFollowRowsInAnyOrder) {
+  Random random(33);
+  for (int32_t i = 0; i < 300; ++i) {
+    const int32_t height = random.Between(1, 20), newHeight = random.Between(1, 45);
+    // Destination rows of all cells above; rounded down below 0 as well.
+    const auto before = [&](int32_t row) {
+      return (row * newHeight + height * newHeight) / height - newHeight;
+    };
+    Stream stream(9, height, 5, newHeight);
+    Bytes buffer(12);
+    int32_t last = -1;
+    for (int32_t row = random.Between(0, height - 1), n = 0; n < 40; ++n) {
+      const int32_t cell = last == row + 1 ? row - 1 : row;
+      ASSERT_EQ(static_cast<int32_t>(stream.Row(&buffer, static_cast<uint32_t>(row), 8)),
+                before(cell + 1) - before(cell))
+          << height << " to " << newHeight << ", row " << last << " then " << row;
+      ASSERT_EQ(stream.lastWidth(), 5u);
+      last = row;
+      const int32_t way = random.Between(0, 7);
+      row = way < 3 ? row + 1 : way < 6 ? row - 1 : random.Between(0, height - 1);
+      row = std::clamp(row, 0, height - 1);
+    }
+  }
+}
+
 // Each destination pixel is the first source pixel of its cell; opposite row orders turn rows over.
 void ExpectResized(BitmapHandle* source, BitmapHandle* result) {
   const auto bits = source->BitsPerPixel;
