@@ -1,4 +1,5 @@
-// Painting 24-bit pictures on the headless screen: scaling, dithering and the device's own copy.
+// Painting on the headless screen: scaling, dithering, 1-bit pictures as gray, and the device's own
+// copy.
 #include <algorithm>
 
 #include "bench/against_memcpy.h"
@@ -12,11 +13,12 @@ namespace {
 constexpr int32_t kWidth = 2048;
 constexpr int32_t kHeight = 1536;
 
-// A picture of the given size over a whole screen of 2048 by 1536.
-void Paint(benchmark::State& state, int32_t deviceBits, uint32_t mode, int32_t percent) {
+// A picture of the given size and depth over a whole screen of 2048 by 1536.
+void Paint(benchmark::State& state, int32_t bits, int32_t deviceBits, uint32_t mode,
+           int32_t percent) {
   const auto width = static_cast<uint32_t>(kWidth * percent / 100);
   const auto height = static_cast<uint32_t>(kHeight * percent / 100);
-  Picture picture(width, height, 24);
+  Picture picture(width, height, bits);
   SetScreen(kWidth, kHeight, deviceBits);
   const ScreenDC screen;
   const OwnedObject<HPALETTE> palette(Vn_CreatePaintPalette(screen.get(), picture));
@@ -25,7 +27,7 @@ void Paint(benchmark::State& state, int32_t deviceBits, uint32_t mode, int32_t p
     before = SelectPalette(screen.get(), palette.get(), FALSE);
     RealizePalette(screen.get());
   }
-  const DisplayModeScope scope(MODE_ORDERED_DITHER, mode);
+  const DisplayModeScope scope(MODE_ORDERED_DITHER | MODE_BITONAL_GRAY | MODE_BITONAL_VOTE, mode);
   const RECT all = {0, 0, kWidth, kHeight};
   // Of a larger picture only the rows that are shown are read.
   const size_t rowsRead = std::min(static_cast<size_t>(height), static_cast<size_t>(kHeight));
@@ -40,11 +42,11 @@ void Paint(benchmark::State& state, int32_t deviceBits, uint32_t mode, int32_t p
 }
 
 void Ordered(benchmark::State& state) {
-  Paint(state, static_cast<int32_t>(state.range(0)), MODE_ORDERED_DITHER,
+  Paint(state, 24, static_cast<int32_t>(state.range(0)), MODE_ORDERED_DITHER,
         static_cast<int32_t>(state.range(1)));
 }
 void Diffusion(benchmark::State& state) {
-  Paint(state, static_cast<int32_t>(state.range(0)), 0, static_cast<int32_t>(state.range(1)));
+  Paint(state, 24, static_cast<int32_t>(state.range(0)), 0, static_cast<int32_t>(state.range(1)));
 }
 
 // Percent: the picture's size in parts of the screen's. 100 is unscaled.
@@ -58,8 +60,16 @@ void Sizes(benchmark::internal::Benchmark* bench) {
 BENCHMARK(Ordered)->Apply(Sizes);
 BENCHMARK(Diffusion)->Apply(Sizes);
 
-void Direct(benchmark::State& state) { Paint(state, 24, 0, static_cast<int32_t>(state.range(0))); }
-BENCHMARK(Direct)->ArgName("percent")->Arg(100)->Arg(60)->Arg(170)->Unit(benchmark::kMillisecond);
+template <int32_t Bits, uint32_t Mode>
+void OfMode(benchmark::State& state) {
+  Paint(state, Bits, 24, Mode, static_cast<int32_t>(state.range(0)));
+}
+void Percents(benchmark::internal::Benchmark* bench) {
+  bench->ArgName("percent")->Arg(100)->Arg(60)->Arg(170)->Unit(benchmark::kMillisecond);
+}
+BENCHMARK(OfMode<24, 0>)->Name("Direct")->Apply(Percents);
+BENCHMARK(OfMode<1, MODE_BITONAL_GRAY>)->Name("BitonalGray")->Apply(Percents);
+BENCHMARK(OfMode<1, MODE_BITONAL_VOTE>)->Name("BitonalVote")->Apply(Percents);
 
 }  // namespace
 }  // namespace vn::bench
