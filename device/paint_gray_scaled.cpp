@@ -47,12 +47,11 @@ class LevelRows {
 
   void Average(const uint8_t* bits, uint8_t* levels) const {
     Stepper step = mapping_.column;
-    uint64_t column = rows_.FirstColumn();
+    uint32_t column = rows_.FirstColumn();
     const uint32_t pixels = mapping_.Pixels();
     for (uint32_t i = 0; i < pixels; ++i) {
       const uint32_t columns = step.Advance();
-      const uint32_t sum = 255 * CountBits(bits, column, column + columns);
-      levels[i] = static_cast<uint8_t>(sum ? sum / columns : 0);
+      levels[i] = static_cast<uint8_t>(255 * CountBits(bits, column, columns) / columns);
       column += columns;
     }
   }
@@ -61,18 +60,29 @@ class LevelRows {
   // rectangle's width, which is counted from the bitmap's left edge.
   void Interpolate(const uint8_t* bits, uint8_t* levels) const {
     Stepper step = mapping_.column;
-    uint64_t column = rows_.FirstColumn();
-    const uint64_t fetchedFrom = mapping_.firstColumn - column;
-    const auto lastOfSource = static_cast<uint64_t>(mapping_.sourceWidth) - 1;
+    uint32_t column = rows_.FirstColumn();
+    const uint32_t fetchedFrom = mapping_.firstColumn - column;
+    const auto lastOfSource = static_cast<uint32_t>(mapping_.sourceWidth) - 1;
+    const uint32_t last = lastOfSource > fetchedFrom ? lastOfSource - fetchedFrom : 0;
+    // The next column's level is 255 times the accumulator over the divisor, stepped along with it.
+    const uint64_t level255 = uint64_t{step.accumulator} * 255,
+                   step255 = uint64_t{step.remainder} * 255;
+    const uint32_t divisor = step.divisor;
+    auto level = static_cast<uint32_t>(level255 / divisor);
+    Stepper levelStep{static_cast<uint32_t>(step255 / divisor),
+                      static_cast<uint32_t>(step255 % divisor), divisor,
+                      static_cast<uint32_t>(level255 % divisor)};
     const uint32_t pixels = mapping_.Pixels();
     for (uint32_t i = 0; i < pixels; ++i) {
-      const bool set = IndexReader<1>::Get(bits, column);
-      const bool last = fetchedFrom + column >= lastOfSource;
-      const bool nextSet = last ? set : IndexReader<1>::Get(bits, column + 1);
-      const uint32_t share =
-          (set ? step.divisor - step.accumulator : 0) + (nextSet ? step.accumulator : 0);
-      levels[i] = share == step.divisor ? 255 : static_cast<uint8_t>(share * 255 / step.divisor);
-      column += step.Advance();
+      const uint32_t set = IndexReader<1>::Get(bits, column);
+      const uint32_t nextSet = IndexReader<1>::Get(bits, column + (column < last));
+      // Both round down, so together they may lack one; two set columns are white all the same.
+      const uint32_t lost = levelStep.accumulator != 0;
+      levels[i] = static_cast<uint8_t>(set * (255 - level - lost) + nextSet * level +
+                                       (set & nextSet & lost));
+      const uint32_t moved = step.Advance();
+      column += moved;
+      level += levelStep.Advance() - 255 * (moved - step.quotient);
     }
   }
 
@@ -81,6 +91,23 @@ class LevelRows {
   BitRows rows_;
   ScratchBuffer<uint8_t> levels_[2];
   uint64_t held_[2] = {UINT64_MAX, UINT64_MAX};
+};
+
+// level * share / divisor for every level; the share is below the divisor.
+class ShareTable {
+ public:
+  ShareTable(uint32_t share, uint32_t divisor) {
+    Stepper step = Stepper::Dividing(share, divisor);
+    uint32_t part = 0;
+    for (uint8_t& entry : parts_) {
+      entry = static_cast<uint8_t>(part);
+      part += step.Advance();
+    }
+  }
+  uint32_t operator[](uint8_t level) const { return parts_[level]; }
+
+ private:
+  uint8_t parts_[256];
 };
 
 class GrayScaler {
@@ -106,38 +133,37 @@ class GrayScaler {
  private:
   // A row and the next, each by its share of the destination's height.
   void Interpolate(uint8_t* to) {
+    const uint8_t* levels = rows_.Row(row_);
+    const uint32_t pixels = mapping_.Pixels();
     const uint32_t nextShare = step_.accumulator;
-    AddShare<true>(rows_.Row(row_), step_.divisor - nextShare);
-    if (nextShare) AddShare<false>(rows_.Row(row_ + 1), nextShare);
-    Emit(to, 1);
+    if (nextShare) {
+      const ShareTable part(step_.divisor - nextShare, step_.divisor);
+      const ShareTable nextPart(nextShare, step_.divisor);
+      const uint8_t* nextLevels = rows_.Row(row_ + 1);
+      for (uint32_t i = 0; i < pixels; ++i)
+        to[i] = static_cast<uint8_t>((part[levels[i]] + nextPart[nextLevels[i]]) ^ flip_);
+    } else {
+      for (uint32_t i = 0; i < pixels; ++i)
+        to[i] = static_cast<uint8_t>(levels[i] ^ flip_);
+    }
     row_ += step_.Advance();
   }
 
   void Average(uint8_t* to) {
     const uint32_t rows = step_.Advance();
-    AddShare<true>(rows_.Row(row_), step_.divisor);
-    for (uint32_t i = 1; i < rows; ++i)
-      AddShare<false>(rows_.Row(row_ + i), step_.divisor);
-    Emit(to, rows);
-    row_ += rows;
+    const uint32_t pixels = mapping_.Pixels();
+    std::fill_n(sums_.data(), pixels, 0u);
+    for (uint32_t i = 0; i < rows; ++i)
+      AddRow(rows_.Row(row_++));
+    for (uint32_t i = 0; i < pixels; ++i)
+      to[i] = static_cast<uint8_t>(sums_[i] / rows ^ flip_);
   }
 
-  template <bool First>
-  void AddShare(const uint8_t* levels, uint32_t share) {
+  void AddRow(const uint8_t* levels) {
     const uint32_t pixels = mapping_.Pixels();
-    for (uint32_t i = 0; i < pixels; ++i) {
-      const uint32_t level = levels[i];
-      const uint32_t part = level && share != step_.divisor ? level * share / step_.divisor : level;
-      sums_[i] = First ? part : sums_[i] + part;
-    }
-  }
-
-  void Emit(uint8_t* to, uint32_t rows) const {
-    const uint32_t pixels = mapping_.Pixels();
-    for (uint32_t i = 0; i < pixels; ++i) {
-      const uint32_t level = rows == 1 ? sums_[i] : sums_[i] / rows;
-      to[i] = static_cast<uint8_t>(level ^ flip_);
-    }
+    uint32_t* sums = sums_.data();
+    for (uint32_t i = 0; i < pixels; ++i)
+      sums[i] += levels[i];
   }
 
   const ScaleMapping& mapping_;

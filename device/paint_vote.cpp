@@ -50,21 +50,25 @@ class InkVote {
       ++cursor;
       cursor = cursor < height_ - 1 ? cursor + 1 : height_ - 1;
     }
-    const uint8_t paper = invert_ ? 0 : 0xFF;
-    std::fill_n(to, bytes, paper);
-    for (uint32_t i = 0; i < pixels; ++i) {
-      if (counts_[i] >= threshold_) to[i >> 3] ^= static_cast<uint8_t>(0x80u >> (i & 7));
-    }
+    const uint32_t ink = invert_ ? 1 : 0;
+    std::fill_n(to, bytes, static_cast<uint8_t>(ink - 1));
+    PixelWriter<1> out(to);
+    for (uint32_t i = 0; i < pixels; ++i)
+      out.Put(ink ^ (counts_[i] < threshold_));
+    out.Finish();
   }
 
  private:
   void Count(const uint8_t* bits) {
     Stepper step = mapping_.column;
-    uint64_t column = rows_.FirstColumn();
+    uint32_t column = rows_.FirstColumn();
     const uint32_t pixels = mapping_.Pixels();
-    for (uint32_t i = 0; i < pixels; ++i) {
-      counts_[i] += CountBits(bits, column, column + across_);
-      column += step.Advance();
+    if (across_ == 1) {
+      for (uint32_t i = 0; i < pixels; ++i, column += step.Advance())
+        counts_[i] += IndexReader<1>::Get(bits, column);
+    } else {
+      for (uint32_t i = 0; i < pixels; ++i, column += step.Advance())
+        counts_[i] += CountBits(bits, column, across_);
     }
   }
 
