@@ -1,8 +1,6 @@
 // Grays of rows of every depth.
 #include "color/gray_rows.h"
 
-#include <algorithm>
-
 #include "color/palettes.h"
 #include "color/swizzle_24_32.h"
 #include "kernel/pixel_format.h"
@@ -116,9 +114,9 @@ bool ReadGrayLevels(const BitmapHandle& bitmap, uint8_t* levels) {
   return true;
 }
 
-uint32_t GraySourceBytes(const BitmapHandle& bitmap) {
-  const auto bits = static_cast<uint32_t>(ReadBits(bitmap.BitsPerPixel));
-  return std::max(bitmap.BytesPerLine, StrideOf(static_cast<uint32_t>(bitmap.Width), bits));
+bool HoldsGraySource(const BitmapHandle& bitmap) {
+  const auto bits = static_cast<uint64_t>(ReadBits(bitmap.BitsPerPixel));
+  return (bits * static_cast<uint32_t>(bitmap.Width) + 7) / 8 <= bitmap.BytesPerLine;
 }
 
 }  // namespace vn

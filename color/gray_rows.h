@@ -21,8 +21,9 @@ GrayRow SelectGrayRow(int32_t bitsPerPixel, uint32_t order);
 // when the bitmap has no palette that gives all its entries.
 bool ReadGrayLevels(const BitmapHandle& bitmap, uint8_t* levels);
 
-// Bytes that a gray row of the bitmap reads: its stride, or more where the depth is not known.
-uint32_t GraySourceBytes(const BitmapHandle& bitmap);
+// Whether a row of the bitmap holds all that a gray row reads. Not so where the depth is none of
+// the usual and the stride is short of 32 bits a pixel, or where the stride wrapped.
+bool HoldsGraySource(const BitmapHandle& bitmap);
 
 }  // namespace vn
 

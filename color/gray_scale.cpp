@@ -38,8 +38,8 @@ VnStatus VN_CALL Vn_GrayScaleBitmap(BitmapHandle* bitmap) {
   using namespace vn;
   if (!bitmap || !(bitmap->Flags & FLAG_ALLOCATED)) return ERR_NO_BITMAP;
   uint8_t levels[256];
-  if (!ReadGrayLevels(*bitmap, levels)) return ERR_NO_BITMAP;
-  const ScratchBuffer<uint8_t> sourceRow(GraySourceBytes(*bitmap), Fill::kZero);
+  if (!HoldsGraySource(*bitmap) || !ReadGrayLevels(*bitmap, levels)) return ERR_NO_BITMAP;
+  const ScratchBuffer<uint8_t> sourceRow(bitmap->BytesPerLine, Fill::kZero);
   if (!sourceRow) return ERR_NO_MEMORY;
 
   ReplacementBitmap gray(bitmap);

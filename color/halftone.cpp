@@ -118,9 +118,9 @@ VnStatus Halftone(BitmapHandle* bitmap, uint32_t type, Run&& run) {
   if (!bitmap || !(bitmap->Flags & FLAG_ALLOCATED)) return ERR_NO_BITMAP;
   if (type > HALFTONE_ORDERED) return ERR_INVALID_PARAMETER;
   uint8_t levels[256];
-  if (!ReadGrayLevels(*bitmap, levels)) return ERR_NO_BITMAP;
+  if (!HoldsGraySource(*bitmap) || !ReadGrayLevels(*bitmap, levels)) return ERR_NO_BITMAP;
   HalftoneRows rows;
-  rows.source = ScratchBuffer<uint8_t>(GraySourceBytes(*bitmap), Fill::kZero);
+  rows.source = ScratchBuffer<uint8_t>(bitmap->BytesPerLine, Fill::kZero);
   rows.grays = ScratchBuffer<uint8_t>(static_cast<uint32_t>(bitmap->Width));
   if (!rows.source || !rows.grays) return ERR_NO_MEMORY;
 

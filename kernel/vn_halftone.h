@@ -16,9 +16,9 @@ enum {
  * where its gray is above the threshold at its place, the matrix being laid over the storage rows.
  * Storage is chosen anew by STORAGE_AUTO; region, row order, resolution and the caller's fields stay.
  * Reports progress per row.
- * Returns OK, ERR_NO_BITMAP (also for a palette bitmap without a usable palette),
- * ERR_INVALID_PARAMETER for another `type`, ERR_NO_MEMORY, or what the status callback returned. On
- * anything but OK the bitmap is as it was. */
+ * Returns OK, ERR_NO_BITMAP (also for a palette bitmap without a usable palette, and for a record
+ * whose rows are too short for its pixels), ERR_INVALID_PARAMETER for another `type`, ERR_NO_MEMORY,
+ * or what the status callback returned. On anything but OK the bitmap is as it was. */
 VN_API VnStatus VN_CALL Vn_HalfToneBitmap(BitmapHandle* bitmap, uint32_t type);
 
 /* The same with the matrix turned by `angle`, in hundredths of a degree: clockwise where row 0 is the

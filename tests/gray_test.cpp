@@ -36,6 +36,25 @@ TEST(GrayScale, EqualsTheSlowModelAtEveryDepth) {
   }
 }
 
+TEST(GrayScale, OtherDepthsReadAs32BitsWhereTheRowsAreLongEnough) {
+  Random random(2);
+  for (const bool halftone : {false, true}) {
+    const auto run = [&](BitmapHandle* bitmap) {
+      return halftone ? Vn_HalfToneBitmap(bitmap, 0) : Vn_GrayScaleBitmap(bitmap);
+    };
+    Bitmap usual(9, 2, 32), unusual;
+    FillRandom(usual, random);
+    ASSERT_EQ(Vn_CopyBitmap(unusual, usual), OK);
+    unusual->BitsPerPixel = 30;
+    ASSERT_EQ(run(usual), OK);
+    ASSERT_EQ(run(unusual), OK);
+    EXPECT_EQ(ReadAll(unusual), ReadAll(usual));
+    Bitmap narrow(9, 2, 24);
+    narrow->BitsPerPixel = 20;
+    EXPECT_EQ(run(narrow), ERR_NO_BITMAP);
+  }
+}
+
 TEST(GrayScale, KeepsWhatIsCarriedAndNothingElse) {
   Bitmap bitmap(10, 3, 24);
   bitmap->CarriedTag = 7;
