@@ -3,9 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
+#include <string>
 #include <thread>
+#include <utility>
 #include <vector>
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
 
 #include "platform/win32.h"
 #include "tests/support/headless_control.h"
@@ -57,22 +63,63 @@ TEST(PlatformSystem, AMappingLivesAsLongAsItsViews) {
   EXPECT_FALSE(UnmapViewOfFile(upper));
 }
 
-HEADLESS_TEST(PlatformSystem, LargeMappingsLieInAFile) {
-  constexpr uint32_t kSize = 80u << 20;
-  for (const uint64_t free : {uint64_t{100} << 20, uint64_t{400} << 20}) {
-    Headless_SetFreeMemory(free);
-    const HANDLE mapping = NewMapping(kSize);
-    uint8_t* view = MapWhole(mapping);
-    ASSERT_NE(view, nullptr);
-    EXPECT_EQ(view[kSize - 1], 0);
-    view[kSize - 1] = view[0] = 5;
-    EXPECT_EQ(MapWhole(mapping)[kSize - 1], 5);
-    EXPECT_TRUE(UnmapViewOfFile(view));
-    EXPECT_TRUE(UnmapViewOfFile(view));
-    EXPECT_TRUE(CloseHandle(mapping));
-  }
+#ifndef _WIN32
+// What memory has no room for lies in a file, and where there is no place for one it fails: the
+// system would hand out the addresses and end the process later.
+TEST(PlatformSystem, LargeMappingsLieInAFile) {
+  constexpr uint32_t kSize = 160u << 20;
+  Headless_SetFreeMemory(kSize - 1);
+  const HANDLE mapping = NewMapping(kSize);
+  uint8_t* view = MapWhole(mapping);
+  ASSERT_NE(view, nullptr);
+  view[kSize - 1] = view[0] = 5;
+  EXPECT_EQ(MapWhole(mapping)[kSize - 1], 5);
+  EXPECT_TRUE(UnmapViewOfFile(view));
+  EXPECT_TRUE(UnmapViewOfFile(view));
+  EXPECT_TRUE(CloseHandle(mapping));
+
+  const char* const folder = std::getenv("TMPDIR");
+  const std::string before = folder ? folder : "";
+  setenv("TMPDIR", "/dev/null", 1);
+  EXPECT_EQ(NewMapping(kSize), nullptr);
+  EXPECT_EQ(GlobalAlloc(GMEM_MOVEABLE, kSize), nullptr);
+  Headless_SetFreeMemory(kSize);
+  const HANDLE inMemory = NewMapping(kSize);
+  EXPECT_TRUE(CloseHandle(inMemory));
+  EXPECT_EQ(GlobalFree(GlobalAlloc(GMEM_MOVEABLE, kSize)), nullptr);
+  folder ? setenv("TMPDIR", before.c_str(), 1) : unsetenv("TMPDIR");
   Headless_SetFreeMemory(0);
 }
+
+// A file that a write or a new end makes longer has all its room on the disk: what is written into
+// it later cannot find the disk full.
+TEST(PlatformSystem, FilesGrowWithoutHoles) {
+  char folder[MAX_PATH], name[MAX_PATH];
+  ASSERT_NE(GetTempPathA(MAX_PATH, folder), 0u);
+  ASSERT_NE(GetTempFileNameA(folder, "VN", 0, name), 0u);
+  const HANDLE file =
+      CreateFileA(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  const auto taken = [&] {
+    struct stat state {};
+    EXPECT_EQ(stat(name, &state), 0);
+    return std::pair(state.st_size, state.st_blocks * 512);
+  };
+  DWORD done = 0;
+  for (const uint32_t size : {3u << 20, 5u << 20}) {
+    EXPECT_EQ(SetFilePointer(file, static_cast<LONG>(size - 1), nullptr, FILE_BEGIN), size - 1);
+    if (size == 3u << 20) {
+      EXPECT_TRUE(WriteFile(file, "", 1, &done, nullptr));
+    } else {
+      SetFilePointer(file, 1, nullptr, FILE_CURRENT);
+      EXPECT_TRUE(SetEndOfFile(file));
+    }
+    EXPECT_EQ(taken().first, static_cast<off_t>(size));
+    EXPECT_GE(taken().second, static_cast<off_t>(size));
+  }
+  EXPECT_TRUE(CloseHandle(file));
+  EXPECT_TRUE(DeleteFileA(name));
+}
+#endif
 
 TEST(PlatformSystem, BlocksByHandleAndByAddress) {
   const HGLOBAL moveable = GlobalAlloc(GMEM_MOVEABLE, 0);
@@ -104,6 +151,10 @@ HEADLESS_TEST(PlatformSystem, DeadAndForeignMemoryFails) {
   EXPECT_EQ(GlobalSize(memory), 0u);
   int local = 0;
   EXPECT_EQ(GlobalHandle(&local), nullptr);
+  const HGLOBAL fixed = GlobalAlloc(GMEM_FIXED, 10);
+  EXPECT_EQ(GlobalLock(fixed), fixed);
+  EXPECT_TRUE(GlobalUnlock(fixed));  // nobody locks it: always so
+  GlobalFree(fixed);
 }
 
 // What a thread stored stays its own, and is gone when the slot is given to somebody else.

@@ -23,7 +23,8 @@ struct Device {
   std::shared_ptr<ColorTable> Colors() const;
 };
 
-// A device with a blank surface; null for traits that no device can have. Throws when memory fails.
+// A device with a blank surface; null for traits that no device can have, or whose surface is
+// larger than the free memory. Throws when memory fails.
 std::shared_ptr<Device> MakeDevice(const Headless_Display& traits);
 
 // The display in use.

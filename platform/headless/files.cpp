@@ -4,8 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
+#include "platform/headless/disk_space.h"
 #include "platform/headless/faults.h"
 #include "platform/headless/open_files.h"
 
@@ -37,6 +39,7 @@ int64_t OpenFile::Read(void* buffer, uint32_t bytes) {
 int64_t OpenFile::Write(const void* buffer, uint32_t bytes) {
   if (!(access_ & GENERIC_WRITE)) return -1;
   const std::lock_guard lock(mutex_);
+  if (bytes > 0 && position_ > reached_ && !CloseGap()) return -1;
   uint32_t done = 0;
   while (done < bytes) {
     const ssize_t moved = pwrite(descriptor_, static_cast<const uint8_t*>(buffer) + done,
@@ -46,7 +49,17 @@ int64_t OpenFile::Write(const void* buffer, uint32_t bytes) {
     done += static_cast<uint32_t>(moved);
   }
   position_ += done;
+  reached_ = std::max(reached_, position_);
   return done;
+}
+
+// Extends the file up to the position when it ends before.
+bool OpenFile::CloseGap() {
+  struct stat state;
+  if (fstat(descriptor_, &state) != 0) return false;
+  if (S_ISREG(state.st_mode) && !ExtendFile(descriptor_, state.st_size, position_)) return false;
+  reached_ = position_;
+  return true;
 }
 
 int64_t OpenFile::Seek(int64_t offset, DWORD origin, int64_t limit) {
@@ -65,9 +78,13 @@ int64_t OpenFile::Seek(int64_t offset, DWORD origin, int64_t limit) {
   return position_ = position;
 }
 
-bool OpenFile::Cut() {
+bool OpenFile::EndHere() {
   const std::lock_guard lock(mutex_);
-  return (access_ & GENERIC_WRITE) && ftruncate(descriptor_, position_) == 0;
+  if (!(access_ & GENERIC_WRITE) || !CloseGap() || ftruncate(descriptor_, position_) != 0) {
+    return false;
+  }
+  reached_ = position_;
+  return true;
 }
 
 namespace {
@@ -119,5 +136,5 @@ DWORD SetFilePointer(HANDLE handle, LONG offset, PLONG offsetHigh, DWORD origin)
 BOOL SetEndOfFile(HANDLE handle) {
   if (headless::FailsNow(HEADLESS_FILE)) return FALSE;
   const auto file = headless::FindKernelObjectOf<headless::OpenFile>(handle);
-  return file && file->Cut();
+  return file && file->EndHere();
 }

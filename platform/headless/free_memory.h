@@ -6,8 +6,9 @@
 
 namespace headless {
 
-// Bytes of memory that can be used without swapping; a huge number when nobody can tell.
-uint64_t FreeMemory();
+// Whether so much memory can be used without swapping. The system promises more than it has and
+// ends a process that uses it, so large requests ask first; small ones fit unasked.
+bool FitsInMemory(uint64_t bytes);
 
 }  // namespace headless
 

@@ -12,6 +12,7 @@
 #include <unordered_map>
 
 #include "platform/headless/faults.h"
+#include "platform/headless/free_memory.h"
 #include "platform/headless/handle_table.h"
 #include "platform/headless/kernel_objects.h"
 
@@ -71,7 +72,7 @@ HGLOBAL Enter(GlobalHeap& heap, const Block& block) {
 std::atomic<uint64_t> largestBlock{UINT64_MAX};
 
 HGLOBAL Allocate(UINT flags, size_t bytes) {
-  if (bytes > largestBlock) return nullptr;
+  if (bytes > largestBlock || !FitsInMemory(bytes)) return nullptr;
   void* address = NewBytes(bytes, flags);
   const bool moveable = flags & GMEM_MOVEABLE;
   if (!address && (bytes || !moveable)) return nullptr;
@@ -137,6 +138,7 @@ HGLOBAL Reallocate(HGLOBAL handle, size_t bytes, UINT flags) {
   const std::lock_guard lock(heap.mutex);
   Block* block = heap.Find(handle);
   if (!block || bytes > largestBlock) return nullptr;
+  if (bytes > block->bytes && !FitsInMemory(bytes - block->bytes)) return nullptr;
   if (block->moveable) {
     if (bytes == 0) return !block->address || Discard(heap, *block) ? handle : nullptr;
     if (!block->address) return Restore(heap, handle, *block, bytes, flags) ? handle : nullptr;
@@ -198,13 +200,14 @@ LPVOID GlobalLock(HGLOBAL memory) {
   return block->address;
 }
 
-// TRUE while the block stays locked.
+// TRUE while the block stays locked, and for a fixed one, which nobody locks.
 BOOL GlobalUnlock(HGLOBAL memory) {
   headless::GlobalHeap& heap = headless::Heap();
   const std::lock_guard lock(heap.mutex);
   headless::Block* block = heap.Find(memory);
-  if (!block || !block->moveable || !block->locks) return FALSE;
-  return --block->locks > 0;
+  if (!block) return FALSE;
+  if (!block->moveable) return TRUE;
+  return block->locks > 0 && --block->locks > 0;
 }
 
 HGLOBAL GlobalHandle(LPCVOID address) {

@@ -22,7 +22,7 @@ extern "C" {
 
 /* The screen. */
 typedef struct Headless_Display {
-  int32_t width, height;    /* pixels, at least 1 */
+  int32_t width, height;    /* pixels, 1 to 2^20 */
   int32_t bitsPerPixel;     /* BITSPIXEL: 1, 4, 8, 16, 24 or 32 (with one plane) */
   int32_t paletteDevice;    /* nonzero: RC_PALETTE with 256 settable entries; needs 8 bits */
   int32_t reservedColors;   /* NUMRESERVED of a palette device, 20 on the usual display */

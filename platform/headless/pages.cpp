@@ -11,9 +11,7 @@
 // released runs are kept, unless they are so large that keeping them would show as resident memory.
 #include "platform/headless/pages.h"
 
-#include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <array>
@@ -21,6 +19,7 @@
 #include <mutex>
 #include <utility>
 
+#include "platform/headless/disk_space.h"
 #include "platform/headless/free_memory.h"
 #include "platform/headless/temp_names.h"
 
@@ -33,9 +32,6 @@ constexpr size_t kHugeFrom = size_t{1} << 20;  // shorter runs would waste most 
 
 constexpr size_t kCacheRuns = 16;
 constexpr size_t kCacheBytes = size_t{16} << 20;
-
-// Below this length nobody asks how much memory is free.
-constexpr size_t kAskFrom = size_t{64} << 20;
 
 size_t RoundUp(size_t bytes, size_t to) { return (bytes + to - 1) / to * to; }
 
@@ -56,14 +52,6 @@ uint8_t* MapHugePages(size_t bytes) {
   munmap(base + bytes, kHugePage - before);
   madvise(base, bytes, MADV_HUGEPAGE);
   return base;
-}
-
-// Reserves the file's blocks, so that a full disk is a failure here and no signal at a later write.
-bool ReserveFile(int file, size_t bytes) {
-  if (fallocate(file, 0, 0, static_cast<off_t>(bytes)) == 0) return true;
-  struct statvfs disk;
-  if (fstatvfs(file, &disk) != 0 || bytes / disk.f_frsize >= disk.f_bavail) return false;
-  return ftruncate(file, static_cast<off_t>(bytes)) == 0;
 }
 
 }  // namespace
@@ -142,7 +130,8 @@ Pages Pages::InFile(size_t bytes) {
   const int file = OpenUnlinkedTempFile();
   if (file < 0) return {};
   void* at = MAP_FAILED;
-  if (ReserveFile(file, length)) {
+  // A full disk must be a failure here and no signal at a later write.
+  if (ExtendFile(file, 0, static_cast<int64_t>(length))) {
     at = mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
   }
   close(file);
@@ -152,9 +141,10 @@ Pages Pages::InFile(size_t bytes) {
 Pages Pages::Zeroed(uint64_t bytes) {
   if (bytes == 0 || bytes > SIZE_MAX / 4) return {};
   const auto length = static_cast<size_t>(bytes);
-  // Half of what is free: an operation that replaces a picture holds two of them.
-  if (length >= kAskFrom && length > FreeMemory() / 2) {
+  // Twice the length: an operation that replaces a picture holds two of them.
+  if (!FitsInMemory(2 * bytes)) {
     if (Pages pages = InFile(length)) return pages;
+    if (!FitsInMemory(bytes)) return {};
   }
   return InMemory(length);
 }

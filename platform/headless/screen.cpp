@@ -4,13 +4,14 @@
 #include "platform/headless/context.h"
 #include "platform/headless/device.h"
 #include "platform/headless/device_colors.h"
+#include "platform/headless/free_memory.h"
 #include "platform/headless/static_colors.h"
 
 namespace headless {
 namespace {
 
 bool Possible(const Headless_Display& d) {
-  constexpr int32_t kLargest = 32767;
+  constexpr int32_t kLargest = 1 << 20;
   const bool depth = d.bitsPerPixel == 1 || d.bitsPerPixel == 4 || d.bitsPerPixel == 8 ||
                      d.bitsPerPixel == 16 || d.bitsPerPixel == 24 || d.bitsPerPixel == 32;
   const bool palette =
@@ -40,8 +41,10 @@ std::shared_ptr<Device> MakeDevice(const Headless_Display& traits) {
     device->palette = std::make_unique<SystemPalette>(traits.reservedColors);
   }
   const auto bits = static_cast<uint32_t>(traits.bitsPerPixel);
-  const auto stride = static_cast<size_t>(RowBytes(static_cast<uint64_t>(traits.width), bits));
-  device->pixels.resize(stride * static_cast<size_t>(traits.height));
+  const uint64_t stride = RowBytes(static_cast<uint64_t>(traits.width), bits);
+  const uint64_t bytes = stride * static_cast<uint64_t>(traits.height);
+  if (!FitsInMemory(bytes)) return nullptr;
+  device->pixels.resize(static_cast<size_t>(bytes));
   device->surface = {device->pixels.data(), static_cast<ptrdiff_t>(stride),
                      traits.width,          traits.height,
                      LayoutOf(bits),        device->Colors()};
