@@ -25,11 +25,21 @@ bool IsComment(const std::string& line) {
          line.starts_with("Name:") || line.starts_with("Columns:");
 }
 
+// The whole file, or its beginning: 256 named colours take a small part of that.
+std::string ReadBeginning(const std::string& path) {
+  constexpr std::streamsize kMost = 1 << 20;
+  std::ifstream file(path);
+  if (!file) throw Failure(path + ": no palette file of this name can be read");
+  std::string text(kMost, '\0');
+  file.read(text.data(), kMost);
+  text.resize(static_cast<size_t>(file.gcount()));
+  return text;
+}
+
 }  // namespace
 
 std::vector<RGBQUAD> ReadGimpPalette(const std::string& path) {
-  std::ifstream file(path);
-  if (!file) throw Failure(path + ": no palette file of this name can be read");
+  std::istringstream file(ReadBeginning(path));
   std::string line;
   if (!std::getline(file, line) || !line.starts_with("GIMP Palette")) {
     throw Failure(path + ": not a GIMP palette");

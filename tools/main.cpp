@@ -37,10 +37,14 @@ int Run(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);  // help and version
-    return Complain(std::string(error.what()) + " (see vncore --help)");
+    if (error.get_exit_code() != 0) {
+      return Complain(std::string(error.what()) + " (see vncore --help)");
+    }
+    app.exit(error);  // help and version
   }
-  if (std::fflush(stdout) != 0) throw Failure("cannot write standard output");
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+    throw Failure("cannot write standard output");
+  }
   return 0;
 }
 

@@ -90,6 +90,8 @@ TEST_F(Command, A24BitDeviceShowsAPictureAsItIs) {
   EXPECT_EQ(Rows("part.png"), part);
   ExpectRuns("paint in.png in.png --device-bits 24");
   EXPECT_EQ(Rows("in.png"), Rows("out.png")) << "a picture painted over its own file";
+  ExpectRuns("paint in.png wide.png --device-bits 24 --size 40000x2");
+  EXPECT_EQ(Rows("wide.png")[1].size(), 120000u);
 }
 
 TEST_F(Command, AllStoragePaintsTheSame) {
@@ -175,6 +177,7 @@ TEST_F(Command, EveryFailureIsOneLineAndLeavesNothing) {
                                    "paint in.png out.png --size 100000x100000 --device-bits 24",
                                    "paint in.png out.png --size 3000000x1",
                                    "paint in.png out.png --size 12",
+                                   "convert in.png out.png --palette /dev/zero",
                                    "paint in.png out.png --source 0,0,201,150",
                                    "paint in.png out.png --source -1,0,5,5",
                                    "paint in.png out.png --device-bits 2",
@@ -187,6 +190,11 @@ TEST_F(Command, EveryFailureIsOneLineAndLeavesNothing) {
                                    ""};
   for (const std::string& line : arguments)
     ExpectFails(line, names);
+  for (const char* line : {"--help", "info in.png"}) {
+    const std::string full = VNCORE_TOOL " " + std::string(line) + " >/dev/full 2>&1";
+    EXPECT_EQ(WEXITSTATUS(std::system(("cd '" + work_.Path() + "' && " + full).c_str())), 1)
+        << line;
+  }
   // Files of at most 8 blocks: first the output, then the temporary storage has no room.
   ExpectFails("chart out.png", names, "ulimit -f 8;");
   ExpectFails("paint in.png out.png --low-memory --storage disk", names, "ulimit -f 8;");
