@@ -23,8 +23,8 @@ inline uint32_t CountOnes(uint32_t word) {
 // column's byte lie kWordSlack bytes of no matter.
 inline constexpr uint32_t kWordSlack = 3;
 inline uint32_t CountBits(const uint8_t* row, uint32_t first, uint32_t count) {
-  constexpr uint32_t kAtOnce =
-      25;  // that a word holds whichever bit of its first byte is the first
+  // A word holds so many whichever bit of its first byte is the first.
+  constexpr uint32_t kAtOnce = 25;
   const auto word = [&] {
     const uint8_t* at = row + (first >> 3);
     const uint32_t bits =

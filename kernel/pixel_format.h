@@ -124,9 +124,9 @@ struct PixelReader {
   }
 };
 
-// Writes indexes of 1, 4 or 8 bits from the first pixel on. Whole bytes are stored at once; the last
-// byte, when the row ends within it, keeps its other bits. Bytes are written only after all their
-// pixels were given, so a row can be packed over its own wider source.
+// Writes indexes of 1, 4 or 8 bits from the first pixel on. Whole bytes are stored at once; the
+// last byte, when the row ends within it, keeps its other bits. Bytes are written only after all
+// their pixels were given, so a row can be packed over its own wider source.
 template <int Bits>
 class PixelWriter {
  public:
@@ -183,7 +183,8 @@ template <int Bits, uint32_t Order>
 inline void PutColor(uint8_t* row, size_t x, Rgb c) {
   if constexpr (Order == ORDER_RGB) std::swap(c.red, c.blue);
   if constexpr (Bits == 16) {
-    StoreWord(row + 2 * x, static_cast<uint32_t>(c.red >> 3 << 10 | c.green >> 3 << 5 | c.blue >> 3));
+    StoreWord(row + 2 * x,
+              static_cast<uint32_t>(c.red >> 3 << 10 | c.green >> 3 << 5 | c.blue >> 3));
   } else {
     uint8_t* p = row + x * (Bits / 8);
     p[0] = static_cast<uint8_t>(c.blue);
@@ -201,13 +202,26 @@ using DepthTag = std::integral_constant<int, N>;
 template <class Use>
 inline bool WithDepth(int32_t bits, Use&& use) {
   switch (bits) {
-    case 1: use(DepthTag<1>{}); return true;
-    case 4: use(DepthTag<4>{}); return true;
-    case 8: use(DepthTag<8>{}); return true;
-    case 16: use(DepthTag<16>{}); return true;
-    case 24: use(DepthTag<24>{}); return true;
-    case 32: use(DepthTag<32>{}); return true;
-    default: return false;
+    case 1:
+      use(DepthTag<1>{});
+      return true;
+    case 4:
+      use(DepthTag<4>{});
+      return true;
+    case 8:
+      use(DepthTag<8>{});
+      return true;
+    case 16:
+      use(DepthTag<16>{});
+      return true;
+    case 24:
+      use(DepthTag<24>{});
+      return true;
+    case 32:
+      use(DepthTag<32>{});
+      return true;
+    default:
+      return false;
   }
 }
 

@@ -8,13 +8,6 @@
 
 namespace vn {
 
-inline void SetRectValues(RECT* rect, int32_t left, int32_t top, int32_t right, int32_t bottom) {
-  rect->left = left;
-  rect->top = top;
-  rect->right = right;
-  rect->bottom = bottom;
-}
-
 inline bool RectIsEmpty(const RECT& rect) {
   return rect.right <= rect.left || rect.bottom <= rect.top;
 }

@@ -7,8 +7,8 @@
 
 namespace vn {
 
-// The bitmap stays locked while a view of it is used. `buffer` holds BytesPerLine bytes. As with all
-// inner row calls, a file error shows as wrong pixels and not as a failure.
+// The bitmap stays locked while a view of it is used. `buffer` holds BytesPerLine bytes. As with
+// all inner row calls, a file error shows as wrong pixels and not as a failure.
 class RowView {
  public:
   RowView(BitmapHandle* bitmap, uint8_t* buffer)

@@ -43,35 +43,35 @@ enum {
 };
 
 typedef struct BitmapHandle {
-  HANDLE Storage;            /* mapping, global memory or file handle, by kind of storage */
-  uint8_t* Bits;             /* mapped view; locked address or null; or the file's name */
-  uint32_t Reserved1[8];     /* not touched; zero after Vn_InitBitmap */
-  uint32_t CarriedTag;       /* the caller's; goes with the picture to derived bitmaps */
-  int32_t Width;             /* pixels in a row */
-  int32_t Height;            /* rows */
-  int32_t BitsPerPixel;      /* 1, 4, 8, 16, 24 or 32 */
-  uint32_t BytesPerLine;     /* bytes from row to row, a multiple of 4 */
-  uint32_t CurrentOffset;    /* byte offset of row CurrentRow: the row-position cache */
-  uint32_t CurrentRow;       /* row that CurrentOffset belongs to */
-  uint32_t CarriedPair[2];   /* as CarriedTag */
-  uint32_t Flags;            /* FLAG_ bits */
-  int32_t ColorCount;        /* 2 to the power BitsPerPixel up to 8 bits, else 0 */
+  HANDLE Storage;             /* mapping, global memory or file handle, by kind of storage */
+  uint8_t* Bits;              /* mapped view; locked address or null; or the file's name */
+  uint32_t Reserved1[8];      /* not touched; zero after Vn_InitBitmap */
+  uint32_t CarriedTag;        /* the caller's; goes with the picture to derived bitmaps */
+  int32_t Width;              /* pixels in a row */
+  int32_t Height;             /* rows */
+  int32_t BitsPerPixel;       /* 1, 4, 8, 16, 24 or 32 */
+  uint32_t BytesPerLine;      /* bytes from row to row, a multiple of 4 */
+  uint32_t CurrentOffset;     /* byte offset of row CurrentRow: the row-position cache */
+  uint32_t CurrentRow;        /* row that CurrentOffset belongs to */
+  uint32_t CarriedPair[2];    /* as CarriedTag */
+  uint32_t Flags;             /* FLAG_ bits */
+  int32_t ColorCount;         /* 2 to the power BitsPerPixel up to 8 bits, else 0 */
   BITMAPINFOHEADER DibHeader; /* with DibColors a BITMAPINFO that describes the bitmap */
-  RGBQUAD DibColors[256];    /* colours, or 256 16-bit indexes (FLAG_PALETTE_INDEXES) */
-  HPALETTE Palette;          /* the palette proper, up to 8 bits */
-  HPALETTE PaintPalette;     /* the palette in force under FLAG_FIXED_PALETTE */
-  uint32_t CarriedQuad[4];   /* as CarriedTag */
-  uint32_t ViewOrigin;       /* VIEW_ value */
-  uint32_t ColorOrder;       /* ORDER_ value */
-  uint32_t DataSize;         /* BytesPerLine times Height, bytes */
+  RGBQUAD DibColors[256];     /* colours, or 256 16-bit indexes (FLAG_PALETTE_INDEXES) */
+  HPALETTE Palette;           /* the palette proper, up to 8 bits */
+  HPALETTE PaintPalette;      /* the palette in force under FLAG_FIXED_PALETTE */
+  uint32_t CarriedQuad[4];    /* as CarriedTag */
+  uint32_t ViewOrigin;        /* VIEW_ value */
+  uint32_t ColorOrder;        /* ORDER_ value */
+  uint32_t DataSize;          /* BytesPerLine times Height, bytes */
   uint32_t Reserved2;
   struct DitherRecord* DitherState; /* the open dithering run, or null */
-  uint32_t DitherMethod;     /* dithering method, 0 to 8 */
+  uint32_t DitherMethod;            /* dithering method, 0 to 8 */
   uint32_t Reserved3[13];
   struct RegionRecord* Region; /* the region, or null for the whole bitmap */
   uint32_t Reserved4;
-  int32_t XResolution;       /* dots per inch across */
-  int32_t YResolution;       /* dots per inch down */
+  int32_t XResolution; /* dots per inch across */
+  int32_t YResolution; /* dots per inch down */
   uint32_t Reserved5[4];
 } BitmapHandle;
 

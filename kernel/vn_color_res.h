@@ -32,8 +32,8 @@ typedef VnStatus(VN_CALL* VnRowCallBack)(BitmapHandle* target, uint8_t* rowBytes
  * `callback` alone). `flags`: see above; bits 16 to 23 are the dithering method.
  * `colors`: the palette under RES_USER_PALETTE; with an optimised palette null, or a table whose
  * flags bytes tell which entries are free (2), fixed (0) or fixed and not matched to (1).
- * `colorCount`: colours wanted, at most 2 to the power `bits`, which 0 stands for; `colors` holds as
- * many entries. Reports progress per row.
+ * `colorCount`: colours wanted, at most 2 to the power `bits`, which 0 stands for; `colors` holds
+ * as many entries. Reports progress per row.
  * Returns OK, ERR_INVALID_PARAMETER (also for a null or empty `bitmap`), ERR_NO_MEMORY, a code of
  * the allocation, or what a callback returned. A stop by the status callback keeps the rows done so
  * far, and in place the old pixels are gone; every other failure leaves `bitmap` as it was, and

@@ -1,5 +1,5 @@
-/* Bitmaps made from bitmaps, and single pixels by colour. Destinations come first; their records are
- * written whole and need no initialising. */
+/* Bitmaps made from bitmaps, and single pixels by colour. Destinations come first; their records
+ * are written whole and need no initialising. */
 #ifndef VNCORE_VN_COPY_H
 #define VNCORE_VN_COPY_H
 
@@ -49,8 +49,8 @@ VN_API VnStatus VN_CALL Vn_CopyBitmapRect(BitmapHandle* destination, BitmapHandl
 /* The colour of a pixel, whatever the region, or VN_NO_PIXEL. `row` is a storage row. */
 VN_API COLORREF VN_CALL Vn_GetPixelColor(BitmapHandle* bitmap, int32_t row, int32_t column);
 
-/* Writes a pixel inside the region. Up to 8 bits a colour goes to the nearest palette entry, and the
- * low bits of a `color` above 0xFFFFFF are the pixel value itself.
+/* Writes a pixel inside the region. Up to 8 bits a colour goes to the nearest palette entry, and
+ * the low bits of a `color` above 0xFFFFFF are the pixel value itself.
  * Returns OK, ERR_NO_BITMAP, or ERR_EMPTY_BITMAP for a position outside the region. */
 VN_API VnStatus VN_CALL Vn_PutPixelColor(BitmapHandle* bitmap, int32_t row, int32_t column,
                                          COLORREF color);

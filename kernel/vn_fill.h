@@ -8,8 +8,8 @@ VN_BEGIN_C
 
 /* Writes the stretches of a row that `segments` names, exact to the pixel, and leaves every other
  * pixel alone. `segments` holds pairs of columns, left and right (exclusive); `count` is the number
- * of entries, two a pair. The pixel at column c of `source` goes to column c + `columnOffset`, which
- * must be a multiple of 8 at depth 1 and of 2 at depth 4.
+ * of entries, two a pair. The pixel at column c of `source` goes to column c + `columnOffset`,
+ * which must be a multiple of 8 at depth 1 and of 2 at depth 4.
  * Returns OK, ERR_FILE_SEEK, ERR_FILE_READ or ERR_FILE_WRITE; earlier pairs then stay written. */
 VN_API VnStatus VN_CALL Vn_PutBitmapRowSegments(BitmapHandle* bitmap, const void* source,
                                                 uint32_t row, int32_t columnOffset,

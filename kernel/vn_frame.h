@@ -7,12 +7,12 @@
 VN_BEGIN_C
 
 typedef struct VersionRecord {
-  char Description[60];  /* zero-padded, Windows-1252 */
-  uint32_t Reserved;     /* 0 */
+  char Description[60]; /* zero-padded, Windows-1252 */
+  uint32_t Reserved;    /* 0 */
   int32_t MajorVersion;
   int32_t MinorVersion;
-  char BuildDate[16];    /* zero-padded */
-  char BuildTime[16];    /* zero-padded */
+  char BuildDate[16]; /* zero-padded */
+  char BuildTime[16]; /* zero-padded */
 } VersionRecord;
 
 /* The loader's entry point; users do not call it. Process attachment detects Win32s, takes the

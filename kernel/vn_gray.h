@@ -6,11 +6,12 @@
 
 VN_BEGIN_C
 
-/* Turns a bitmap of any depth into an 8-bit bitmap with a rising gray ramp, in which a pixel value is
- * the gray level (2 red + 5 green + blue + 4) / 8. Storage is chosen anew by STORAGE_AUTO; region,
- * row order, resolution and the caller's fields stay. Reports progress per row.
+/* Turns a bitmap of any depth into an 8-bit bitmap with a rising gray ramp, in which a pixel value
+ * is the gray level (2 red + 5 green + blue + 4) / 8. Storage is chosen anew by STORAGE_AUTO;
+ * region, row order, resolution and the caller's fields stay. Reports progress per row.
  * Returns OK, ERR_NO_BITMAP (also for a palette bitmap without a usable palette, and for a record
- * whose rows are too short for its pixels), ERR_NO_MEMORY, or what the status callback returned. On anything but OK the bitmap is as it was. */
+ * whose rows are too short for its pixels), ERR_NO_MEMORY, or what the status callback returned. On
+ * anything but OK the bitmap is as it was. */
 VN_API VnStatus VN_CALL Vn_GrayScaleBitmap(BitmapHandle* bitmap);
 
 /* Colour spaces of Vn_ConvertColorSpace. */

@@ -43,13 +43,13 @@ VN_API int32_t VN_CALL Vn_CompareHandleToPalette(HPALETTE palette, const RGBQUAD
                                                  uint32_t count);
 
 /* Vn_InitBitmap, Vn_AllocateBitmap (`request`: a STORAGE_ value) and a palette in one call.
- * `bitsPerPixel` 0 asks for an 8-bit gray bitmap. Up to 8 bits the palette is `colors`, or the fixed
- * palette for null; from 16 bits on `colorOrder` is taken instead. A palette object that could not
- * be made is not reported. Returns OK, ERR_INVALID_PARAMETER for null, or a code of the two. */
+ * `bitsPerPixel` 0 asks for an 8-bit gray bitmap. Up to 8 bits the palette is `colors`, or the
+ * fixed palette for null; from 16 bits on `colorOrder` is taken instead. A palette object that
+ * could not be made is not reported. Returns OK, ERR_INVALID_PARAMETER for null, or a code of the
+ * two. */
 VN_API VnStatus VN_CALL Vn_CreateBitmap(BitmapHandle* bitmap, int32_t request, uint32_t width,
-                                        uint32_t height, int32_t bitsPerPixel,
-                                        uint32_t colorOrder, const RGBQUAD* colors,
-                                        uint32_t viewOrigin);
+                                        uint32_t height, int32_t bitsPerPixel, uint32_t colorOrder,
+                                        const RGBQUAD* colors, uint32_t viewOrigin);
 /* Reads `count` entries of the active palette. Returns OK, ERR_NO_BITMAP for null, or
  * ERR_INVALID_PARAMETER for a count of 0 or when there are fewer. */
 VN_API VnStatus VN_CALL Vn_GetBitmapColors(BitmapHandle* bitmap, uint32_t first, uint32_t count,
@@ -63,7 +63,8 @@ VN_API VnStatus VN_CALL Vn_PutBitmapColors(BitmapHandle* bitmap, int32_t first, 
  * Returns OK, or ERR_NO_BITMAP for null. */
 VN_API VnStatus VN_CALL Vn_CreatePaletteIndexes(BitmapHandle* bitmap);
 /* Writes the colour form of DibColors from the active palette and clears FLAG_PALETTE_INDEXES.
- * Returns 1; 0 for null or more than 8 bits; 0, with the table zeroed, without an active palette. */
+ * Returns 1; 0 for null or more than 8 bits; 0, with the table zeroed, without an active
+ * palette. */
 VN_API int32_t VN_CALL Vn_CreatePaletteColors(BitmapHandle* bitmap);
 /* Gives a record of 2, 16 or 256 colours a fixed palette in PaintPalette and the index form of
  * DibColors; the caller sets FLAG_FIXED_PALETTE, and an earlier PaintPalette is not deleted.

@@ -28,7 +28,8 @@ typedef struct RegionTransform {
   int32_t YOffset;
 } RegionTransform;
 
-/* What becomes of the present region (old; the whole bitmap where there is none) and a new shape. */
+/* What becomes of the present region (old; the whole bitmap where there is none) and a new
+ * shape. */
 enum {
   REGION_COMBINE_AND = 0,             /* old and new */
   REGION_COMBINE_REPLACE = 1,         /* new */
@@ -40,10 +41,7 @@ enum {
 };
 
 /* Fill rules of Vn_SetBitmapRgnPolygon. They are not the platform's numbers. */
-enum {
-  REGION_FILL_WINDING = 0,
-  REGION_FILL_ALTERNATE = 1
-};
+enum { REGION_FILL_WINDING = 0, REGION_FILL_ALTERNATE = 1 };
 
 /* Setting. `combine` is a REGION_COMBINE_ value. A new shape is transformed and clipped to the
  * bitmap before it is combined. Each returns OK, ERR_INVALID_PARAMETER (also for a null bitmap) or
@@ -67,9 +65,9 @@ VN_API VnStatus VN_CALL Vn_SetBitmapRgnPolygon(BitmapHandle* bitmap,
                                                uint32_t fillRule, uint32_t combine);
 /* A rectangle with corners cut from an ellipse of `cornerWidth` by `cornerHeight`. */
 VN_API VnStatus VN_CALL Vn_SetBitmapRgnRoundRect(BitmapHandle* bitmap,
-                                                 const RegionTransform* transform,
-                                                 const RECT* rect, int32_t cornerWidth,
-                                                 int32_t cornerHeight, uint32_t combine);
+                                                 const RegionTransform* transform, const RECT* rect,
+                                                 int32_t cornerWidth, int32_t cornerHeight,
+                                                 uint32_t combine);
 /* Removes the region. As Vn_SetBitmapRgnHandle with null. */
 VN_API VnStatus VN_CALL Vn_FreeBitmapRgn(BitmapHandle* bitmap);
 /* Moves the region; what leaves the bitmap is lost. A bitmap without a region gets one: its area,

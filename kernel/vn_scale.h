@@ -16,9 +16,9 @@ VN_API VnStatus VN_CALL Vn_StartResize(int32_t oldWidth, int32_t oldHeight, int3
                                        int32_t newHeight, ResizeState** state);
 
 /* Scales source row `row` within `buffer`, which holds the larger of the two rows. Rows may come in
- * any order; rising and falling runs are the fast ones. `outWidth` receives the new width, `outCount`
- * the number of destination rows that this row yields: emit the buffer that many times. For 0 the
- * buffer is left as it was. Returns the count. */
+ * any order; rising and falling runs are the fast ones. `outWidth` receives the new width,
+ * `outCount` the number of destination rows that this row yields: emit the buffer that many times.
+ * For 0 the buffer is left as it was. Returns the count. */
 VN_API uint32_t VN_CALL Vn_Resize(uint8_t* buffer, uint32_t row, int32_t bitsPerPixel,
                                   uint32_t* outWidth, uint32_t* outCount, ResizeState* state);
 
@@ -33,9 +33,9 @@ VN_API VnStatus VN_CALL Vn_ResizeBitmap(BitmapHandle* source, BitmapHandle* dest
 
 /* Replaces `bitmap` by its copy of `width` by `height` pixels, the region scaled with it. Returns
  * OK, ERR_INVALID_PARAMETER (null or without storage), an allocation's code, or what the status
- * callback returned. After a failure from the resize on, the pixels stand as they were, but palettes
- * and region are gone while the record still names them: set Palette, PaintPalette and Region to 0
- * before anything else. */
+ * callback returned. After a failure from the resize on, the pixels stand as they were, but
+ * palettes and region are gone while the record still names them: set Palette, PaintPalette and
+ * Region to 0 before anything else. */
 VN_API VnStatus VN_CALL Vn_SizeBitmap(BitmapHandle* bitmap, int32_t width, int32_t height);
 
 VN_END_C

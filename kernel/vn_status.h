@@ -11,16 +11,16 @@ VN_BEGIN_C
 typedef int32_t VnStatus;
 
 enum {
-  OK = 1,                       /* success */
-  ERR_NO_MEMORY = -1,           /* allocation failed; row access: the record has no storage */
-  ERR_NO_BITMAP = -2,           /* null handle pointer, or FLAG_ALLOCATED clear */
-  ERR_FILE_SEEK = -4,           /* a seek in a temporary file landed elsewhere than asked */
-  ERR_FILE_WRITE = -5,          /* a write to a temporary file failed */
-  ERR_FILE_READ = -7,           /* a read from a temporary file failed */
-  ERR_EMPTY_BITMAP = -11,       /* no pixels to allocate; a pixel write outside the bitmap */
-  ERR_INVALID_PARAMETER = -13,  /* an argument out of range, or a state that forbids the call */
-  ERR_UNSUPPORTED = -16,        /* a structure or request that the library does not handle */
-  ERR_BITS_PER_PIXEL = -27      /* depth other than 1, 4, 8, 16, 24, 32 */
+  OK = 1,                      /* success */
+  ERR_NO_MEMORY = -1,          /* allocation failed; row access: the record has no storage */
+  ERR_NO_BITMAP = -2,          /* null handle pointer, or FLAG_ALLOCATED clear */
+  ERR_FILE_SEEK = -4,          /* a seek in a temporary file landed elsewhere than asked */
+  ERR_FILE_WRITE = -5,         /* a write to a temporary file failed */
+  ERR_FILE_READ = -7,          /* a read from a temporary file failed */
+  ERR_EMPTY_BITMAP = -11,      /* no pixels to allocate; a pixel write outside the bitmap */
+  ERR_INVALID_PARAMETER = -13, /* an argument out of range, or a state that forbids the call */
+  ERR_UNSUPPORTED = -16,       /* a structure or request that the library does not handle */
+  ERR_BITS_PER_PIXEL = -27     /* depth other than 1, 4, 8, 16, 24, 32 */
 };
 
 /* Hears the percentage done of a long operation, 0 to 100, on the calling thread, from inside the

@@ -15,7 +15,8 @@ enum {
 
 /* Gives an initialised record its pixels, DataSize bytes, to be released with Vn_FreeBitmap. The
  * library does not clear them; mapped sections and files come as zeros from the platform.
- * Returns OK, ERR_EMPTY_BITMAP, ERR_INVALID_PARAMETER (request), ERR_NO_MEMORY or ERR_FILE_WRITE. */
+ * Returns OK, ERR_EMPTY_BITMAP, ERR_INVALID_PARAMETER (request), ERR_NO_MEMORY or
+ * ERR_FILE_WRITE. */
 VN_API VnStatus VN_CALL Vn_AllocateBitmap(BitmapHandle* bitmap, int32_t request);
 /* Releases region, palettes and storage. Dimensions stay, and the record can be allocated again.
  * Safe on a record without storage, and twice. An open dithering run is not touched. */
@@ -24,7 +25,8 @@ VN_API void VN_CALL Vn_FreeBitmap(BitmapHandle* bitmap);
  * region without freeing them, because another record owns them now. Returns OK. */
 VN_API VnStatus VN_CALL Vn_FreeImage(BitmapHandle* bitmap, int32_t freeAttachments);
 
-/* Make memory storage addressable through Bits, and give that back. No nesting: see Vn_LockBitmap. */
+/* Make memory storage addressable through Bits, and give that back. No nesting: see
+ * Vn_LockBitmap. */
 VN_API void VN_CALL Vn_AccessBitmap(BitmapHandle* bitmap);
 VN_API void VN_CALL Vn_ReleaseBitmap(BitmapHandle* bitmap);
 /* Locks as Vn_AccessBitmap does and returns the state before, 1 locked or 0, for the matching

@@ -13,9 +13,9 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
-#include "win32_types.h"
-#include "win32_kernel32.h"
 #include "win32_gdi32.h"
+#include "win32_kernel32.h"
+#include "win32_types.h"
 #include "win32_user32.h"
 #endif
 

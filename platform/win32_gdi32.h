@@ -108,8 +108,8 @@ VNW_DECLARE(BOOL, BitBlt,
              DWORD rasterOp));
 VNW_DECLARE(BOOL, PatBlt, (HDC context, int x, int y, int width, int height, DWORD rasterOp));
 VNW_DECLARE(int, GetDIBits,
-            (HDC context, HBITMAP bitmap, UINT firstLine, UINT lines, LPVOID bits,
-             BITMAPINFO* info, UINT usage));
+            (HDC context, HBITMAP bitmap, UINT firstLine, UINT lines, LPVOID bits, BITMAPINFO* info,
+             UINT usage));
 VNW_DECLARE(COLORREF, GetPixel, (HDC context, int x, int y));
 
 /* Regions. */

@@ -22,12 +22,12 @@ extern "C" {
 
 /* The screen. */
 typedef struct Headless_Display {
-  int32_t width, height;    /* pixels, 1 to 2^20 */
-  int32_t bitsPerPixel;     /* BITSPIXEL: 1, 4, 8, 16, 24 or 32 (with one plane) */
-  int32_t paletteDevice;    /* nonzero: RC_PALETTE with 256 settable entries; needs 8 bits */
-  int32_t reservedColors;   /* NUMRESERVED of a palette device, 20 on the usual display */
-  int32_t technology;       /* DT_RASDISPLAY as a rule; DT_RASPRINTER, DT_METAFILE for tests */
-  int32_t dotsPerInch;      /* LOGPIXELSX and LOGPIXELSY */
+  int32_t width, height;  /* pixels, 1 to 2^20 */
+  int32_t bitsPerPixel;   /* BITSPIXEL: 1, 4, 8, 16, 24 or 32 (with one plane) */
+  int32_t paletteDevice;  /* nonzero: RC_PALETTE with 256 settable entries; needs 8 bits */
+  int32_t reservedColors; /* NUMRESERVED of a palette device, 20 on the usual display */
+  int32_t technology;     /* DT_RASDISPLAY as a rule; DT_RASPRINTER, DT_METAFILE for tests */
+  int32_t dotsPerInch;    /* LOGPIXELSX and LOGPIXELSY */
 } Headless_Display;
 
 /* Replaces the screen: its surface is made anew, all zero, with the system palette of its depth.
@@ -39,11 +39,11 @@ HEADLESS_API void Headless_GetDisplay(Headless_Display* display);
 /* A look at the screen's pixels. Rows run from the top of the screen down; layout of a row as in a
  * DIB of that depth (24 and 32 bits: blue first; 16 bits: 5-5-5, blue low). */
 typedef struct Headless_Surface {
-  const uint8_t* bits;       /* first row; owned by the platform, until the next SetDisplay */
-  int32_t width, height;     /* pixels */
+  const uint8_t* bits;   /* first row; owned by the platform, until the next SetDisplay */
+  int32_t width, height; /* pixels */
   int32_t bitsPerPixel;
-  uint32_t stride;           /* bytes from row to row */
-  RGBQUAD colors[256];       /* what each pixel value shows, up to 8 bits */
+  uint32_t stride;     /* bytes from row to row */
+  RGBQUAD colors[256]; /* what each pixel value shows, up to 8 bits */
 } Headless_Surface;
 HEADLESS_API void Headless_GetScreen(Headless_Surface* surface);
 
@@ -78,9 +78,9 @@ HEADLESS_API void Headless_ObserveStretch(Headless_StretchObserver observer, voi
 
 /* Failure injection, per family of operations and on all threads. */
 typedef enum Headless_Operation {
-  HEADLESS_MEMORY = 0,  /* GlobalAlloc, GlobalReAlloc, CreateFileMappingA, MapViewOfFile */
-  HEADLESS_FILE = 1,    /* CreateFileA, ReadFile, WriteFile, SetFilePointer, SetEndOfFile */
-  HEADLESS_OBJECT = 2,  /* CreatePalette, regions, bitmaps, brushes, contexts */
+  HEADLESS_MEMORY = 0, /* GlobalAlloc, GlobalReAlloc, CreateFileMappingA, MapViewOfFile */
+  HEADLESS_FILE = 1,   /* CreateFileA, ReadFile, WriteFile, SetFilePointer, SetEndOfFile */
+  HEADLESS_OBJECT = 2, /* CreatePalette, regions, bitmaps, brushes, contexts */
   HEADLESS_OPERATIONS = 3
 } Headless_Operation;
 
@@ -93,18 +93,19 @@ HEADLESS_API uint32_t Headless_OperationCount(Headless_Operation family);
 /* What the platform takes for the free memory of the machine, in bytes, when it decides whether a
  * file mapping gets memory or an unlinked temporary file; 0, as at start, asks the machine. */
 HEADLESS_API void Headless_SetFreeMemory(uint64_t bytes);
-/* The largest block that GlobalAlloc and GlobalReAlloc give, in bytes; 0, as at start, sets no limit.
- * A small machine of the Win32s kind: there, bitmaps that are larger go to temporary files. */
+/* The largest block that GlobalAlloc and GlobalReAlloc give, in bytes; 0, as at start, sets no
+ * limit. A small machine of the Win32s kind: there, bitmaps that are larger go to temporary
+ * files. */
 HEADLESS_API void Headless_SetLargestBlock(uint64_t bytes);
 
 /* What is alive. Stock objects, the screen and the screen's surface do not count. */
 typedef struct Headless_Counts {
-  uint32_t globalBlocks;   /* blocks of GlobalAlloc */
-  uint32_t mappings;       /* file mapping handles */
-  uint32_t views;          /* mapped views */
-  uint32_t files;          /* open files */
-  uint32_t objects;        /* palettes, regions, bitmaps, brushes */
-  uint32_t contexts;       /* device contexts, also those of GetDC */
+  uint32_t globalBlocks; /* blocks of GlobalAlloc */
+  uint32_t mappings;     /* file mapping handles */
+  uint32_t views;        /* mapped views */
+  uint32_t files;        /* open files */
+  uint32_t objects;      /* palettes, regions, bitmaps, brushes */
+  uint32_t contexts;     /* device contexts, also those of GetDC */
 } Headless_Counts;
 HEADLESS_API void Headless_GetCounts(Headless_Counts* counts);
 

@@ -37,8 +37,8 @@ BOOL CallDllMain(DWORD reason) {
   return DllMain(reinterpret_cast<HINSTANCE>(&attachment), reason, nullptr);
 }
 
-// Marks the calling thread as attached, to be detached at its end.
-void Bear(uint32_t number) {
+// Marks the calling thread as belonging to an attachment, to be detached at its end.
+void MarkAttached(uint32_t number) {
   threadAttachment = number;
   if (hasThreadEndKey) pthread_setspecific(threadEndKey, &threadAttachment);
 }
@@ -53,7 +53,7 @@ void DetachThread(void*) {
 BOOL AttachProcess() {
   const std::lock_guard lock(dllMainMutex);
   if (!hasThreadEndKey) hasThreadEndKey = pthread_key_create(&threadEndKey, DetachThread) == 0;
-  Bear(++attachmentsSoFar);
+  MarkAttached(++attachmentsSoFar);
   attachment = threadAttachment;
   const BOOL attached = CallDllMain(DLL_PROCESS_ATTACH);
   if (!attached) attachment = threadAttachment = 0;
@@ -84,7 +84,7 @@ void AttachThreadOnce() {
   const uint32_t process = attachment.load(std::memory_order_acquire);
   if (threadAttachment == process || process == 0) return;
   const std::lock_guard lock(dllMainMutex);
-  Bear(process);  // first, because DllMain looks into thread-local storage itself
+  MarkAttached(process);  // first, because DllMain looks into thread-local storage itself
   CallDllMain(DLL_THREAD_ATTACH);
 }
 

@@ -8,9 +8,9 @@
 #include "platform/headless/headless.h"
 
 #ifdef _WIN32
-#define HEADLESS_TEST(suite, name)                                         \
-  TEST(suite, name) { GTEST_SKIP() << "needs the headless platform"; }     \
-  template <class Never>                                                   \
+#define HEADLESS_TEST(suite, name)                                     \
+  TEST(suite, name) { GTEST_SKIP() << "needs the headless platform"; } \
+  template <class Never>                                               \
   [[maybe_unused]] void suite##_##name##_Body()
 #else
 #define HEADLESS_TEST(suite, name) TEST(suite, name)

@@ -25,7 +25,8 @@ class Random {
   bool Chance(int32_t oneIn) { return Between(1, oneIn) == 1; }
   void Fill(void* bytes, size_t count) {
     auto* at = static_cast<uint8_t*>(bytes);
-    for (size_t i = 0; i < count; ++i) at[i] = static_cast<uint8_t>(Next());
+    for (size_t i = 0; i < count; ++i)
+      at[i] = static_cast<uint8_t>(Next());
   }
 
  private:

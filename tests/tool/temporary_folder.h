@@ -44,7 +44,8 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
-// A new file: to truncate and rewrite one makes some file systems flush it, a thousand times slower.
+// A new file: to truncate and rewrite one makes some file systems flush it, a thousand times
+// slower.
 inline void WriteFile(const std::string& path, const std::string& bytes) {
   std::filesystem::remove(path);
   std::ofstream(path, std::ios::binary) << bytes;
