@@ -8,6 +8,13 @@
 
 namespace vn {
 
+inline void SetRectValues(RECT* rect, int32_t left, int32_t top, int32_t right, int32_t bottom) {
+  rect->left = left;
+  rect->top = top;
+  rect->right = right;
+  rect->bottom = bottom;
+}
+
 inline bool RectIsEmpty(const RECT& rect) {
   return rect.right <= rect.left || rect.bottom <= rect.top;
 }
@@ -15,8 +22,8 @@ inline bool RectIsEmpty(const RECT& rect) {
 // A plain comparison of the stored values, also for a rectangle whose bottom lies above its top.
 // The result is written in any case and may be one of the two; true when it is not empty.
 inline bool IntersectRects(RECT* result, const RECT& a, const RECT& b) {
-  *result = {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-             std::min(a.bottom, b.bottom)};
+  SetRectValues(result, std::max(a.left, b.left), std::max(a.top, b.top),
+                std::min(a.right, b.right), std::min(a.bottom, b.bottom));
   return !RectIsEmpty(*result);
 }
 
