@@ -1,6 +1,17 @@
-# Warnings and sanitizers, the same for every target of the project.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-Wshadow=local VNCORE_HAVE_WSHADOW_LOCAL)
+
+# Warnings and sanitizers, the same for every target of the project. A target that stands for a
+# user's program (an example) sees the public headers alone; the others see the rooms as well.
 function(vncore_compile_options target)
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Wshadow=local)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
+  vncore_user_compile_options(${target})
+endfunction()
+function(vncore_user_compile_options target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra)
+  if(VNCORE_HAVE_WSHADOW_LOCAL)
+    target_compile_options(${target} PRIVATE -Wshadow=local)
+  endif()
   if(VNCORE_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
@@ -9,8 +20,15 @@ function(vncore_compile_options target)
   endif()
   if(VNCORE_SANITIZE)
     # Full optimisation triples the time that instrumented code takes to compile, and finds no more.
-    target_compile_options(${target} PRIVATE -O1 -g1 -fsanitize=address,undefined -fno-sanitize-recover=all
-      -fno-omit-frame-pointer)
-    target_link_options(${target} PUBLIC -fsanitize=address,undefined)
+    target_compile_options(${target} PRIVATE -O1 -g1 -fsanitize=${VNCORE_SANITIZE}
+      -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=${VNCORE_SANITIZE})
+  endif()
+  if(VNCORE_COVERAGE)
+    target_compile_options(${target} PRIVATE -O0 --coverage -fprofile-update=atomic)
+    target_link_options(${target} PUBLIC --coverage)
+  endif()
+  if(VNCORE_FUZZ)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
 endfunction()

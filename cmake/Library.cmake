@@ -9,10 +9,15 @@ add_library(vncore_static STATIC)
 foreach(form vncore vncore_static)
   target_sources(${form} PRIVATE $<TARGET_OBJECTS:vncore_objects>)
   target_include_directories(${form} PUBLIC
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/kernel/include>
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   set_target_properties(${form} PROPERTIES LINKER_LANGUAGE CXX)
   if(VNCORE_SANITIZE)
-    target_link_options(${form} PUBLIC -fsanitize=address,undefined)
+    target_link_options(${form} PUBLIC -fsanitize=${VNCORE_SANITIZE})
+  endif()
+  if(VNCORE_COVERAGE)
+    target_link_options(${form} PUBLIC --coverage)
   endif()
   if(WIN32)
     target_link_libraries(${form} PUBLIC gdi32 user32)
@@ -44,17 +49,18 @@ else()
   set_property(TARGET vncore APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
 endif()
 
-file(GLOB VNCORE_PUBLIC_HEADERS ${PROJECT_SOURCE_DIR}/kernel/vn*.h)
 install(TARGETS vncore vncore_static EXPORT vncore-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES ${VNCORE_PUBLIC_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vncore)
-if(NOT WIN32)
-  file(GLOB VNCORE_PLATFORM_HEADERS ${PROJECT_SOURCE_DIR}/platform/win32*.h)
-  install(FILES ${VNCORE_PLATFORM_HEADERS}
+# On Windows `<vncore/platform/win32.h>` is <windows.h>; the rest of the platform is not there.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/kernel/include/vncore
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+if(WIN32)
+  install(FILES ${PROJECT_SOURCE_DIR}/platform/include/vncore/platform/win32.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vncore/platform)
-  install(FILES ${PROJECT_SOURCE_DIR}/platform/headless/headless.h
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vncore/platform/headless)
+else()
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/platform/include/vncore
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()
 
 include(CMakePackageConfigHelpers)

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "kernel/mapped_section.h"
+#include "kernel/picture_size.h"
 #include "kernel/thread_settings.h"
 
 namespace vn {
@@ -42,9 +43,14 @@ VnStatus VN_CALL Vn_ChangeBitmapHeight(BitmapHandle* bitmap, uint32_t newHeight)
   if (!bitmap || !(bitmap->Flags & FLAG_ALLOCATED)) return ERR_NO_BITMAP;
   if (bitmap->Flags & FLAG_LOCKED) return ERR_INVALID_PARAMETER;
   if (newHeight == static_cast<uint32_t>(bitmap->Height)) return OK;
+  const auto height = static_cast<int32_t>(newHeight);
   const uint32_t size = bitmap->BytesPerLine * newHeight;
-  if (!vn::ResizeStorage(bitmap, size)) return ERR_NO_MEMORY;
-  bitmap->Height = static_cast<int32_t>(newHeight);
+  // No kind of storage holds no rows at all.
+  if (size == 0 || !vn::SizeFits(bitmap->Width, height, bitmap->BitsPerPixel) ||
+      !vn::ResizeStorage(bitmap, size)) {
+    return ERR_NO_MEMORY;
+  }
+  bitmap->Height = height;
   bitmap->DataSize = size;
   bitmap->DibHeader.biHeight = bitmap->Height;
   bitmap->DibHeader.biSizeImage = size;

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <iterator>
 
+#include <vncore/vncore.h>
 #include "kernel/guards.h"
 #include "kernel/row_view.h"
 #include "kernel/scratch_buffer.h"
-#include "kernel/vncore.h"
 #include "region/region_motion.h"
 
 namespace {

@@ -1,9 +1,10 @@
 // A bitmap made from a rectangle of another.
 #include <algorithm>
 
+#include <vncore/vncore.h>
 #include "kernel/guards.h"
+#include "kernel/row_position.h"
 #include "kernel/scratch_buffer.h"
-#include "kernel/vncore.h"
 #include "region/region_motion.h"
 
 namespace {
@@ -23,6 +24,17 @@ void ShiftLeft(uint8_t* row, uint32_t count, uint32_t shift) {
   if (count) row[count - 1] = static_cast<uint8_t>(row[count - 1] << shift);
 }
 
+// Reads bytes of a row, and zeros where the rectangle reaches beyond the source's storage.
+void ReadBytes(BitmapHandle* source, uint8_t* buffer, uint32_t row, uint32_t column,
+               uint32_t count) {
+  const uint32_t position =
+      source->BytesPerLine * row + vn::ByteOfColumn(source->BitsPerPixel, column);
+  const uint32_t held = position < source->DataSize ? source->DataSize - position : 0;
+  if (held < count) std::fill(buffer + held, buffer + count, uint8_t{0});
+  const uint32_t readable = std::min(held, count);
+  if (readable) Vn_GetBitmapRowCol(source, buffer, row, column, readable);
+}
+
 VnStatus CopyRows(BitmapHandle* destination, BitmapHandle* source, uint32_t left, uint32_t top) {
   const uint32_t bits = static_cast<uint32_t>(source->BitsPerPixel);
   const uint32_t shift = ShiftOfColumn(left, source->BitsPerPixel);
@@ -33,7 +45,7 @@ VnStatus CopyRows(BitmapHandle* destination, BitmapHandle* source, uint32_t left
   vn::BitmapLock lockSource(source);
   vn::BitmapLock lockDestination(destination);
   for (uint32_t row = 0; row < static_cast<uint32_t>(destination->Height); ++row) {
-    Vn_GetBitmapRowCol(source, buffer.data(), top + row, left, count);
+    ReadBytes(source, buffer.data(), top + row, left, count);
     if (shift) ShiftLeft(buffer.data(), count, shift);
     Vn_PutBitmapRow(destination, buffer.data(), row, destination->BytesPerLine);
   }

@@ -2,7 +2,7 @@
 #ifndef VNCORE_KERNEL_GUARDS_H
 #define VNCORE_KERNEL_GUARDS_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 
@@ -13,6 +13,9 @@ class BitmapLock {
   BitmapLock(const BitmapLock&) = delete;
   BitmapLock& operator=(const BitmapLock&) = delete;
   ~BitmapLock() { Vn_UnlockBitmap(bitmap_, state_); }
+
+  // Leaves the bitmap locked.
+  void Keep() { state_ = 1; }
 
  private:
   BitmapHandle* bitmap_;
@@ -37,16 +40,18 @@ class ColorForm {
   BitmapHandle* bitmap_;
 };
 
-// Display mode bits for the length of a work.
+// Display mode bits for the length of a work. Those of `restored` are set back.
 class DisplayModeScope {
  public:
-  DisplayModeScope(uint32_t mask, uint32_t value) : before_(Vn_SetDisplayMode(mask, value)) {}
+  DisplayModeScope(uint32_t mask, uint32_t value, uint32_t restored = ~0u)
+      : before_(Vn_SetDisplayMode(mask, value)), restored_(restored) {}
   DisplayModeScope(const DisplayModeScope&) = delete;
   DisplayModeScope& operator=(const DisplayModeScope&) = delete;
-  ~DisplayModeScope() { Vn_SetDisplayMode(~0u, before_); }
+  ~DisplayModeScope() { Vn_SetDisplayMode(restored_, before_); }
 
  private:
   uint32_t before_;
+  uint32_t restored_;
 };
 
 // No status callback: inner operations stay silent, and the outer one reports alone.

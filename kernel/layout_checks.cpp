@@ -2,7 +2,7 @@
 // them. Offsets are written out, not computed, so that a field that moves is caught.
 #include <cstddef>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 #define VN_AT(record, field, offset) \
   static_assert(offsetof(record, field) == (offset), #record "." #field " moved")

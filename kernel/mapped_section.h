@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "platform/win32.h"
+#include <vncore/platform/win32.h>
 
 namespace vn {
 

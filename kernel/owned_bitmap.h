@@ -2,7 +2,7 @@
 #ifndef VNCORE_KERNEL_OWNED_BITMAP_H
 #define VNCORE_KERNEL_OWNED_BITMAP_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 

@@ -1,8 +1,8 @@
 // Single pixels by colour.
+#include <vncore/vncore.h>
 #include "color/color_match.h"
 #include "kernel/guards.h"
 #include "kernel/pixel_format.h"
-#include "kernel/vncore.h"
 
 namespace {
 
@@ -83,11 +83,15 @@ void SetPixelColor(BitmapHandle* bitmap, uint32_t row, uint32_t column, COLORREF
   Vn_PutBitmapRowCol(bitmap, bytes, row, ByteColumn<Bits>(column), kPixelBytes<Bits>);
 }
 
+bool IsInside(const BitmapHandle& bitmap, int32_t row, int32_t column) {
+  return row >= 0 && row < bitmap.Height && column >= 0 && column < bitmap.Width;
+}
+
 }  // namespace
 
 COLORREF VN_CALL Vn_GetPixelColor(BitmapHandle* bitmap, int32_t row, int32_t column) {
   if (!bitmap || !(bitmap->Flags & FLAG_ALLOCATED)) return VN_NO_PIXEL;
-  if (row < 0 || row >= bitmap->Height || column < 0 || column >= bitmap->Width) return VN_NO_PIXEL;
+  if (!IsInside(*bitmap, row, column)) return VN_NO_PIXEL;
   const BitmapLock lock(bitmap);
   COLORREF color = VN_NO_PIXEL;
   WithDepth(bitmap->BitsPerPixel, [&](auto depth) {
@@ -99,7 +103,10 @@ COLORREF VN_CALL Vn_GetPixelColor(BitmapHandle* bitmap, int32_t row, int32_t col
 VnStatus VN_CALL Vn_PutPixelColor(BitmapHandle* bitmap, int32_t row, int32_t column,
                                   COLORREF color) {
   if (!bitmap || !(bitmap->Flags & FLAG_ALLOCATED)) return ERR_NO_BITMAP;
-  if (!Vn_IsPtInBitmapRgn(bitmap, row, column)) return ERR_EMPTY_BITMAP;
+  // A region stays as it is when its bitmap loses rows.
+  if (!IsInside(*bitmap, row, column) || !Vn_IsPtInBitmapRgn(bitmap, row, column)) {
+    return ERR_EMPTY_BITMAP;
+  }
   const BitmapLock lock(bitmap);
   WithDepth(bitmap->BitsPerPixel, [&](auto depth) {
     SetPixelColor<depth>(bitmap, static_cast<uint32_t>(row), static_cast<uint32_t>(column), color);

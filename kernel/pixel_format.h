@@ -16,7 +16,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "kernel/vn_bitmap.h"
+#include <vncore/vn_bitmap.h>
 
 namespace vn {
 

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "platform/win32.h"
+#include <vncore/platform/win32.h>
 
 namespace vn {
 
@@ -31,19 +31,25 @@ class OwnedObject {
   Handle handle_{};
 };
 
-// The screen's device context.
-class ScreenDC {
+// The device context of a window, null being the screen.
+class WindowDC {
  public:
-  ScreenDC() : context_(GetDC(nullptr)) {}
-  ScreenDC(const ScreenDC&) = delete;
-  ScreenDC& operator=(const ScreenDC&) = delete;
-  ~ScreenDC() {
-    if (context_) ReleaseDC(nullptr, context_);
+  explicit WindowDC(HWND window) : window_(window), context_(GetDC(window)) {}
+  WindowDC(const WindowDC&) = delete;
+  WindowDC& operator=(const WindowDC&) = delete;
+  ~WindowDC() {
+    if (context_) ReleaseDC(window_, context_);
   }
   HDC get() const { return context_; }
 
  private:
+  HWND window_;
   HDC context_;
+};
+
+class ScreenDC : public WindowDC {
+ public:
+  ScreenDC() : WindowDC(nullptr) {}
 };
 
 }  // namespace vn

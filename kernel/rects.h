@@ -3,8 +3,9 @@
 #define VNCORE_KERNEL_RECTS_H
 
 #include <algorithm>
+#include <cstdint>
 
-#include "platform/win32.h"
+#include <vncore/platform/win32.h>
 
 namespace vn {
 
@@ -17,6 +18,12 @@ inline void SetRectValues(RECT* rect, int32_t left, int32_t top, int32_t right, 
 
 inline bool RectIsEmpty(const RECT& rect) {
   return rect.right <= rect.left || rect.bottom <= rect.top;
+}
+
+// No edge lies beyond those of `area`; an empty rectangle can be within.
+inline bool RectIsWithin(const RECT& rect, const RECT& area) {
+  return rect.left >= area.left && rect.right <= area.right && rect.top >= area.top &&
+         rect.bottom <= area.bottom;
 }
 
 // A plain comparison of the stored values, also for a rectangle whose bottom lies above its top.

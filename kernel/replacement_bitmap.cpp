@@ -5,13 +5,17 @@
 #include <iterator>
 #include <utility>
 
+#include "kernel/pixel_format.h"
+
 namespace vn {
 
-bool SizeFits(int32_t width, int32_t height, int32_t bitsPerPixel) {
-  if (width < 0 || height < 0 || bitsPerPixel < 0) return false;
-  const uint64_t rowBits = static_cast<uint64_t>(width) * static_cast<uint32_t>(bitsPerPixel);
-  if (rowBits > UINT32_MAX - 31) return false;
-  return (rowBits + 31) / 32 * 4 * static_cast<uint32_t>(height) <= UINT32_MAX;
+bool HoldsItsPixels(const BitmapHandle* bitmap) {
+  if (!bitmap || !(bitmap->Flags & FLAG_ALLOCATED)) return false;
+  int32_t bits = 32;
+  WithDepth(bitmap->BitsPerPixel, [&](auto depth) { bits = depth; });
+  return SizeFits(bitmap->Width, bitmap->Height, bits) &&
+         bitmap->BytesPerLine >=
+             StrideOf(static_cast<uint32_t>(bitmap->Width), static_cast<uint32_t>(bits));
 }
 
 void CarryOver(BitmapHandle* derived, const BitmapHandle& source) {
@@ -25,14 +29,12 @@ void CarryOver(BitmapHandle* derived, const BitmapHandle& source) {
 }
 
 VnStatus ReplacementBitmap::Create(int32_t width, int32_t height, int32_t bitsPerPixel) {
-  if (!SizeFits(width, height, bitsPerPixel)) return ERR_NO_MEMORY;
   return Vn_DupBitmapNewDim(&record_, original_, static_cast<uint32_t>(width),
                             static_cast<uint32_t>(height), bitsPerPixel, DUP_ALLOCATE);
 }
 
 VnStatus ReplacementBitmap::CreateDerived(int32_t bitsPerPixel) {
   shares_ = false;
-  if (!SizeFits(original_->Width, original_->Height, bitsPerPixel)) return ERR_NO_MEMORY;
   const VnStatus status = Vn_InitBitmap(&record_, static_cast<uint32_t>(original_->Width),
                                         static_cast<uint32_t>(original_->Height), bitsPerPixel);
   if (status != OK) return status;

@@ -3,13 +3,14 @@
 #ifndef VNCORE_KERNEL_REPLACEMENT_BITMAP_H
 #define VNCORE_KERNEL_REPLACEMENT_BITMAP_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
+#include "kernel/picture_size.h"
 
 namespace vn {
 
-// The size computations of a record wrap in 32 bits. A row loop over such a record would leave its
-// storage, so one that does not pass here is not made.
-bool SizeFits(int32_t width, int32_t height, int32_t bitsPerPixel);
+// Whether a bitmap has storage that holds its rows, and rows that hold its pixels. Depths other
+// than the six count as 32 bits.
+bool HoldsItsPixels(const BitmapHandle* bitmap);
 
 // What every derived bitmap takes from its source: row order, resolution, the caller's fields.
 void CarryOver(BitmapHandle* derived, const BitmapHandle& source);
@@ -33,8 +34,7 @@ class ReplacementBitmap {
     }
   }
 
-  // Gives the replacement storage, and all that Vn_DupBitmapNewDim carries over. Sizes that 32 bits
-  // cannot tell are ERR_NO_MEMORY: no storage can hold them.
+  // Gives the replacement storage, and all that Vn_DupBitmapNewDim carries over.
   VnStatus Create(int32_t width, int32_t height, int32_t bitsPerPixel);
 
   // Gives the replacement storage of the original's size at another depth. It takes what CarryOver

@@ -2,8 +2,8 @@
 // at their word; range checks belong to the operations.
 #include <cstring>
 
+#include <vncore/vncore.h>
 #include "kernel/row_position.h"
-#include "kernel/vncore.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #ifndef VNCORE_KERNEL_ROW_POSITION_H
 #define VNCORE_KERNEL_ROW_POSITION_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 
@@ -38,6 +38,21 @@ inline uint32_t ByteOfColumn(int32_t bitsPerPixel, uint32_t column) {
     default:
       return column;
   }
+}
+
+// Pixels that a row has bytes for: Width, unless somebody changed the record. A depth that is none
+// counts as the widest.
+inline int32_t ColumnsInRow(const BitmapHandle& bitmap) {
+  const int32_t depth = bitmap.BitsPerPixel;
+  const bool narrow = depth == 1 || depth == 4 || depth == 8 || depth == 16 || depth == 24;
+  const uint32_t bits = narrow ? static_cast<uint32_t>(depth) : 32;
+  const uint64_t columns = uint64_t{bitmap.BytesPerLine} * 8 / bits;
+  return static_cast<int32_t>(columns < INT32_MAX ? columns : INT32_MAX);
+}
+
+// Without storage the handles in the record are stale, and somebody else's may have their values.
+inline bool HasPixels(const BitmapHandle& bitmap) {
+  return bitmap.Flags & (FLAG_IN_MEMORY | FLAG_ON_DISK);
 }
 
 }  // namespace vn

@@ -3,7 +3,7 @@
 #ifndef VNCORE_KERNEL_ROW_VIEW_H
 #define VNCORE_KERNEL_ROW_VIEW_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 

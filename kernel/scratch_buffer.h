@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "kernel/vn_system.h"
+#include <vncore/vn_system.h>
 
 namespace vn {
 

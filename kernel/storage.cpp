@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "kernel/mapped_section.h"
+#include "kernel/picture_size.h"
 #include "kernel/scratch_buffer.h"
 #include "kernel/thread_settings.h"
 #include "region/region_record.h"
@@ -118,6 +119,7 @@ void FreeFile(BitmapHandle* bitmap) {
 VnStatus VN_CALL Vn_AllocateBitmap(BitmapHandle* bitmap, int32_t request) {
   if (bitmap->DataSize == 0) return ERR_EMPTY_BITMAP;
   if (!vn::IsStorageRequest(request)) return ERR_INVALID_PARAMETER;
+  if (!vn::SizeFits(bitmap->Width, bitmap->Height, bitmap->BitsPerPixel)) return ERR_NO_MEMORY;
   if (!vn::OnWin32s()) return vn::AllocateSection(bitmap) ? OK : ERR_NO_MEMORY;
   if (request != STORAGE_DISK) {
     if (vn::AllocateGlobal(bitmap)) return OK;

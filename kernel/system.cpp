@@ -1,7 +1,7 @@
 // The system layer: global memory known by its address, and files.
-#include "kernel/vn_system.h"
+#include <vncore/vn_system.h>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace {
 
@@ -54,6 +54,7 @@ void* VN_CALL Vn_OsAllocInit(uint32_t size, uint32_t zeroFill) {
 void* VN_CALL Vn_OsReAlloc(void* block, uint32_t size) {
   const HGLOBAL memory = GlobalHandle(block);
   GlobalUnlock(memory);
+  if (size == 0) return nullptr;  // a block without bytes would have no address to be freed by
   return GlobalLock(GlobalReAlloc(memory, size, GMEM_MOVEABLE));
 }
 

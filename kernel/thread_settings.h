@@ -2,7 +2,7 @@
 #ifndef VNCORE_KERNEL_THREAD_SETTINGS_H
 #define VNCORE_KERNEL_THREAD_SETTINGS_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 

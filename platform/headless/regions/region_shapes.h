@@ -1,0 +1,19 @@
+// Shapes as sets of pixels: which pixels a curve or a polygon covers.
+#ifndef VNCORE_PLATFORM_HEADLESS_REGION_SHAPES_H
+#define VNCORE_PLATFORM_HEADLESS_REGION_SHAPES_H
+
+#include "platform/headless/regions/region_set.h"
+
+namespace headless {
+
+// Corners of the box in any order. Its right column and bottom row, as given, are not covered.
+RegionSet RoundRectSet(int32_t left, int32_t top, int32_t right, int32_t bottom,
+                       int32_t cornerWidth, int32_t cornerHeight);
+
+// A pixel is covered when its upper left point is inside, where edges themselves are inside on the
+// left and the top only. `fillRule` is ALTERNATE or WINDING.
+RegionSet PolygonSet(const POINT* points, size_t count, int fillRule);
+
+}  // namespace headless
+
+#endif

@@ -1,0 +1,29 @@
+// The one drawing loop: source, pattern and target combined row by row within the clip.
+#ifndef VNCORE_PLATFORM_HEADLESS_BLIT_H
+#define VNCORE_PLATFORM_HEADLESS_BLIT_H
+
+#include "platform/headless/surfaces/axis.h"
+#include "platform/headless/surfaces/brush.h"
+#include "platform/headless/surfaces/clip.h"
+#include "platform/headless/surfaces/color_map.h"
+#include "platform/headless/surfaces/raster_op.h"
+#include "platform/headless/surfaces/surface.h"
+
+namespace headless {
+
+struct BlitJob {
+  Surface* target;
+  const ClipRects* clip;  // null: none
+  Axis columns, rows;
+  const Surface* source;  // null for operations without one
+  const ColorMap* map;    // source values to target values; null with the source
+  const Brush* brush;     // for operations with a pattern
+  MonochromeColors monochrome;
+  RasterOp operation;
+};
+
+void Blit(const BlitJob& job);
+
+}  // namespace headless
+
+#endif

@@ -1,0 +1,54 @@
+// Conversion of pixel values from one image to those of another.
+#ifndef VNCORE_PLATFORM_HEADLESS_COLOR_MAP_H
+#define VNCORE_PLATFORM_HEADLESS_COLOR_MAP_H
+
+#include <array>
+
+#include "platform/headless/surfaces/surface.h"
+
+namespace headless {
+
+// What 0 and 1 of a monochrome bitmap stand for (0xRRGGBB).
+struct MonochromeColors {
+  uint32_t text = 0x000000;
+  uint32_t background = 0xFFFFFF;
+};
+
+// Up to 8 source bits it is a table; above, the value is taken apart. Set up once per drawing call:
+// where both sides are the same it costs nothing, and the last table that needed a search is kept,
+// so that a picture that comes in bands searches once.
+class ColorMap {
+ public:
+  // Values of `source`, whose colours are `colors` (up to 8 bits), to values of `target`.
+  ColorMap(const PixelLayout& source, const ColorTable* colors, const Surface& target,
+           const MonochromeColors& monochrome);
+  // A table that is known: pixel value i becomes table[i].
+  ColorMap(const PixelLayout& source, const std::array<uint32_t, 256>& table,
+           const Surface& target);
+
+  // Values are the same on both sides.
+  bool identity() const { return identity_; }
+  // Values of the target, for up to 8 source bits.
+  const std::array<uint32_t, 256>& table() const { return table_; }
+  // Converts values in place.
+  void Apply(int32_t count, uint32_t* pixels) const;
+
+ private:
+  void CheckTable();
+
+  PixelLayout source_;
+  const Surface& target_;
+  uint32_t backgroundPixel_ = 0;  // source value that is 1 in a monochrome target
+  bool identity_ = false;
+  std::array<uint32_t, 256> table_{};
+};
+
+// The value in `target` that shows a colour best.
+uint32_t PixelOf(uint32_t rgb, const Surface& target, const MonochromeColors& monochrome);
+
+// The colour that a value of `surface` shows; black and white for a monochrome one.
+uint32_t ColorOf(uint32_t pixel, const Surface& surface);
+
+}  // namespace headless
+
+#endif
