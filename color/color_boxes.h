@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
+#include <vncore/vncore.h>
 #include "kernel/pixel_format.h"
-#include "kernel/vncore.h"
 
 namespace vn {
 

@@ -2,8 +2,8 @@
 #ifndef VNCORE_COLOR_COLOR_MATCH_H
 #define VNCORE_COLOR_COLOR_MATCH_H
 
+#include <vncore/vncore.h>
 #include "kernel/pixel_format.h"
-#include "kernel/vncore.h"
 
 namespace vn {
 

@@ -7,6 +7,7 @@
 #include "color/palettes.h"
 #include "color/result_palette.h"
 #include "kernel/guards.h"
+#include "kernel/picture_size.h"
 #include "kernel/pixel_format.h"
 #include "kernel/progress.h"
 #include "kernel/replacement_bitmap.h"
@@ -77,7 +78,7 @@ VnStatus Conversion::Prepare(const PaletteRequest& request, bool store) {
   CarryOver(target_, *source_);
   VnStatus status = CopyRegion(target_, source_, 0, 0);
   if (status == OK) status = SettlePalette(source_, target_, request, &palette_);
-  // Rows of the new depth can be too long for 32 bits where those of the source are not.
+  // Rows of the new depth can be too long where those of the source are not, stored or not.
   if (status == OK && !SizeFits(target_->Width, target_->Height, target_->BitsPerPixel)) {
     status = ERR_NO_MEMORY;
   }

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <iterator>
 
+#include <vncore/vncore.h>
 #include "kernel/pixel_format.h"
-#include "kernel/vncore.h"
 
 namespace vn {
 namespace {

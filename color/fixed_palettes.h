@@ -6,7 +6,7 @@
 #include <array>
 #include <cstddef>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 

@@ -2,8 +2,8 @@
 #ifndef VNCORE_COLOR_RESULT_PALETTE_H
 #define VNCORE_COLOR_RESULT_PALETTE_H
 
+#include <vncore/vncore.h>
 #include "kernel/scratch_buffer.h"
-#include "kernel/vncore.h"
 
 namespace vn {
 

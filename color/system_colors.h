@@ -2,7 +2,7 @@
 #ifndef VNCORE_COLOR_SYSTEM_COLORS_H
 #define VNCORE_COLOR_SYSTEM_COLORS_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 

@@ -1,5 +1,5 @@
 // How much of a bitmap its region selects, and which runs of a row.
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 #include "region/region_record.h"
 
 VnStatus VN_CALL Vn_GetBitmapRgnArea(const BitmapHandle* bitmap, uint32_t* area) {

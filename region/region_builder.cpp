@@ -29,7 +29,8 @@ RegionRecord* RegionBuilder::Finish(const RECT& bounds) {
   record_->header.dwSize = sizeof(RGNDATAHEADER);
   record_->header.iType = RDH_RECTANGLES;
   record_->header.rcBound = bounds;
-  return ShrinkRegionRecord(std::exchange(record_, nullptr), count_);
+  SetRegionCount(record_, count_);
+  return ShrinkRegionRecord(std::exchange(record_, nullptr));
 }
 
 }  // namespace vn

@@ -3,7 +3,7 @@
 #ifndef VNCORE_REGION_REGION_MOTION_H
 #define VNCORE_REGION_REGION_MOTION_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 

@@ -20,9 +20,8 @@ void SetRegionCount(RegionRecord* record, uint32_t count) {
   record->header.nRgnSize = static_cast<uint32_t>(count * sizeof(RECT));
 }
 
-RegionRecord* ShrinkRegionRecord(RegionRecord* record, uint32_t count) {
-  SetRegionCount(record, count);
-  void* smaller = Vn_OsReAlloc(record, RegionRecordBytes(count));
+RegionRecord* ShrinkRegionRecord(RegionRecord* record) {
+  void* smaller = Vn_OsReAlloc(record, RegionRecordBytes(record->header.nCount));
   if (smaller) return static_cast<RegionRecord*>(smaller);
   GlobalLock(GlobalHandle(record));  // a failed reallocation leaves the block without its lock
   return record;

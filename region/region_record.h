@@ -3,8 +3,9 @@
 #ifndef VNCORE_REGION_REGION_RECORD_H
 #define VNCORE_REGION_REGION_RECORD_H
 
+#include <vncore/vncore.h>
+#include "kernel/rects.h"
 #include "kernel/scratch_buffer.h"
-#include "kernel/vncore.h"
 
 // Rectangles are in storage coordinates, lie inside the bitmap and do not overlap; their order is
 // the source's. header.rcBound is transformed along with them, never computed from them.
@@ -47,9 +48,30 @@ void DropCachedRegion(RegionRecord* record);
 // Stores the number of rectangles, and the size that goes with it.
 void SetRegionCount(RegionRecord* record, uint32_t count);
 
-// Stores `count`, not above the present one, and gives the memory behind it back. Returns the
-// block's address, which may have changed; a failed reallocation keeps the larger block.
-RegionRecord* ShrinkRegionRecord(RegionRecord* record, uint32_t count);
+// Changes every rectangle and the bounds by `map(RECT*)` and cuts them to `area`; rectangles with
+// nothing left go, and bounds that were cut to nothing are all zero. The block stays where it is.
+template <class Map>
+void MapRegionRecord(RegionRecord* record, const RECT& area, Map map) {
+  RECT* kept = record->begin();
+  for (RECT rect : *record) {
+    map(&rect);
+    if (IntersectRects(kept, rect, area)) ++kept;
+  }
+  RECT bounds = record->header.rcBound;
+  map(&bounds);
+  if (!RectIsWithin(bounds, area) && !IntersectRects(&bounds, bounds, area)) bounds = {0, 0, 0, 0};
+  record->header.rcBound = bounds;
+  SetRegionCount(record, static_cast<uint32_t>(kept - record->begin()));
+}
+
+// Makes empty bounds all zero.
+inline void ClearEmptyBounds(RegionRecord* record) {
+  if (RectIsEmpty(record->header.rcBound)) record->header.rcBound = {0, 0, 0, 0};
+}
+
+// Gives back the memory behind the last rectangle. Returns the block's address, which may have
+// changed; a failed reallocation keeps the larger block.
+RegionRecord* ShrinkRegionRecord(RegionRecord* record);
 
 }  // namespace vn
 

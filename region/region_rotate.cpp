@@ -1,13 +1,9 @@
 // The turned region: rebuilt pixel by pixel, since a turned rectangle is none.
 #include "geometry/fixed_sine.h"
-#include "region/region_builder.h"
+#include "region/band_builder.h"
 #include "region/region_motion.h"
 #include "region/region_rows.h"
 #include "region/region_store.h"
-
-#include <algorithm>
-
-#include "kernel/thread_settings.h"
 
 namespace vn {
 namespace {
@@ -60,13 +56,12 @@ class Rotation {
   RegionRecord* Run() {
     if (!built_) return nullptr;
     for (int32_t y = 0; y < height_; ++y) {
-      const uint32_t first = built_.count();
       if (!AddRow(y)) return nullptr;
-      CloseRow(first);
+      built_.CloseRow();
       column_.Add(-sin_);
       row_.Add(cos_);
     }
-    return built_.Finish(bounds_);
+    return built_.Finish();
   }
 
  private:
@@ -78,7 +73,7 @@ class Rotation {
       if (moved) inside = source_.Contains(row.whole, column.whole);
       if (inside) {
         if (end != x || start == end) {
-          if (start != end && !built_.Append({start, y, end, y + 1})) return false;
+          if (start != end && !built_.AddRun(start, end, y)) return false;
           start = x;
         }
         end = x + 1;
@@ -86,50 +81,14 @@ class Rotation {
       moved = column.Add(cos_);
       if (row.Add(sin_)) moved = true;
     }
-    return start == end || built_.Append({start, y, end, y + 1});
-  }
-
-  // Joins the row from `first` on to the band above when their runs are the same, as the platform's
-  // lists have it; a list that was scanned on Win32s has single rows.
-  void CloseRow(uint32_t first) {
-    const uint32_t count = built_.count() - first;
-    if (count == 0) return;
-    Extend(first);
-    if (!OnWin32s() && first - band_ == count && built_[band_].bottom == built_[first].top &&
-        SameRuns(first, count)) {
-      for (uint32_t i = 0; i < count; ++i)
-        ++built_[band_ + i].bottom;
-      built_.CutTo(first);
-    } else {
-      band_ = first;
-    }
-  }
-
-  bool SameRuns(uint32_t first, uint32_t count) {
-    for (uint32_t i = 0; i < count; ++i) {
-      if (built_[band_ + i].left != built_[first + i].left ||
-          built_[band_ + i].right != built_[first + i].right) {
-        return false;
-      }
-    }
-    return true;
-  }
-
-  void Extend(uint32_t first) {
-    const RECT &left = built_[first], &right = built_[built_.count() - 1];
-    if (bounds_.bottom == 0) bounds_ = {left.left, left.top, right.right, left.bottom};
-    bounds_.left = std::min(bounds_.left, left.left);
-    bounds_.right = std::max(bounds_.right, right.right);
-    bounds_.bottom = left.bottom;
+    return start == end || built_.AddRun(start, end, y);
   }
 
   int32_t width_, height_;
   int32_t cos_ = 0, sin_ = 0;
   FixedPoint column_{}, row_{};  // the source of the present row's first pixel
   RegionRows source_;
-  RegionBuilder built_;
-  uint32_t band_ = 0;  // where the last band begins
-  RECT bounds_{0, 0, 0, 0};
+  BandBuilder built_;
 };
 
 }  // namespace

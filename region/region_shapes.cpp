@@ -1,6 +1,6 @@
 // Shapes as a bitmap's region: each is made as a platform region, and installed.
+#include <vncore/vncore.h>
 #include "kernel/platform_objects.h"
-#include "kernel/vncore.h"
 
 namespace {
 

@@ -24,13 +24,14 @@ class RegionScan {
  public:
   explicit RegionScan(HRGN region) : region_(region) {}
 
-  VnStatus Run(RegionRecord** record) {
+  VnStatus Run(int32_t height, const RegionMapping& mapping, RegionRecord** record) {
     RECT box;
     if (GetRgnBox(region_, &box) == RGN_ERROR) return ERR_INVALID_PARAMETER;
     strip_ = OwnedObject<HRGN>(CreateRectRgn(0, 0, 0, 0));
     row_ = OwnedObject<HRGN>(CreateRectRgn(0, 0, 0, 0));
     if (!found_ || !strip_ || !row_) return ERR_NO_MEMORY;
-    for (int32_t y = box.top; y < box.bottom; ++y) {
+    for (int32_t y = mapping.NextRow(box.top, box.bottom, height); y < box.bottom;
+         y = mapping.NextRow(y + 1, box.bottom, height)) {
       if (!ScanRow({box.left, y, box.right, y + 1})) return ERR_NO_MEMORY;
     }
     *record = found_.Finish(box);
@@ -83,6 +84,9 @@ class RegionScan {
 
 }  // namespace
 
-VnStatus ScanRegion(HRGN region, RegionRecord** record) { return RegionScan(region).Run(record); }
+VnStatus ScanRegion(HRGN region, int32_t height, const RegionMapping& mapping,
+                    RegionRecord** record) {
+  return RegionScan(region).Run(height, mapping, record);
+}
 
 }  // namespace vn

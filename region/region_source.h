@@ -3,6 +3,7 @@
 #define VNCORE_REGION_REGION_SOURCE_H
 
 #include "region/region_record.h"
+#include "region/region_transform.h"
 
 namespace vn {
 
@@ -12,8 +13,9 @@ namespace vn {
 // As GetRegionData lists them.
 VnStatus ReadRegion(HRGN region, RegionRecord** record);
 // Found row by row with region operations, for Win32s, which has no GetRegionData: no rectangle is
-// higher than one row.
-VnStatus ScanRegion(HRGN region, RegionRecord** record);
+// higher than one row. Rows that do not show in a bitmap of `height` rows are left out.
+VnStatus ScanRegion(HRGN region, int32_t height, const RegionMapping& mapping,
+                    RegionRecord** record);
 
 }  // namespace vn
 

@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "kernel/platform_objects.h"
-#include "kernel/rects.h"
 #include "kernel/thread_settings.h"
 #include "region/region_record.h"
 #include "region/region_source.h"
@@ -19,18 +18,10 @@ RECT WholeBitmap(const BitmapHandle* bitmap) { return {0, 0, bitmap->Width, bitm
 // Maps the rectangles into the bitmap and cuts them to it. The record's address after that.
 RegionRecord* MapRecordIn(RegionRecord* record, const BitmapHandle* bitmap,
                           const RegionMapping& mapping) {
-  const RECT whole = WholeBitmap(bitmap);
-  RECT* kept = record->begin();
-  for (RECT rect : *record) {
-    mapping.MapIn(&rect);
-    if (IntersectRects(kept, rect, whole)) ++kept;
-  }
-  RECT bounds = record->header.rcBound;
-  mapping.MapIn(&bounds);
-  if (!IntersectRects(&bounds, bounds, whole)) bounds = {0, 0, 0, 0};
-  record->header.rcBound = bounds;
-  const auto count = static_cast<uint32_t>(kept - record->begin());
-  return count == record->header.nCount ? record : ShrinkRegionRecord(record, count);
+  const uint32_t before = record->header.nCount;
+  MapRegionRecord(record, WholeBitmap(bitmap), [&](RECT* rect) { mapping.MapIn(rect); });
+  ClearEmptyBounds(record);
+  return record->header.nCount == before ? record : ShrinkRegionRecord(record);
 }
 
 // A new platform region with the pixels of another one, or null.
@@ -55,9 +46,11 @@ VnStatus InstallRegion(BitmapHandle* bitmap, const RegionTransform* transform, H
   }
   if (!RegionMapping::IsValid(transform)) return ERR_INVALID_PARAMETER;
   RegionRecord* record = nullptr;
-  const VnStatus status = OnWin32s() ? ScanRegion(region, &record) : ReadRegion(region, &record);
+  const RegionMapping mapping(bitmap, transform);
+  const VnStatus status = OnWin32s() ? ScanRegion(region, bitmap->Height, mapping, &record)
+                                     : ReadRegion(region, &record);
   if (status != OK) return status;
-  AttachRegion(bitmap, MapRecordIn(record, bitmap, RegionMapping(bitmap, transform)));
+  AttachRegion(bitmap, MapRecordIn(record, bitmap, mapping));
   return OK;
 }
 
@@ -128,14 +121,15 @@ VnStatus InstallInverted(BitmapHandle* bitmap, const RegionTransform* transform,
   return InstallRegion(bitmap, transform, whole.get());
 }
 
-// The new shape is transformed and cut on its way through the record.
-VnStatus InstallCombined(BitmapHandle* bitmap, const RegionTransform* transform, HRGN region,
-                         uint32_t mode) {
+// `install` gives the bitmap the new shape, transformed and cut: it is combined as it then stands
+// in the record.
+template <class Install>
+VnStatus InstallCombined(BitmapHandle* bitmap, uint32_t mode, Install install) {
   HRGN handle = nullptr;
   VnStatus status = Vn_GetBitmapRgnHandle(bitmap, nullptr, &handle);
   if (status != OK) return status;
   const OwnedObject<HRGN> oldRegion(handle);
-  status = InstallRegion(bitmap, transform, region);
+  status = install();
   if (status != OK) return status;
   status = Vn_GetBitmapRgnHandle(bitmap, nullptr, &handle);
   if (status != OK) return status;
@@ -147,6 +141,20 @@ VnStatus InstallCombined(BitmapHandle* bitmap, const RegionTransform* transform,
 }
 
 }  // namespace
+
+VnStatus InstallRecord(BitmapHandle* bitmap, RegionRecord* record, uint32_t combine) {
+  bool taken = false;
+  const auto attach = [&]() -> VnStatus {
+    AttachRegion(bitmap, record);
+    taken = true;
+    return OK;
+  };
+  const VnStatus status =
+      combine == REGION_COMBINE_REPLACE ? attach() : InstallCombined(bitmap, combine, attach);
+  if (!taken) FreeRegionRecord(record);
+  return status;
+}
+
 }  // namespace vn
 
 VnStatus VN_CALL Vn_SetBitmapRgnHandle(BitmapHandle* bitmap, const RegionTransform* transform,
@@ -157,7 +165,8 @@ VnStatus VN_CALL Vn_SetBitmapRgnHandle(BitmapHandle* bitmap, const RegionTransfo
   if (combine == REGION_COMBINE_REPLACE_INVERTED) {
     return vn::InstallInverted(bitmap, transform, region);
   }
-  return vn::InstallCombined(bitmap, transform, region, combine);
+  return vn::InstallCombined(bitmap, combine,
+                             [&] { return vn::InstallRegion(bitmap, transform, region); });
 }
 
 VnStatus VN_CALL Vn_GetBitmapRgnHandle(BitmapHandle* bitmap, const RegionTransform* transform,

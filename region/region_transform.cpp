@@ -1,5 +1,7 @@
 #include "region/region_transform.h"
 
+#include <algorithm>
+
 namespace vn {
 namespace {
 
@@ -71,6 +73,31 @@ void RegionMapping::MapIn(RECT* rect) const {
     rect->bottom = ScaleTruncated(rect->bottom, t.YScaleNumerator, t.YScaleDenominator);
   }
   if (flip_) FlipRect(rect, height_);
+}
+
+// Where the upper edge of a row comes to lie before a flip. Rows beyond the words stay at their end.
+int64_t RegionMapping::RowIn(int64_t row) const {
+  if (!transform_) return row;
+  const RegionTransform& t = *transform_;
+  row = std::clamp<int64_t>(row + t.YOffset, INT32_MIN, INT32_MAX);
+  return scaleY_ ? row * t.YScaleNumerator / t.YScaleDenominator : row;
+}
+
+// Rows map in rising order, so the next one that is not squeezed to nothing is found by bisection.
+// Where they map in falling order, none has an inside.
+int32_t RegionMapping::NextRow(int32_t row, int32_t end, int32_t height) const {
+  const int64_t behind = std::max<int64_t>(RowIn(row), 0);
+  int64_t low = row, high = end;  // the row is `low` or above, and `end` if none
+  if (low < high && RowIn(low + 1) > behind) high = low;
+  while (low < high) {
+    const int64_t middle = low + (high - low) / 2;
+    if (RowIn(middle + 1) > behind) {
+      high = middle;
+    } else {
+      low = middle + 1;
+    }
+  }
+  return low < end && RowIn(low) < height ? static_cast<int32_t>(low) : end;
 }
 
 void RegionMapping::MapOut(RECT* rect) const {

@@ -3,7 +3,7 @@
 #ifndef VNCORE_REGION_REGION_TRANSFORM_H
 #define VNCORE_REGION_REGION_TRANSFORM_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 
@@ -28,8 +28,13 @@ class RegionMapping {
   // The bitmap's space to the caller's: flip, scale, offset. Columns round up; rows round up for a
   // caller that counts from the bottom and are truncated for one that counts from the top.
   void MapOut(RECT* rect) const;
+  // The first row of the caller's space, from `row` on, that any row of the bitmap shows; `end` when
+  // there is none below it. So a walk takes no more steps than the bitmap, of `height`, has rows.
+  int32_t NextRow(int32_t row, int32_t end, int32_t height) const;
 
  private:
+  int64_t RowIn(int64_t row) const;
+
   int32_t height_;
   const RegionTransform* transform_;
   bool flip_ = false;

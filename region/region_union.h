@@ -2,8 +2,8 @@
 #ifndef VNCORE_REGION_REGION_UNION_H
 #define VNCORE_REGION_REGION_UNION_H
 
+#include <vncore/vncore.h>
 #include "kernel/platform_objects.h"
-#include "kernel/vncore.h"
 
 namespace vn {
 
