@@ -1,6 +1,7 @@
 // One bitmap filled from another of other dimensions.
 #include <algorithm>
 
+#include <vncore/vncore.h>
 #include "geometry/row_scaler.h"
 #include "kernel/guards.h"
 #include "kernel/pixel_format.h"
@@ -8,7 +9,6 @@
 #include "kernel/row_view.h"
 #include "kernel/scratch_buffer.h"
 #include "kernel/stepper.h"
-#include "kernel/vncore.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // A bitmap replaced by a scaled copy of itself.
+#include <vncore/vncore.h>
 #include "kernel/replacement_bitmap.h"
-#include "kernel/vncore.h"
 #include "region/region_motion.h"
 
 VnStatus VN_CALL Vn_SizeBitmap(BitmapHandle* bitmap, int32_t width, int32_t height) {

@@ -1,7 +1,7 @@
 // The streaming resizer: rows in, each scaled over itself and told how many times to emit.
+#include <vncore/vncore.h>
 #include "geometry/scale_row.h"
 #include "geometry/scale_row_in_place.h"
-#include "kernel/vncore.h"
 
 struct ResizeState {
   int32_t LastRow;   // row of the call before, at first -1
@@ -58,7 +58,8 @@ uint32_t CountOf(ResizeState* state, uint32_t row) {
 }
 
 void ScaleBuffer(const ResizeState& state, uint8_t* buffer, int32_t bitsPerPixel) {
-  if (state.OldWidth == state.NewWidth) return;
+  // A width below 0 has no pixels to take.
+  if (state.OldWidth == state.NewWidth || state.OldWidth < 0) return;
   const auto width = static_cast<uint32_t>(state.NewWidth);
   const auto quotient = static_cast<uint32_t>(state.XStep);
   const auto remainder = static_cast<uint32_t>(state.XRemainder);
