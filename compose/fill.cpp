@@ -1,13 +1,13 @@
 // The bitmap, or its region, filled with one colour or with pixel value 0.
 #include <algorithm>
 
+#include <vncore/vncore.h>
 #include "color/color_match.h"
 #include "compose/pixel_pattern.h"
 #include "compose/row_segments.h"
 #include "kernel/guards.h"
 #include "kernel/progress.h"
 #include "kernel/row_position.h"
-#include "kernel/vncore.h"
 
 namespace {
 
@@ -83,12 +83,20 @@ VnStatus Write(const Job& job) {
   return progress.Result();
 }
 
+// A record without storage counts as done.
+VnStatus WriteNothing() {
+  Progress progress(1);
+  if (progress.Begin()) progress.Step();
+  return progress.Result();
+}
+
 // `prepare` writes the row that is filled in.
 template <class Prepare>
 VnStatus FillWith(BitmapHandle* bitmap, Prepare prepare) {
   RECT bounds;
   const VnStatus status = Vn_GetBitmapRgnBounds(bitmap, nullptr, &bounds);
   if (status != OK) return status;
+  if (!HasPixels(*bitmap)) return WriteNothing();
   ScratchBuffer<uint8_t> row(bitmap->BytesPerLine, Fill::kZero);
   if (!row) return ERR_NO_MEMORY;
   RowSegments segments(bitmap);
@@ -102,7 +110,8 @@ VnStatus FillWith(BitmapHandle* bitmap, Prepare prepare) {
 
 VnStatus VN_CALL Vn_FillBitmap(BitmapHandle* bitmap, COLORREF color) {
   return FillWith(bitmap, [=](uint8_t* row) {
-    FillRowColor(bitmap, color, row, static_cast<uint32_t>(bitmap->Width));
+    const int32_t columns = std::clamp(bitmap->Width, 0, ColumnsInRow(*bitmap));
+    FillRowColor(bitmap, color, row, static_cast<uint32_t>(columns));
   });
 }
 

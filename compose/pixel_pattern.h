@@ -2,8 +2,7 @@
 #ifndef VNCORE_COMPOSE_PIXEL_PATTERN_H
 #define VNCORE_COMPOSE_PIXEL_PATTERN_H
 
-#include <cstddef>
-#include <cstdint>
+#include "compose/pixel_pattern_writers.h"
 
 namespace vn {
 
@@ -16,18 +15,9 @@ class PixelPattern {
   void Write(uint8_t* at, size_t count) const { write_(bytes_, at, count); }
 
  private:
-  static constexpr size_t kVector = 32;
-  static constexpr size_t kPeriod = 96;  // whole pixels of any size, and whole vectors
-  using Writer = void (*)(const uint8_t* pattern, uint8_t* at, size_t count);
-
-  static Writer Choose(bool oneByte);
-  static void WriteByte(const uint8_t* pattern, uint8_t* at, size_t count);
-  static void WritePeriods(const uint8_t* pattern, uint8_t* at, size_t count);
-  static void WriteVectors(const uint8_t* pattern, uint8_t* at, size_t count);
-
   // One period and what a start anywhere in its first vector reads behind it.
-  alignas(kVector) uint8_t bytes_[kPeriod + kVector];
-  Writer write_;
+  alignas(kPatternVector) uint8_t bytes_[kPatternPeriod + kPatternVector];
+  PatternWriter write_;
 };
 
 }  // namespace vn

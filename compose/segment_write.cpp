@@ -1,8 +1,9 @@
 // Writing runs of pixels of a row: the one primitive by which pixel writers honour a region.
+#include <algorithm>
 #include <cstring>
 
+#include <vncore/vncore.h>
 #include "kernel/row_position.h"
-#include "kernel/vncore.h"
 
 namespace {
 
@@ -92,13 +93,17 @@ VnStatus PutSegments(BitmapHandle* bitmap, const uint8_t* source, uint32_t row,
                      int32_t columnOffset, const int32_t* segments, int32_t count) {
   Run run(bitmap);
   const uint32_t start = MoveToRow(bitmap, row);
+  // Source columns that go to columns of the row.
+  const int64_t offset = columnOffset;
+  const int64_t low = std::max<int64_t>(-offset, 0), high = ColumnsInRow(*bitmap) - offset;
   for (; count >= 2; count -= 2, segments += 2) {
-    const auto left = static_cast<uint32_t>(segments[0]);
+    const int64_t first = std::max<int64_t>(segments[0], low);
+    const int64_t end = std::min<int64_t>(segments[1], high);
+    if (first >= end) continue;
+    const auto left = static_cast<uint32_t>(first), right = static_cast<uint32_t>(end);
     const uint32_t column = left + static_cast<uint32_t>(columnOffset);
     VnStatus status = run.Begin(start + ByteOfColumn(bitmap->BitsPerPixel, column));
-    if (status == OK && segments[0] < segments[1]) {
-      status = PutRun(run, bitmap->BitsPerPixel, source, left, static_cast<uint32_t>(segments[1]));
-    }
+    if (status == OK) status = PutRun(run, bitmap->BitsPerPixel, source, left, right);
     if (status != OK) return status;
   }
   return OK;
@@ -109,7 +114,9 @@ VnStatus PutSegments(BitmapHandle* bitmap, const uint8_t* source, uint32_t row,
 VnStatus VN_CALL Vn_PutBitmapRowSegments(BitmapHandle* bitmap, const void* source, uint32_t row,
                                          int32_t columnOffset, const int32_t* segments,
                                          int32_t count) {
-  if (count == 0) return OK;
+  // The rows of a region can outlive those of its bitmap.
+  if (count == 0 || static_cast<int64_t>(row) >= bitmap->Height) return OK;
+  if (!HasPixels(*bitmap)) return ERR_FILE_SEEK;
   const auto* bytes = static_cast<const uint8_t*>(source);
   return bitmap->Flags & FLAG_IN_MEMORY
              ? PutSegments<MemoryRun>(bitmap, bytes, row, columnOffset, segments, count)

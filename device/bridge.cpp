@@ -91,4 +91,16 @@ BridgeWord CallBridge(BridgeWord* arguments, BridgeRequest request, void** trans
   return bridgeProc(arguments, request, translations);
 }
 
+HDC CreateBridgeContext(BitmapHandle* bitmap) {
+  BridgeWord arguments[] = {reinterpret_cast<BridgeWord>(bitmap)};
+  void* translations[] = {arguments, nullptr};
+  return reinterpret_cast<HDC>(CallBridge(arguments, kBridgeCreateContext, translations));
+}
+
+int32_t DeleteBridgeContext(HDC context) {
+  BridgeWord arguments[] = {reinterpret_cast<BridgeWord>(context)};
+  void* translations[] = {nullptr};
+  return static_cast<int32_t>(CallBridge(arguments, kBridgeDeleteContext, translations));
+}
+
 }  // namespace vn

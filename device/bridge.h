@@ -2,7 +2,7 @@
 #ifndef VNCORE_DEVICE_BRIDGE_H
 #define VNCORE_DEVICE_BRIDGE_H
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn {
 
@@ -30,6 +30,10 @@ int32_t WINAPI BridgeCallback(const BridgeWord* arguments, uint32_t request);
 // Sends a request to the 16-bit side. `translations` lists the addresses of the argument words that
 // are pointers, for the layer between to translate, and ends with null. Only with BridgeActive().
 BridgeWord CallBridge(BridgeWord* arguments, BridgeRequest request, void** translations);
+
+// Contexts on bitmaps that the 16-bit side makes and deletes; its results.
+HDC CreateBridgeContext(BitmapHandle* bitmap);
+int32_t DeleteBridgeContext(HDC context);
 
 }  // namespace vn
 

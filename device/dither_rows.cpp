@@ -1,6 +1,8 @@
 // The 32 members, from two loops (ordered, diffusing) over the pixel readers and three targets.
 #include "device/dither_rows.h"
 
+#include <algorithm>
+
 #include "color/threshold_matrices.h"
 #include "device/dither_targets.h"
 #include "kernel/pixel_format.h"
@@ -19,7 +21,8 @@ void OrderRow(uint8_t* destination, Reader read, size_t x, size_t count, Thresho
               uint32_t phase) {
   using To = Target<Bits>;
   uint32_t pattern[kPhases];
-  for (uint32_t i = 0; i < kPhases; ++i)
+  const size_t phases = std::min(count, kPhases);
+  for (uint32_t i = 0; i < phases; ++i)
     pattern[i] = To::Prepare(thresholds[(phase + i) & 7]);
   for (; count >= kPhases; count -= kPhases, x += kPhases, destination += Bits) {
     PixelWriter<Bits> out(destination);

@@ -3,7 +3,7 @@
 #ifndef VNCORE_DEVICE_DITHER_ROWS_H
 #define VNCORE_DEVICE_DITHER_ROWS_H
 
-#include "kernel/vn_bitmap.h"
+#include <vncore/vn_bitmap.h>
 
 namespace vn {
 

@@ -2,8 +2,8 @@
 #ifndef VNCORE_DEVICE_PAINT_JOB_H
 #define VNCORE_DEVICE_PAINT_JOB_H
 
+#include <vncore/vncore.h>
 #include "kernel/scratch_buffer.h"
-#include "kernel/vncore.h"
 
 namespace vn {
 

@@ -85,24 +85,6 @@ int32_t PaintKind(BitmapHandle* bitmap, int32_t deviceBits) {
   }
 }
 
-VnStatus Render(const PaintJob& job, int32_t deviceBits, int32_t kind) {
-  const bool same = SameSize(job.source, job.destination);
-  switch (kind) {
-    case PAINT_GRAY:
-    case PAINT_GRAY_INVERTED: {
-      const bool invert = kind == PAINT_GRAY_INVERTED;
-      return same ? PaintBitonalGray(job, invert) : PaintBitonalGrayScaled(job, invert);
-    }
-    case PAINT_VOTE:
-    case PAINT_VOTE_INVERTED:
-      // At 1:1 there is nothing to vote on.
-      if (!same) return PaintBitonalVote(job, kind == PAINT_VOTE_INVERTED);
-      return PaintUnscaled(job, deviceBits, PAINT_DIRECT);
-    default:
-      return same ? PaintUnscaled(job, deviceBits, kind) : PaintScaled(job, deviceBits, kind);
-  }
-}
-
 HPALETTE GrayRampPalette() {
   return Vn_CreatePalette(GrayRamp256.data(), static_cast<uint32_t>(GrayRamp256.size()));
 }
@@ -119,21 +101,48 @@ bool SameSize(const RECT& source, const RECT& destination) {
          magnitude(source) == magnitude(destination);
 }
 
+PaintPlan PlanPaint(HDC hDC, BitmapHandle* bitmap) {
+  PaintPlan plan;
+  Vn_GetDitherFlags(hDC, bitmap, &plan.deviceBits, &plan.kind);
+  return plan;
+}
+
+bool PlanRects(PaintJob* job, const RECT* source, const RECT* sourceClip, const RECT& destination,
+               const RECT* destinationClip) {
+  const RECT whole = {0, 0, job->bitmap->Width, job->bitmap->Height};
+  job->source = job->sourceClip = source ? *source : whole;
+  job->destination = job->destinationClip = destination;
+  return (!sourceClip || IntersectRects(&job->sourceClip, *sourceClip, job->source)) &&
+         (!destinationClip ||
+          IntersectRects(&job->destinationClip, destination, *destinationClip)) &&
+         IntersectRects(&job->sourceClip, job->sourceClip, whole);
+}
+
+VnStatus Render(const PaintJob& job, const PaintPlan& plan) {
+  const BitmapLock lock(job.bitmap);
+  const bool same = SameSize(job.source, job.destination);
+  switch (plan.kind) {
+    case PAINT_GRAY:
+    case PAINT_GRAY_INVERTED: {
+      const bool invert = plan.kind == PAINT_GRAY_INVERTED;
+      return same ? PaintBitonalGray(job, invert) : PaintBitonalGrayScaled(job, invert);
+    }
+    case PAINT_VOTE:
+    case PAINT_VOTE_INVERTED:
+      // At 1:1 there is nothing to vote on.
+      if (!same) return PaintBitonalVote(job, plan.kind == PAINT_VOTE_INVERTED);
+      return PaintUnscaled(job, plan.deviceBits, PAINT_DIRECT);
+    default:
+      return same ? PaintUnscaled(job, plan.deviceBits, plan.kind)
+                  : PaintScaled(job, plan.deviceBits, plan.kind);
+  }
+}
+
 VnStatus PaintBitmap(HDC hDC, BitmapHandle* bitmap, const RECT* source, const RECT* sourceClip,
                      const RECT* destination, const RECT* destinationClip, uint32_t rasterOp) {
-  int32_t deviceBits = 0;
-  int32_t kind = 0;
-  Vn_GetDitherFlags(hDC, bitmap, &deviceBits, &kind);
-  const RECT whole = {0, 0, bitmap->Width, bitmap->Height};
-  PaintJob job{hDC, bitmap, {}, source ? *source : whole, {}, *destination, *destination, rasterOp};
-  job.sourceClip = job.source;
-  if (sourceClip && !IntersectRects(&job.sourceClip, *sourceClip, job.source)) return OK;
-  if (destinationClip && !IntersectRects(&job.destinationClip, *destination, *destinationClip)) {
-    return OK;
-  }
-  if (!IntersectRects(&job.sourceClip, job.sourceClip, whole)) return OK;
-  const BitmapLock lock(bitmap);
-  return Render(job, deviceBits, kind);
+  PaintJob job{hDC, bitmap, {}, {}, {}, {}, {}, rasterOp};
+  if (!PlanRects(&job, source, sourceClip, *destination, destinationClip)) return OK;
+  return Render(job, PlanPaint(hDC, bitmap));
 }
 
 }  // namespace vn
