@@ -2,7 +2,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 /* The numbers of the functions that this program calls. They never change. */
 enum {

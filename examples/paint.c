@@ -7,7 +7,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 enum { WIDTH = 200, HEIGHT = 100, SHOWN_WIDTH = 320, SHOWN_HEIGHT = 240 };
 

@@ -1,0 +1,174 @@
+#include "tools/formats/jpeg_reader.h"
+
+#include "tools/formats/exif_orientation.h"
+#include "tools/formats/samples.h"
+#include "tools/terminal/failure.h"
+#include "tools/terminal/interrupt.h"
+
+namespace vn::tool {
+namespace {
+
+// Real files have about ten scans. Each costs a pass over all coefficients, so that a small file of
+// thousands of empty ones would run for hours.
+constexpr int kMostScans = 500;
+
+// The scans of a progressive picture are taken in by one call, in which nobody else looks.
+void OnProgress(j_common_ptr jpeg) {
+  if (PendingSignal()) GiveUp(jpeg, "interrupted");
+  if (reinterpret_cast<j_decompress_ptr>(jpeg)->input_scan_number > kMostScans) {
+    GiveUp(jpeg, "more than 500 scans");
+  }
+}
+
+void OnSource(j_decompress_ptr) {}
+
+int32_t DotsPerInch(const jpeg_decompress_struct& jpeg, int32_t density) {
+  enum { kPerInch = 1, kPerCentimeter = 2 };
+  if (jpeg.density_unit == kPerInch) return density;
+  return jpeg.density_unit == kPerCentimeter ? (density * 254 + 50) / 100 : 0;
+}
+
+// By the markers that libjpeg was told to keep.
+int32_t OrientationOf(const jpeg_decompress_struct& jpeg) {
+  for (const jpeg_marker_struct* marker = jpeg.marker_list; marker; marker = marker->next) {
+    const int32_t orientation = ExifOrientation(marker->data, marker->data_length);
+    if (orientation != 1) return orientation;
+  }
+  return 1;
+}
+
+}  // namespace
+
+bool IsJpeg(const InputFile& file) {
+  const uint8_t* const head = file.Head();
+  return file.HeadCount() >= 3 && head[0] == 0xFF && head[1] == 0xD8 && head[2] == 0xFF;
+}
+
+boolean JpegReader::OnFill(j_decompress_ptr jpeg) {
+  auto* input = reinterpret_cast<Input*>(jpeg->src);
+  const size_t count = input->file->ReadSome(input->bytes, sizeof input->bytes);
+  if (count == 0) GiveUp(reinterpret_cast<j_common_ptr>(jpeg), input->file->ErrorText());
+  input->manager.next_input_byte = input->bytes;
+  input->manager.bytes_in_buffer = count;
+  return TRUE;
+}
+
+void JpegReader::OnSkip(j_decompress_ptr jpeg, long count) {
+  if (count <= 0) return;
+  auto left = static_cast<size_t>(count);
+  while (left > jpeg->src->bytes_in_buffer) {
+    left -= jpeg->src->bytes_in_buffer;
+    OnFill(jpeg);
+  }
+  jpeg->src->next_input_byte += left;
+  jpeg->src->bytes_in_buffer -= left;
+}
+
+JpegReader::State::State() {
+  ReportTo(&error, &jpeg);
+  jpeg_decompress_struct* const made = &jpeg;
+  if (!GuardJpeg(error, [made] { jpeg_create_decompress(made); })) {
+    jpeg_destroy_decompress(&jpeg);
+    throw Failure(std::string("libjpeg cannot start: ") + error.text);
+  }
+}
+
+JpegReader::JpegReader(std::unique_ptr<InputFile> file, const ReadOptions& options)
+    : file_(std::move(file)) {
+  jpeg_decompress_struct& jpeg = state_.jpeg;
+  state_.input.file = file_.get();
+  jpeg_source_mgr& source = state_.input.manager;
+  source.init_source = &OnSource;
+  source.fill_input_buffer = &OnFill;
+  source.skip_input_data = &OnSkip;
+  source.resync_to_restart = &jpeg_resync_to_restart;
+  source.term_source = &OnSource;
+  jpeg.src = &source;
+  state_.progress.progress_monitor = &OnProgress;
+  jpeg.progress = &state_.progress;
+
+  ReadHeader();
+  ChooseForm();
+  if (!options.ignoreOrientation) info_.orientation = OrientationOf(jpeg);
+  info_.width = static_cast<int32_t>(jpeg.image_width);
+  info_.height = static_cast<int32_t>(jpeg.image_height);
+  if (jpeg.saw_JFIF_marker) {
+    info_.xDotsPerInch = DotsPerInch(jpeg, jpeg.X_density);
+    info_.yDotsPerInch = DotsPerInch(jpeg, jpeg.Y_density);
+  }
+  // Before anyone allocates rows of that width.
+  RequirePossibleSize(file_->Path(), info_.width, info_.height, info_.bits);
+  if (jpeg.out_color_space == JCS_CMYK) inks_.resize(size_t{4} * jpeg.image_width);
+}
+
+void JpegReader::ReadHeader() {
+  jpeg_decompress_struct* const jpeg = &state_.jpeg;
+  const bool read = GuardJpeg(state_.error, [jpeg] {
+    jpeg_save_markers(jpeg, JPEG_APP0 + 1, 0xFFFF);  // Exif, among others
+    jpeg_read_header(jpeg, TRUE);
+  });
+  if (!read) Fail();
+}
+
+void JpegReader::ChooseForm() {
+  jpeg_decompress_struct& jpeg = state_.jpeg;
+  switch (jpeg.jpeg_color_space) {
+    case JCS_GRAYSCALE:
+      jpeg.out_color_space = JCS_GRAYSCALE;
+      info_.bits = 8;
+      info_.colors = GrayRamp(256);
+      break;
+    case JCS_RGB:
+    case JCS_YCbCr:
+      jpeg.out_color_space = JCS_EXT_BGR;
+      break;
+    case JCS_CMYK:
+    case JCS_YCCK:
+      jpeg.out_color_space = JCS_CMYK;
+      break;
+    default:
+      throw Failure(file_->Path() + ": " + std::to_string(jpeg.num_components) +
+                    " components that are no colour model");
+  }
+}
+
+// Takes in all scans but the last, where there are several: not before somebody wants rows.
+void JpegReader::Start() {
+  jpeg_decompress_struct* const jpeg = &state_.jpeg;
+  CoefficientStore* const store = &store_;
+  const bool startedUp = GuardJpeg(state_.error, [jpeg, store] {
+    if (jpeg_has_multiple_scans(jpeg)) store->Serve(jpeg);
+    jpeg_start_decompress(jpeg);
+  });
+  if (!startedUp) Fail();
+  started_ = true;
+}
+
+void JpegReader::ReadRow(uint8_t* row) {
+  if (!started_) Start();
+  jpeg_decompress_struct* const jpeg = &state_.jpeg;
+  uint8_t* const to = inks_.empty() ? row : inks_.data();
+  if (!GuardJpeg(state_.error, [jpeg, to] {
+        JSAMPROW one = to;
+        jpeg_read_scanlines(jpeg, &one, 1);
+      })) {
+    Fail();
+  }
+  ++line_;
+  if (inks_.empty()) return;
+  // Adobe's programs write the light that an ink lets through instead of the ink.
+  if (jpeg->saw_Adobe_marker) {
+    for (uint8_t& ink : inks_)
+      ink = static_cast<uint8_t>(255 - ink);
+  }
+  ShowInks(inks_.data(), info_.width, row);
+}
+
+void JpegReader::Finish() {
+  jpeg_decompress_struct* const jpeg = &state_.jpeg;
+  if (!GuardJpeg(state_.error, [jpeg] { jpeg_finish_decompress(jpeg); })) Fail();
+}
+
+void JpegReader::Fail() const { throw Failure(file_->Path() + ": " + state_.error.text); }
+
+}  // namespace vn::tool

@@ -1,0 +1,107 @@
+#include "tools/formats/output_file.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <utility>
+
+#include "tools/terminal/failure.h"
+
+namespace vn::tool {
+namespace {
+
+// What a newly created file may have. The mask can only be read by setting it.
+mode_t UsualMode() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
+
+// The name at the end of a chain of links, there or not.
+std::filesystem::path BehindLinks(std::filesystem::path path) {
+  constexpr int kMostLinks = 40;  // as many as the system follows
+  std::error_code notALink;
+  for (int i = 0; i < kMostLinks; ++i) {
+    const auto to = read_symlink(path, notALink);
+    if (notALink) break;
+    path = path.parent_path() / to;
+  }
+  return path;
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path) : path_(path) {
+  struct stat status;
+  const bool exists = stat(path.c_str(), &status) == 0;
+  if (!exists && errno != ENOENT) Fail(errno);  // a circle of links ends here
+  target_ = BehindLinks(path).string();
+  if (!exists) {
+    OpenTemporary(UsualMode());
+  } else if (S_ISDIR(status.st_mode)) {
+    Fail(EISDIR);
+  } else if (S_ISREG(status.st_mode)) {
+    if (access(path.c_str(), W_OK) != 0) Fail(errno);
+    // Who may do what, but never as whom: that was granted to the old contents.
+    OpenTemporary(status.st_mode & 0777);
+  } else {
+    file_ = std::fopen(path.c_str(), "wb");
+    if (!file_) Fail(errno);
+  }
+}
+
+OutputFile::~OutputFile() {
+  if (file_) std::fclose(file_);
+  if (!temporary_.empty()) unlink(temporary_.c_str());
+}
+
+void OutputFile::OpenTemporary(unsigned mode) {
+  const auto folder = std::filesystem::path(target_).parent_path();
+  std::string name = (folder / ".vncore-XXXXXX").string();
+  const int descriptor = mkstemp(name.data());
+  if (descriptor < 0) Fail(errno);
+  // A file system that knows no permissions may refuse; the file is good without.
+  [[maybe_unused]] const int refused = fchmod(descriptor, mode);
+  file_ = fdopen(descriptor, "wb");
+  if (!file_) {
+    const int error = errno;
+    close(descriptor);
+    unlink(name.c_str());
+    Fail(error);
+  }
+  temporary_ = std::move(name);
+}
+
+bool OutputFile::Write(const void* bytes, size_t count) noexcept {
+  errno = 0;
+  if (std::fwrite(bytes, 1, count, file_) == count) return true;
+  error_ = errno;
+  return false;
+}
+
+int64_t OutputFile::Seek(int64_t offset, int whence) noexcept {
+  errno = 0;
+  if (fseeko(file_, offset, whence) == 0) return ftello(file_);
+  error_ = errno;
+  return -1;
+}
+
+const char* OutputFile::ErrorText() const noexcept { return std::strerror(error_); }
+
+void OutputFile::Commit() {
+  errno = 0;
+  if (std::fclose(std::exchange(file_, nullptr)) != 0) Fail(errno);
+  if (temporary_.empty()) return;
+  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail(errno);
+  temporary_.clear();
+}
+
+void OutputFile::Fail(int error) const {
+  throw Failure("cannot write " + path_ + ": " + std::strerror(error));
+}
+
+}  // namespace vn::tool

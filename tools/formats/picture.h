@@ -1,0 +1,78 @@
+// Pictures as the tool sees them: rows in, rows out, whatever the file format.
+//
+// Rows are the kernel's: 1 bit with the leftmost pixel in the high bit, 4 bits with the left pixel
+// in the high nibble, 8 bits, or 24 bits with blue first. No implementation holds a whole picture.
+#ifndef VNCORE_TOOLS_PICTURE_H
+#define VNCORE_TOOLS_PICTURE_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "kernel/pixel_format.h"
+#include "tools/formats/output_file.h"
+
+namespace vn::tool {
+
+struct PictureInfo {
+  int32_t width = 0;
+  int32_t height = 0;
+  int32_t bits = 24;            // 1, 4, 8 or 24
+  std::vector<RGBQUAD> colors;  // up to 8 bits: 2 to the power `bits` entries
+  int32_t xDotsPerInch = 0;     // 0: the file does not say
+  int32_t yDotsPerInch = 0;
+  int32_t orientation = 1;  // 1 to 8: how Exif says that the camera was held; 1 is upright
+};
+
+class PictureSource {
+ public:
+  virtual ~PictureSource() = default;
+  virtual const PictureInfo& Info() const = 0;
+
+  // ReadRow calls that deliver the whole picture, and the line (0 is the top) that the next one
+  // delivers. As a rule every line once, from the top down.
+  virtual int64_t Deliveries() const { return Info().height; }
+  virtual int32_t NextLine() const = 0;
+  // True when lines arrive in several parts: `row` must then hold what the line has got so far.
+  virtual bool Merges() const { return false; }
+  // Writes the pixels of line NextLine() into `row` and goes on to the next one.
+  virtual void ReadRow(uint8_t* row) = 0;
+  // Reads and checks what stands behind the last row.
+  virtual void Finish() {}
+};
+
+class PictureSink {
+ public:
+  virtual ~PictureSink() = default;
+  // Lines from the top down, as many as the picture has.
+  virtual void WriteRow(const uint8_t* row) = 0;
+  // Makes the picture appear under its name. Without this call nothing is left of it.
+  virtual void Finish() = 0;
+};
+
+// How a picture is to be seen.
+struct ReadOptions {
+  Rgb background{255, 255, 255};   // under transparent pixels
+  bool ignoreOrientation = false;  // as the camera held it, not upright
+};
+
+// Opens the picture in file `path`; the format is told by its first bytes.
+std::unique_ptr<PictureSource> OpenPicture(const std::string& path, const ReadOptions& options);
+
+// Opens the file that a picture will be written to, before the work begins, so that a name that
+// cannot be written fails at once.
+std::unique_ptr<OutputFile> OpenPictureFile(const std::string& path);
+// Starts the picture; the format is told by the extension of its name.
+std::unique_ptr<PictureSink> CreatePicture(std::unique_ptr<OutputFile> file,
+                                           const PictureInfo& info);
+
+// Throws Failure, in the name of `subject`, unless a bitmap can have these measures.
+void RequirePossibleSize(const std::string& subject, int64_t width, int64_t height, int32_t bits);
+
+// The table of `count` grays from black to white.
+std::vector<RGBQUAD> GrayRamp(int32_t count);
+
+}  // namespace vn::tool
+
+#endif

@@ -1,0 +1,40 @@
+// PNG files written by rows: paletted up to 8 bits, else 24-bit colour.
+#ifndef VNCORE_TOOLS_PNG_WRITER_H
+#define VNCORE_TOOLS_PNG_WRITER_H
+
+#include <memory>
+
+#include "tools/formats/output_file.h"
+#include "tools/formats/picture.h"
+#include "tools/formats/png_guard.h"
+
+namespace vn::tool {
+
+class PngWriter : public PictureSink {
+ public:
+  PngWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info);
+
+  void WriteRow(const uint8_t* row) override;
+  void Finish() override;
+
+ private:
+  struct State {
+    State();
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+    ~State() { png_destroy_write_struct(&png, &info); }
+    PngError error;
+    png_structp png = nullptr;
+    png_infop info = nullptr;
+  };
+
+  void WriteHeader(const PictureInfo& info);
+  [[noreturn]] void Fail() const;
+
+  std::unique_ptr<OutputFile> file_;
+  State state_;
+};
+
+}  // namespace vn::tool
+
+#endif

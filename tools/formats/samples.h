@@ -1,0 +1,46 @@
+// What readers do to samples that the kernel's rows do not know: alpha, inks, two bits a pixel.
+#ifndef VNCORE_TOOLS_SAMPLES_H
+#define VNCORE_TOOLS_SAMPLES_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include <vncore/vn_gray.h>
+#include "kernel/pixel_format.h"
+#include "tools/terminal/failure.h"
+
+namespace vn::tool {
+
+// `alpha` parts of `over` upon 255 - `alpha` parts of `under`, rounded; exact division by 255.
+constexpr uint8_t Lay(uint32_t over, uint32_t alpha, int32_t under) {
+  const uint32_t sum = over * alpha + static_cast<uint32_t>(under) * (255 - alpha) + 128;
+  return static_cast<uint8_t>((sum + (sum >> 8)) >> 8);
+}
+
+// The same where `over` has been multiplied by its alpha before.
+constexpr uint8_t LayShare(uint32_t over, uint32_t alpha, int32_t under) {
+  const uint32_t sum = over + Lay(0, alpha, under);
+  return static_cast<uint8_t>(sum < 255 ? sum : 255);
+}
+
+// Two bits take every fifth of sixteen grays, which are the same grays.
+inline constexpr uint32_t kGrayStepOfTwoBits = 5;
+
+// Turns `width` pixels of two bits, the leftmost in the high bits, into a row of four bits that
+// holds them times `step`.
+inline void WidenTwoBits(const uint8_t* twoBits, int32_t width, uint32_t step, uint8_t* row) {
+  PixelWriter<4> writer(row);
+  for (size_t x = 0; x < static_cast<size_t>(width); ++x)
+    writer.Put((twoBits[x / 4] >> (~x & 3) * 2 & 3u) * step);
+  writer.Finish();
+}
+
+// Turns `width` pixels of four inks, 255 being most of it, into a row of 24 bits.
+inline void ShowInks(const uint8_t* inks, int32_t width, uint8_t* row) {
+  const VnStatus status = Vn_ConvertColorSpace(inks, row, width, SPACE_CMYK, SPACE_BGR);
+  if (status != OK) throw Failure(StatusText(status));
+}
+
+}  // namespace vn::tool
+
+#endif

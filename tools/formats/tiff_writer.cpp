@@ -1,0 +1,121 @@
+#include "tools/formats/tiff_writer.h"
+
+#include <algorithm>
+
+#include "tools/terminal/failure.h"
+
+namespace vn::tool {
+namespace {
+
+constexpr uint64_t kStripBytes = 65536;
+// Larger pictures take the form with 64-bit offsets: LZW may make data longer by almost a half.
+constexpr uint64_t kMostClassicBytes = uint64_t{2800} << 20;
+
+tmsize_t OnRead(thandle_t, void*, tmsize_t) { return -1; }
+
+tmsize_t OnWrite(thandle_t handle, void* bytes, tmsize_t count) {
+  return static_cast<OutputFile*>(handle)->Write(bytes, static_cast<size_t>(count)) ? count : -1;
+}
+
+toff_t OnSeek(thandle_t handle, toff_t offset, int whence) {
+  return static_cast<toff_t>(
+      static_cast<OutputFile*>(handle)->Seek(static_cast<int64_t>(offset), whence));
+}
+
+toff_t OnSize(thandle_t) { return 0; }  // asked for in files that are read
+
+bool Same(const RGBQUAD& a, const RGBQUAD& b) {
+  return a.rgbRed == b.rgbRed && a.rgbGreen == b.rgbGreen && a.rgbBlue == b.rgbBlue;
+}
+
+uint16_t PhotometricOf(const PictureInfo& info) {
+  if (info.bits > 8) return PHOTOMETRIC_RGB;
+  const std::vector<RGBQUAD> ramp = GrayRamp(1 << info.bits);
+  if (std::equal(ramp.begin(), ramp.end(), info.colors.begin(), info.colors.end(), &Same)) {
+    return PHOTOMETRIC_MINISBLACK;
+  }
+  if (std::equal(ramp.rbegin(), ramp.rend(), info.colors.begin(), info.colors.end(), &Same)) {
+    return PHOTOMETRIC_MINISWHITE;
+  }
+  return PHOTOMETRIC_PALETTE;
+}
+
+}  // namespace
+
+TiffWriter::TiffWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info)
+    : file_(std::move(file)), color_(info.bits > 8) {
+  const uint64_t rowBytes =
+      (static_cast<uint64_t>(info.width) * static_cast<uint64_t>(info.bits) + 7) / 8;
+  row_.resize(static_cast<size_t>(rowBytes));
+  const bool big = rowBytes * static_cast<uint64_t>(info.height) > kMostClassicBytes;
+  tiff_ = OpenTiff(file_->Path(), big ? "w8" : "w", file_.get(),
+                   {&OnRead, &OnWrite, &OnSeek, &OnSize}, &error_);
+  if (!tiff_) Fail();
+  WriteHeader(info);
+}
+
+void TiffWriter::WriteHeader(const PictureInfo& info) {
+  const uint16_t photometric = PhotometricOf(info);
+  const bool paletted = photometric == PHOTOMETRIC_PALETTE;
+  const bool fax = info.bits == 1 && !paletted;
+  Set(TIFFTAG_IMAGEWIDTH, info.width);
+  Set(TIFFTAG_IMAGELENGTH, info.height);
+  Set(TIFFTAG_BITSPERSAMPLE, color_ ? 8 : info.bits);
+  Set(TIFFTAG_SAMPLESPERPIXEL, color_ ? 3 : 1);
+  Set(TIFFTAG_PHOTOMETRIC, photometric);
+  Set(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+  Set(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+  Set(TIFFTAG_ROWSPERSTRIP, static_cast<int>(std::max<uint64_t>(kStripBytes / row_.size(), 1)));
+  Set(TIFFTAG_COMPRESSION, fax ? COMPRESSION_CCITTFAX4 : COMPRESSION_LZW);
+  // Differences do not compress indexes.
+  if (info.bits >= 8 && !paletted) Set(TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
+  if (paletted) WritePalette(info.colors);
+  if (info.xDotsPerInch > 0 && info.yDotsPerInch > 0) {
+    Set(TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+    RequireDone(TIFFSetField(tiff_.get(), TIFFTAG_XRESOLUTION, double(info.xDotsPerInch)) == 1);
+    RequireDone(TIFFSetField(tiff_.get(), TIFFTAG_YRESOLUTION, double(info.yDotsPerInch)) == 1);
+  }
+}
+
+void TiffWriter::WritePalette(const std::vector<RGBQUAD>& colors) {
+  std::vector<uint16_t> red, green, blue;
+  for (const RGBQUAD& color : colors) {
+    red.push_back(static_cast<uint16_t>(color.rgbRed * 257));
+    green.push_back(static_cast<uint16_t>(color.rgbGreen * 257));
+    blue.push_back(static_cast<uint16_t>(color.rgbBlue * 257));
+  }
+  RequireDone(TIFFSetField(tiff_.get(), TIFFTAG_COLORMAP, red.data(), green.data(), blue.data()) ==
+              1);
+}
+
+// Integer fields of 16 and of 32 bits are passed alike.
+void TiffWriter::Set(uint32_t tag, int value) {
+  RequireDone(TIFFSetField(tiff_.get(), tag, value) == 1);
+}
+
+void TiffWriter::WriteRow(const uint8_t* row) {
+  if (color_) {
+    for (size_t i = 0; i < row_.size(); i += 3) {
+      row_[i] = row[i + 2];
+      row_[i + 1] = row[i + 1];
+      row_[i + 2] = row[i];
+    }
+  } else {
+    std::copy_n(row, row_.size(), row_.data());
+  }
+  RequireDone(TIFFWriteScanline(tiff_.get(), row_.data(), line_++, 0) == 1);
+}
+
+void TiffWriter::Finish() {
+  RequireDone(TIFFWriteDirectory(tiff_.get()) == 1);
+  tiff_.reset();
+  RequireDone(true);
+  file_->Commit();
+}
+
+void TiffWriter::Fail() const {
+  const char* text = file_->HasError() ? file_->ErrorText() : error_.text;
+  throw Failure("cannot write " + file_->Path() + ": " + (text[0] ? text : "libtiff gave up"));
+}
+
+}  // namespace vn::tool

@@ -1,0 +1,41 @@
+// TIFF files written by rows, in strips: two colours as fax (CCITT Group 4) where they are black
+// and white, else LZW; up to 8 bits with the palette or as gray, else 24-bit colour.
+#ifndef VNCORE_TOOLS_TIFF_WRITER_H
+#define VNCORE_TOOLS_TIFF_WRITER_H
+
+#include <memory>
+#include <vector>
+
+#include "tools/formats/output_file.h"
+#include "tools/formats/picture.h"
+#include "tools/formats/tiff_handle.h"
+
+namespace vn::tool {
+
+class TiffWriter : public PictureSink {
+ public:
+  TiffWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info);
+
+  void WriteRow(const uint8_t* row) override;
+  void Finish() override;
+
+ private:
+  void WriteHeader(const PictureInfo& info);
+  void WritePalette(const std::vector<RGBQUAD>& colors);
+  void Set(uint32_t tag, int value);
+  void RequireDone(bool done) const {
+    if (!done || error_.text[0]) Fail();
+  }
+  [[noreturn]] void Fail() const;
+
+  std::unique_ptr<OutputFile> file_;
+  TiffError error_;
+  TiffPointer tiff_;
+  bool color_;
+  uint32_t line_ = 0;
+  std::vector<uint8_t> row_;  // a copy, which libtiff may change
+};
+
+}  // namespace vn::tool
+
+#endif

@@ -1,0 +1,29 @@
+// Regions on the command line: a shape in the picture as seen, and how it joins the present one.
+#ifndef VNCORE_TOOLS_REGION_VALUE_H
+#define VNCORE_TOOLS_REGION_VALUE_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <vncore/vncore.h>
+
+namespace vn::tool {
+
+struct RegionValue {
+  enum class Shape { kRect, kEllipse, kPolygon, kRoundRect };
+  Shape shape;
+  std::vector<int32_t> numbers;  // X,Y,W,H; a polygon's points; a round rectangle's corner behind
+  uint32_t combine = REGION_COMBINE_REPLACE;
+
+  // Sets the bitmap's region.
+  VnStatus Set(BitmapHandle* bitmap) const;
+};
+
+// What ParseRegionValue takes.
+std::string RegionForm();
+std::optional<RegionValue> ParseRegionValue(const std::string& text);
+
+}  // namespace vn::tool
+
+#endif
