@@ -10,6 +10,13 @@ help:
 	@echo "make demo [PICTURE=file]      paint a picture at every depth into out/demo"
 	@echo "make test                     run all tests, plain and under the sanitizers"
 	@echo "make test-windows             run the tests as Windows programs under Wine"
+	@echo "make test-clang               the same tests, compiled by clang"
+	@echo "make test-arm                 library, tests and cases on AArch64, under qemu"
+	@echo "make test-32                  library and tests at 32 bits under the sanitizers"
+	@echo "make test-threads             library and tests under the thread sanitizer"
+	@echo "make memcheck                 library and tests under valgrind"
+	@echo "make coverage                 branches that the tests take, folder by folder"
+	@echo "make fuzz [SECONDS=n]         run every fuzz target for n seconds (10)"
 	@echo "make bench                    run the benchmarks"
 
 # PICTURE is a PNG, JPEG or TIFF file; without it the project's own test card is painted.
@@ -31,6 +38,61 @@ test:
 test-windows:
 	scripts/test-windows.sh
 
+test-clang:
+	scripts/setup.sh test clang
+	$(CONFIGURE) clang
+	$(BUILD) clang
+	$(CTEST) clang
+
+# Programs of another machine are run by themselves: CTest would start qemu once for each test.
+test-arm-cases:
+	scripts/setup.sh test arm
+	$(CONFIGURE) arm
+	$(BUILD) arm --target vncore_cases
+	qemu-aarch64-static build-arm/tests/cases/vncore_cases
+	qemu-aarch64-static build-arm/tests/cases/vncore_cases --win32s
+
+test-arm: test-arm-cases
+	$(BUILD) arm --target vncore_tests
+	qemu-aarch64-static build-arm/tests/vncore_tests --gtest_brief=1
+
+test-32:
+	scripts/setup.sh test bits32
+	$(CONFIGURE) asan32
+	$(BUILD) asan32 --target vncore_cases vncore_tests
+	build-asan32/tests/cases/vncore_cases
+	build-asan32/tests/cases/vncore_cases --win32s
+	build-asan32/tests/vncore_tests --gtest_brief=1
+
+test-threads:
+	scripts/setup.sh test
+	$(CONFIGURE) tsan
+	$(BUILD) tsan --target vncore_tests
+	build-tsan/tests/vncore_tests --gtest_brief=1
+
+memcheck:
+	scripts/setup.sh test valgrind
+	$(CONFIGURE) native
+	$(BUILD) native --target vncore_tests
+	valgrind --quiet --error-exitcode=1 --leak-check=full --errors-for-leak-kinds=definite \
+	  build-native/tests/vncore_tests --gtest_brief=1
+
+coverage:
+	scripts/setup.sh test coverage
+	$(CONFIGURE) coverage
+	$(BUILD) coverage
+	find build-coverage -name '*.gcda' -delete
+	$(CTEST) coverage
+	scripts/coverage.sh build-coverage
+
+# Each target starts from its corpus; what it finds on the way stays in build-fuzz/corpus.
+SECONDS := 10
+fuzz:
+	scripts/setup.sh test fuzz
+	$(CONFIGURE) fuzz
+	$(BUILD) fuzz --target fuzz_targets
+	scripts/fuzz.sh build-fuzz $(SECONDS)
+
 bench:
 	scripts/setup.sh bench
 	$(CONFIGURE) native
@@ -39,6 +101,8 @@ bench:
 	bench/peak_memory.sh build-native
 
 clean:
-	rm -rf build-native build-asan build-win32 out
+	rm -rf build-native build-asan build-asan32 build-clang build-tsan build-arm build-coverage \
+	  build-fuzz build-win32 out
 
-.PHONY: help demo test test-windows bench clean
+.PHONY: help demo test test-windows test-clang test-arm test-arm-cases test-32 test-threads memcheck coverage fuzz \
+  bench clean

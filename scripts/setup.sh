@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what a purpose needs and this Debian machine lacks; does nothing when all is there.
 #
-#   scripts/setup.sh demo|test|bench...
+#   scripts/setup.sh demo|test|clang|fuzz|arm|bits32|valgrind|coverage|bench...
 #
 # Exit status 2: a package cannot be had here, and the last line names what is missing.
 set -eu
@@ -9,16 +9,23 @@ set -eu
 export DEBIAN_FRONTEND=noninteractive
 
 packages=(cmake make g++ pkg-config)
-tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libcli11-dev)
+tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev libcli11-dev)
 for purpose in "$@"; do
   case $purpose in
     demo) packages+=("${tool[@]}" imagemagick fonts-dejavu-core) ;;
     test) packages+=("${tool[@]}" libgtest-dev) ;;
+    clang) packages+=(clang-14) ;;
+    fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
+    arm) packages+=(g++-aarch64-linux-gnu qemu-user-static googletest) ;;
+    bits32) packages+=(g++-12-multilib googletest) ;;  # g++-multilib expels the cross compilers
+    valgrind) packages+=(valgrind) ;;
+    coverage) packages+=(gcovr) ;;
     bench)
       packages+=("${tool[@]}" libbenchmark-dev)
       packages+=(libfreeimage-dev libpixman-1-dev libswscale-dev python3-pil)  # peers
+      packages+=(libyuv-dev libleptonica-dev libopencv-core-dev qtbase5-dev)
       ;;
-    *) echo "usage: scripts/setup.sh demo|test|bench..." >&2; exit 1 ;;
+    *) echo "usage: scripts/setup.sh demo|test|clang|fuzz|arm|bits32|valgrind|coverage|bench..." >&2; exit 1 ;;
   esac
 done
 

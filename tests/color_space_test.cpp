@@ -62,23 +62,5 @@ TEST(ColorSpace, ThereAndBack) {
   }
 }
 
-TEST(ColorSpace, PairsGoByWayOfBgrAndCountsDoNotMatter) {
-  Random random(6);
-  for (uint32_t from = 0; from < 7; ++from) {
-    Bytes source(777 * kBytes[from]);
-    random.Fill(source.data(), source.size());
-    const Bytes common = Convert(source, from, SPACE_BGR);
-    for (uint32_t to = 0; to < 7; ++to) {
-      const Bytes whole = Convert(source, from, to);
-      EXPECT_EQ(whole, Convert(common, SPACE_BGR, to)) << from << " to " << to;
-      Bytes single(whole.size());
-      for (size_t i = 0; i < 777; ++i) {
-        Vn_ConvertColorSpace(&source[i * kBytes[from]], &single[i * kBytes[to]], 1, from, to);
-      }
-      EXPECT_EQ(single, whole) << from << " to " << to;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace vn::test

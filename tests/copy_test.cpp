@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "tests/support/bitmaps.h"
-#include "tests/support/failure_walk.h"
 #include "tests/support/headless_control.h"
 #include "tests/support/pixels.h"
+#include "tests/support/storage_kinds.h"
 
 namespace vn::test {
 namespace {
@@ -66,36 +66,30 @@ TEST(DupBitmap, CarriesAllButPixelsToOtherDimensions) {
   Vn_ReleaseBitmap(source);
 }
 
-void CopiesAreIndependent(int32_t storage) {
-  Random random(42);
-  for (const int32_t bits : kDepths) {
-    BitmapHandle copy;
-    std::memset(&copy, 0xEE, sizeof copy);
-    Bytes pixels;
-    {
-      Bitmap source(35, 9, bits, VIEW_TOP_FIRST, ORDER_BGR, nullptr, storage);
-      FillRandom(source, random);
-      SetEllipse(source, 1, 1, 30, 8);
-      pixels = ReadAll(source);
-      ASSERT_EQ(Vn_CopyBitmap(&copy, source), OK);
-      ASSERT_EQ(Vn_ClearBitmap(source), OK);
-      Vn_FreeBitmapRgn(source);
+TEST(CopyBitmap, CopiesAreIndependent) {
+  WithEachStorage([](const StorageKind& kind) {
+    Random random(42);
+    for (const int32_t bits : kDepths) {
+      BitmapHandle copy;
+      std::memset(&copy, 0xEE, sizeof copy);
+      Bytes pixels;
+      {
+        Bitmap source(35, 9, bits, VIEW_TOP_FIRST, ORDER_BGR, nullptr, kind.request);
+        FillRandom(source, random);
+        SetEllipse(source, 1, 1, 30, 8);
+        pixels = ReadAll(source);
+        ASSERT_EQ(Vn_CopyBitmap(&copy, source), OK);
+        ASSERT_EQ(Vn_ClearBitmap(source), OK);
+        Vn_FreeBitmapRgn(source);
+      }
+      EXPECT_EQ(ReadAll(&copy), pixels);
+      EXPECT_TRUE(Vn_IsPtInBitmapRgn(&copy, 4, 15));
+      EXPECT_FALSE(Vn_IsPtInBitmapRgn(&copy, 0, 0));
+      EXPECT_TRUE(bits > 8 || Vn_GetPaletteSize(copy.PaintPalette) != 0);
+      EXPECT_FALSE(copy.Flags & FLAG_LOCKED);
+      Vn_FreeBitmap(&copy);
     }
-    EXPECT_EQ(ReadAll(&copy), pixels);
-    EXPECT_TRUE(Vn_IsPtInBitmapRgn(&copy, 4, 15));
-    EXPECT_FALSE(Vn_IsPtInBitmapRgn(&copy, 0, 0));
-    EXPECT_TRUE(bits > 8 || Vn_GetPaletteSize(copy.PaintPalette) != 0);
-    EXPECT_FALSE(copy.Flags & FLAG_LOCKED);
-    Vn_FreeBitmap(&copy);
-  }
-}
-
-TEST(CopyBitmap, CopiesAreIndependent) { CopiesAreIndependent(STORAGE_AUTO); }
-
-HEADLESS_TEST(CopyBitmap, CopiesAreIndependentOnWin32s) {
-  const Win32sScope scope;
-  CopiesAreIndependent(STORAGE_MEMORY);
-  CopiesAreIndependent(STORAGE_DISK);
+  });
 }
 
 TEST(CopyBitmapData, CopiesWhatBothBitmapsHave) {
@@ -114,112 +108,42 @@ TEST(CopyBitmapData, CopiesWhatBothBitmapsHave) {
   ASSERT_EQ(Vn_CopyBitmapData(small, large), OK);
 }
 
-void RectanglesEqualPixelReads(int32_t storage, int32_t rounds) {
-  Random random(44);
-  for (int32_t i = 0; i < rounds; ++i) {
-    const int32_t bits = kDepths[i % 6];
-    Bitmap source(static_cast<uint32_t>(random.Between(1, 50)),
-                  static_cast<uint32_t>(random.Between(1, 20)), bits, VIEW_BOTTOM_FIRST, ORDER_BGR,
-                  nullptr, storage);
-    FillRandom(source, random);
-    if (i & 1) SetEllipse(source, 2, 1, random.Between(3, 50), random.Between(2, 20));
-    const int32_t left = random.Between(0, source->Width - 1);
-    const int32_t top = random.Between(0, source->Height - 1);
-    const int32_t width = random.Between(1, source->Width - left);
-    const int32_t height = random.Between(1, source->Height - top);
-    SCOPED_TRACE(testing::Message()
-                 << bits << " bits, " << left << ", " << top << ", " << width << " by " << height);
-    Bitmap copy;
-    ASSERT_EQ(
-        Vn_CopyBitmapRect(copy, source, static_cast<uint32_t>(left), static_cast<uint32_t>(top),
-                          static_cast<uint32_t>(width), static_cast<uint32_t>(height)),
-        OK);
-    ASSERT_TRUE(copy->Width == width && copy->Height == height);
-    ASSERT_EQ(Vn_BitmapHasRgn(copy), i & 1);
-    for (int32_t row = 0; row < height; ++row) {
-      const Bytes from = ReadRow(source, static_cast<uint32_t>(top + row));
-      const Bytes to = ReadRow(copy, static_cast<uint32_t>(row));
-      for (int32_t x = 0; x < width; ++x) {
-        ASSERT_EQ(PixelBits(to, static_cast<size_t>(x), bits),
-                  PixelBits(from, static_cast<size_t>(left + x), bits));
-        ASSERT_EQ(Vn_GetPixelColor(copy, row, x), Vn_GetPixelColor(source, top + row, left + x));
-        ASSERT_EQ(Vn_IsPtInBitmapRgn(copy, row, x),
-                  Vn_IsPtInBitmapRgn(source, top + row, left + x));
+TEST(CopyBitmapRect, EqualsPixelReads) {
+  WithEachStorage([](const StorageKind& kind) {
+    Random random(44);
+    for (int32_t i = 0; i < 90; ++i) {
+      const int32_t bits = kDepths[i % 6];
+      Bitmap source(static_cast<uint32_t>(random.Between(1, 50)),
+                    static_cast<uint32_t>(random.Between(1, 20)), bits, VIEW_BOTTOM_FIRST,
+                    ORDER_BGR, nullptr, kind.request);
+      FillRandom(source, random);
+      if (i & 1) SetEllipse(source, 2, 1, random.Between(3, 50), random.Between(2, 20));
+      const int32_t left = random.Between(0, source->Width - 1);
+      const int32_t top = random.Between(0, source->Height - 1);
+      const int32_t width = random.Between(1, source->Width - left);
+      const int32_t height = random.Between(1, source->Height - top);
+      SCOPED_TRACE(testing::Message() << bits << " bits, " << left << ", " << top << ", " << width
+                                      << " by " << height);
+      Bitmap copy;
+      ASSERT_EQ(
+          Vn_CopyBitmapRect(copy, source, static_cast<uint32_t>(left), static_cast<uint32_t>(top),
+                            static_cast<uint32_t>(width), static_cast<uint32_t>(height)),
+          OK);
+      ASSERT_TRUE(copy->Width == width && copy->Height == height);
+      ASSERT_EQ(Vn_BitmapHasRgn(copy), i & 1);
+      for (int32_t row = 0; row < height; ++row) {
+        const Bytes from = ReadRow(source, static_cast<uint32_t>(top + row));
+        const Bytes to = ReadRow(copy, static_cast<uint32_t>(row));
+        for (int32_t x = 0; x < width; ++x) {
+          ASSERT_EQ(PixelBits(to, static_cast<size_t>(x), bits),
+                    PixelBits(from, static_cast<size_t>(left + x), bits));
+          ASSERT_EQ(Vn_GetPixelColor(copy, row, x), Vn_GetPixelColor(source, top + row, left + x));
+          ASSERT_EQ(Vn_IsPtInBitmapRgn(copy, row, x),
+                    Vn_IsPtInBitmapRgn(source, top + row, left + x));
+        }
       }
     }
-  }
-}
-
-TEST(CopyBitmapRect, EqualsPixelReads) { RectanglesEqualPixelReads(STORAGE_AUTO, 180); }
-
-HEADLESS_TEST(CopyBitmapRect, EqualsPixelReadsOnWin32s) {
-  const Win32sScope scope;
-  RectanglesEqualPixelReads(STORAGE_MEMORY, 36);
-  RectanglesEqualPixelReads(STORAGE_DISK, 36);
-}
-
-// What every failing copy must leave: nothing of its own, and the source as it was.
-template <class Copy>
-void WalkCopy(Copy copy) {
-  Random random(45);
-  Bitmap source(40, 12, 4);
-  FillRandom(source, random);
-  SetEllipse(source, 2, 2, 30, 10);
-  HRGN cached = nullptr;  // fills the region's cache, which copies duplicate
-  ASSERT_EQ(Vn_GetBitmapRgnHandle(source, nullptr, &cached), OK);
-  DeleteObject(cached);
-  const BitmapHandle record = *source.get();
-  const Bytes pixels = ReadAll(source);
-  for (const Headless_Operation family : {HEADLESS_MEMORY, HEADLESS_OBJECT}) {
-    WalkFailures(family, [&](FailureRound& round) {
-      BitmapHandle result;
-      std::memset(&result, 0xEE, sizeof result);
-      const VnStatus status = round.Run([&] { return copy(&result, source); });
-      EXPECT_TRUE(round.Failed() || status == OK);
-      if (status == OK) {
-        Vn_FreeBitmap(&result);  // objects that failed are not reported
-      } else {
-        EXPECT_EQ(status, ERR_NO_MEMORY);
-        EXPECT_FALSE(result.Flags & FLAG_ALLOCATED);
-      }
-      EXPECT_EQ(source->Region, record.Region);
-      EXPECT_EQ(source->PaintPalette, record.PaintPalette);
-      EXPECT_FALSE(source->Flags & FLAG_LOCKED);
-    });
-  }
-  EXPECT_EQ(ReadAll(source), pixels);
-  EXPECT_TRUE(Vn_IsPtInBitmapRgn(source, 6, 15));
-}
-
-HEADLESS_TEST(CopyFailures, LeaveNothingBehind) {
-  const auto whole = [](BitmapHandle* result, BitmapHandle* source) {
-    return Vn_CopyBitmap(result, source);
-  };
-  const auto rect = [](BitmapHandle* result, BitmapHandle* source) {
-    return Vn_CopyBitmapRect(result, source, 3, 2, 20, 7);
-  };
-  const auto record = [](BitmapHandle* result, BitmapHandle* source) {
-    return Vn_DupBitmapNewDim(result, source, 5, 5, 8, kAll);
-  };
-  WalkCopy(whole);
-  WalkCopy(rect);
-  WalkCopy(record);
-  const Win32sScope scope;
-  WalkCopy(whole);
-  WalkCopy(rect);
-}
-
-// Without its own palettes the record must not take the shared ones along.
-HEADLESS_TEST(CopyFailures, SharedPalettesSurviveAFailedRegion) {
-  Bitmap source(8, 8, 8);
-  SetEllipse(source, 0, 0, 8, 8);
-  BitmapHandle record{};
-  Headless_FailNth(HEADLESS_MEMORY, 1);
-  const VnStatus status = Vn_DupBitmapNewDim(&record, source, 8, 8, 8, DUP_REGION);
-  Headless_FailNth(HEADLESS_MEMORY, 0);
-  EXPECT_EQ(status, ERR_NO_MEMORY);
-  EXPECT_EQ(record.PaintPalette, nullptr);
-  EXPECT_NE(Vn_GetPaletteSize(source->PaintPalette), 0u);
+  });
 }
 
 }  // namespace

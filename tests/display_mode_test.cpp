@@ -1,9 +1,9 @@
 // The display mode and the index table that hangs on it.
 #include <gtest/gtest.h>
 
+#include <vncore/vncore.h>
 #include "kernel/guards.h"
 #include "kernel/thread_settings.h"
-#include "kernel/vncore.h"
 
 namespace vn::test {
 namespace {

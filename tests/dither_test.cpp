@@ -4,8 +4,6 @@
 
 #include "color/dither_state.h"
 #include "color/threshold_matrices.h"
-#include "tests/support/failure_walk.h"
-#include "tests/support/headless_control.h"
 #include "tests/support/slow_color.h"
 
 namespace vn::test {
@@ -268,24 +266,6 @@ TEST(Dither, WithAllColoursReservedAnyIndexWillDo) {
   Bytes row(32);
   EXPECT_EQ(Vn_DitherLine(bitmap, Bytes(3 * 64, 10).data(), row.data()), OK);
   Vn_StopDithering(bitmap);
-}
-
-HEADLESS_TEST(Dither, EveryFailingAllocationLeavesNothingBehind) {
-  Random random(13);
-  const Colors colors = RandomColors(random, 256);
-  const uint32_t rows[] = {0, 1, 2, 1, 2, 3, 2, 0, 0};
-  for (uint32_t method = 0; method <= 8; ++method) {
-    Bitmap bitmap(40, 1, 24);
-    bitmap->DitherMethod = method;
-    const uint32_t failures = WalkFailures(HEADLESS_MEMORY, [&](FailureRound& round) {
-      const VnStatus status =
-          round.Run([&] { return Vn_StartDithering(bitmap, colors.data(), 256); });
-      EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
-      EXPECT_EQ(bitmap->DitherState != nullptr, status == OK);
-      Vn_StopDithering(bitmap);
-    });
-    EXPECT_EQ(failures, 2 + 3 * rows[method]) << method;
-  }
 }
 
 }  // namespace

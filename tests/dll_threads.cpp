@@ -2,7 +2,7 @@
 // have settings of their own, and loading again starts afresh.
 #include <cstdio>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace {
 

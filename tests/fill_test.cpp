@@ -1,11 +1,13 @@
 // Segment writes against a model that sets one pixel at a time; fill and clear through regions.
 #include <gtest/gtest.h>
 
+#include "compose/pixel_pattern.h"
+#include "kernel/vector.h"
 #include "tests/support/bitmaps.h"
-#include "tests/support/failure_walk.h"
 #include "tests/support/headless_control.h"
 #include "tests/support/pixels.h"
 #include "tests/support/status_log.h"
+#include "tests/support/storage_kinds.h"
 
 namespace vn::test {
 namespace {
@@ -32,69 +34,37 @@ Segments RandomSegments(Random& random, int32_t low, int32_t high) {
   return segments;
 }
 
-void WritesEqualSinglePixels(int32_t storage, int32_t rounds) {
-  Random random(51);
-  for (int32_t i = 0; i < rounds; ++i) {
-    const int32_t bits = kDepths[i % 6];
-    const int32_t width = random.Between(1, 70);
-    Bitmap bitmap(static_cast<uint32_t>(width), 3, bits, VIEW_BOTTOM_FIRST, ORDER_BGR, nullptr,
-                  storage);
-    FillRandom(bitmap, random);
-    Bytes source(bitmap->BytesPerLine + 16);
-    random.Fill(source.data(), source.size());
-    const int32_t unit = bits == 1 ? 8 : bits == 4 ? 2 : 1;
-    const int32_t offset = random.Between(-width / unit / 2, width / unit / 2) * unit;
-    const Segments segments =
-        RandomSegments(random, std::max(0, -offset), std::min(width, width - offset));
-    SCOPED_TRACE(testing::Message() << bits << " bits, offset " << offset << ", segments "
-                                    << testing::PrintToString(segments));
-    const Bytes above = ReadRow(bitmap, 0), below = ReadRow(bitmap, 2);
-    Bytes expected = ReadRow(bitmap, 1);
-    for (size_t s = 0; s < segments.size(); s += 2) {
-      for (int32_t c = segments[s]; c < segments[s + 1]; ++c) {
-        SetPixelBits(&expected, static_cast<size_t>(c + offset), bits,
-                     PixelBits(source, static_cast<size_t>(c), bits));
-      }
-    }
-    ASSERT_EQ(PutSegments(bitmap, source, 1, offset, segments), OK);
-    ASSERT_EQ(ReadRow(bitmap, 1), expected);
-    ASSERT_EQ(ReadRow(bitmap, 0), above);
-    ASSERT_EQ(ReadRow(bitmap, 2), below);
-  }
-}
-
-TEST(SegmentWrite, EqualsSinglePixels) { WritesEqualSinglePixels(STORAGE_AUTO, 1200); }
-
-HEADLESS_TEST(SegmentWrite, EqualsSinglePixelsOnWin32s) {
-  const Win32sScope scope;
-  WritesEqualSinglePixels(STORAGE_MEMORY, 300);
-  WritesEqualSinglePixels(STORAGE_DISK, 300);
-}
-
-// Each file operation of a run over three bytes and of a whole-byte run, failing.
-HEADLESS_TEST(SegmentWrite, TellsFileErrors) {
-  const Win32sScope scope;
-  Bitmap bitmap(64, 2, 1, VIEW_TOP_FIRST, ORDER_RGB, nullptr, STORAGE_DISK);
-  const auto statuses = [&](const Segments& segments) {
-    std::vector<VnStatus> seen;
-    WalkFailures(HEADLESS_FILE, [&](FailureRound& round) {
-      WriteRow(bitmap, 0, Bytes(8, 0));
-      seen.push_back(
-          round.Run([&] { return PutSegments(bitmap, Bytes(8, 0xFF), 0, 0, segments); }));
-      const Bytes row = ReadRow(bitmap, 0);
-      // Pixels outside the run are never touched, whatever fails.
-      for (int32_t x = 0; x < 64; ++x) {
-        if (x < segments[0] || x >= segments[1]) {
-          ASSERT_EQ(PixelBits(row, static_cast<size_t>(x), 1), 0u);
+TEST(SegmentWrite, EqualsSinglePixels) {
+  WithEachStorage([](const StorageKind& kind) {
+    Random random(51);
+    for (int32_t i = 0; i < 500; ++i) {
+      const int32_t bits = kDepths[i % 6];
+      const int32_t width = random.Between(1, 70);
+      Bitmap bitmap(static_cast<uint32_t>(width), 3, bits, VIEW_BOTTOM_FIRST, ORDER_BGR, nullptr,
+                    kind.request);
+      FillRandom(bitmap, random);
+      Bytes source(bitmap->BytesPerLine + 16);
+      random.Fill(source.data(), source.size());
+      const int32_t unit = bits == 1 ? 8 : bits == 4 ? 2 : 1;
+      const int32_t offset = random.Between(-width / unit / 2, width / unit / 2) * unit;
+      const Segments segments =
+          RandomSegments(random, std::max(0, -offset), std::min(width, width - offset));
+      SCOPED_TRACE(testing::Message() << bits << " bits, offset " << offset << ", segments "
+                                      << testing::PrintToString(segments));
+      const Bytes above = ReadRow(bitmap, 0), below = ReadRow(bitmap, 2);
+      Bytes expected = ReadRow(bitmap, 1);
+      for (size_t s = 0; s < segments.size(); s += 2) {
+        for (int32_t c = segments[s]; c < segments[s + 1]; ++c) {
+          SetPixelBits(&expected, static_cast<size_t>(c + offset), bits,
+                       PixelBits(source, static_cast<size_t>(c), bits));
         }
       }
-    });
-    return seen;
-  };
-  EXPECT_EQ(statuses({3, 21}), (std::vector<VnStatus>{ERR_FILE_SEEK, ERR_FILE_READ, ERR_FILE_SEEK,
-                                                      ERR_FILE_WRITE, ERR_FILE_WRITE, ERR_FILE_READ,
-                                                      ERR_FILE_SEEK, ERR_FILE_WRITE, OK}));
-  EXPECT_EQ(statuses({8, 24}), (std::vector<VnStatus>{ERR_FILE_SEEK, ERR_FILE_WRITE, OK}));
+      ASSERT_EQ(PutSegments(bitmap, source, 1, offset, segments), OK);
+      ASSERT_EQ(ReadRow(bitmap, 1), expected);
+      ASSERT_EQ(ReadRow(bitmap, 0), above);
+      ASSERT_EQ(ReadRow(bitmap, 2), below);
+    }
+  });
 }
 
 // No region, an irregular one, one outside of the bitmap, or long runs.
@@ -134,32 +104,59 @@ void ExpectFilled(BitmapHandle* bitmap, uint32_t value, Fill fill) {
 }
 
 // In a colour whose bytes differ.
-void FillsWhatTheRegionSelects(int32_t storage) {
-  for (const int32_t bits : kDepths) {
-    for (int32_t kind = 0; kind < 4; ++kind) {
-      SCOPED_TRACE(testing::Message() << bits << " bits, region " << kind);
-      const uint32_t order = kind % 2 ? ORDER_RGB : ORDER_BGR;
-      Bitmap bitmap(kind == 3 ? 301 : 35, 15, bits, VIEW_TOP_FIRST, order, nullptr, storage);
-      Bitmap pixel(1, 1, bits, VIEW_TOP_FIRST, order);
-      ASSERT_EQ(Vn_PutPixelColor(pixel, 0, 0, RGB(255, 0, 0)), OK);
-      Bytes value = ReadRow(pixel, 0);
-      if (bits == 32) value[3] = 0;
-      SetRegion(bitmap, kind);
-      ExpectFilled(bitmap, 0, [&] { return Vn_ClearBitmap(bitmap); });
-      ExpectFilled(bitmap, PixelBits(value, 0, bits),
-                   [&] { return Vn_FillBitmap(bitmap, RGB(255, 0, 0)); });
-      EXPECT_FALSE(bitmap->Flags & FLAG_LOCKED);
-      if (testing::Test::HasFailure()) return;
+TEST(Fill, FillsWhatTheRegionSelects) {
+  WithEachStorage([](const StorageKind& storage) {
+    for (const int32_t bits : kDepths) {
+      for (int32_t kind = 0; kind < 4; ++kind) {
+        SCOPED_TRACE(testing::Message() << bits << " bits, region " << kind);
+        const uint32_t order = kind % 2 ? ORDER_RGB : ORDER_BGR;
+        Bitmap bitmap(kind == 3 ? 301 : 35, 15, bits, VIEW_TOP_FIRST, order, nullptr,
+                      storage.request);
+        Bitmap pixel(1, 1, bits, VIEW_TOP_FIRST, order);
+        ASSERT_EQ(Vn_PutPixelColor(pixel, 0, 0, RGB(255, 0, 0)), OK);
+        Bytes value = ReadRow(pixel, 0);
+        if (bits == 32) value[3] = 0;
+        SetRegion(bitmap, kind);
+        ExpectFilled(bitmap, 0, [&] { return Vn_ClearBitmap(bitmap); });
+        ExpectFilled(bitmap, PixelBits(value, 0, bits),
+                     [&] { return Vn_FillBitmap(bitmap, RGB(255, 0, 0)); });
+        EXPECT_FALSE(bitmap->Flags & FLAG_LOCKED);
+        if (testing::Test::HasFailure()) return;
+      }
     }
+  });
+}
+
+// Pixels of 4 bits share a byte, and each colour fills both halves.
+TEST(Fill, FourBitsTakeTheNearestOfAllColours) {
+  Bitmap bitmap(7, 2, 4);
+  for (const COLORREF color : {RGB(0, 0, 0), RGB(255, 255, 0), RGB(0, 120, 0), RGB(190, 190, 190),
+                               RGB(3, 3, 250), RGB(255, 255, 255)}) {
+    const UINT index = GetNearestPaletteIndex(bitmap->PaintPalette, color);
+    ExpectFilled(bitmap, index, [&] { return Vn_FillBitmap(bitmap, color); });
   }
 }
 
-TEST(Fill, FillsWhatTheRegionSelects) { FillsWhatTheRegionSelects(STORAGE_AUTO); }
-
-HEADLESS_TEST(Fill, FillsWhatTheRegionSelectsOnWin32s) {
-  const Win32sScope scope;
-  FillsWhatTheRegionSelects(STORAGE_MEMORY);
-  FillsWhatTheRegionSelects(STORAGE_DISK);
+TEST(Fill, PatternsAreTheSameInEveryForm) {
+  Random random(55);
+  for (int32_t round = 0; round < 400; ++round) {
+    uint8_t pixel[4];
+    random.Fill(pixel, sizeof pixel);
+    const auto pixelBytes = static_cast<uint32_t>(random.Between(1, 4));
+    const auto start = static_cast<size_t>(random.Between(0, 40));
+    const auto count = static_cast<size_t>(random.Between(0, 300));
+    Bytes expected(400, 0xEE);
+    for (size_t i = 0; i < count; ++i)
+      expected[start + i] = pixel[i % pixelBytes];
+    for (const VectorLevel level : {VectorLevel::kNone, VectorLevel::kAvx2}) {
+      const VectorLevel before = SetVectorLevel(level);
+      const PixelPattern pattern(pixel, pixelBytes);
+      SetVectorLevel(before);
+      Bytes bytes(400, 0xEE);
+      pattern.Write(bytes.data() + start, count);
+      ASSERT_EQ(bytes, expected) << pixelBytes << " bytes, " << count << " from " << start;
+    }
+  }
 }
 
 TEST(Fill, MemoryIsOneUnitOfProgress) {
@@ -192,36 +189,6 @@ HEADLESS_TEST(Fill, FilesTellProgressByRows) {
     const StatusLog log;
     EXPECT_EQ(Vn_ClearBitmap(bitmap), OK);
     EXPECT_EQ(log.percents(), rows[kind] ? ExpectedPercents(rows[kind]) : std::vector<int32_t>());
-  }
-}
-
-HEADLESS_TEST(Fill, FileErrorsDoNotShow) {
-  const Win32sScope scope;
-  Bitmap bitmap(35, 3, 8, VIEW_TOP_FIRST, ORDER_RGB, nullptr, STORAGE_DISK);
-  WalkFailures(
-      HEADLESS_FILE,
-      [&](FailureRound& round) {
-        EXPECT_EQ(round.Run([&] { return Vn_FillBitmap(bitmap, 0); }), OK);
-      },
-      6);
-}
-
-HEADLESS_TEST(Fill, MemoryFailsAtEveryAllocation) {
-  Random random(53);
-  Bitmap bitmap(35, 15, 8);
-  SetRegion(bitmap, 1);
-  FillRandom(bitmap, random);
-  const Bytes before = ReadAll(bitmap);
-  for (const bool clear : {false, true}) {
-    WalkFailures(
-        HEADLESS_MEMORY,
-        [&](FailureRound& round) {
-          const VnStatus status =
-              round.Run([&] { return clear ? Vn_ClearBitmap(bitmap) : Vn_FillBitmap(bitmap, 0); });
-          EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
-          EXPECT_TRUE(clear || !round.Failed() || ReadAll(bitmap) == before);
-        },
-        2);
   }
 }
 

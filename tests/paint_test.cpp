@@ -8,7 +8,6 @@
 #include "kernel/guards.h"
 #include "kernel/platform_objects.h"
 #include "kernel/thread_settings.h"
-#include "tests/support/failure_walk.h"
 #include "tests/support/headless_control.h"
 #include "tests/support/pixels.h"
 #include "tests/support/slow_paint.h"
@@ -80,8 +79,7 @@ class BandWatch {
 Bytes ScreenBytes() {
   Headless_Surface screen;
   Headless_GetScreen(&screen);
-  return Bytes(screen.bits,
-               screen.bits + size_t{screen.stride} * static_cast<size_t>(screen.height));
+  return Bytes(screen.bits, screen.bits + ptrdiff_t{screen.stride} * screen.height);
 }
 
 // The paint palette of a bitmap, selected and realised.
@@ -285,28 +283,6 @@ HEADLESS_TEST(Paint, PackedRowsStartAtAByte) {
   }
 }
 
-// Rectangles that leave the words: nothing is promised but that nothing breaks.
-HEADLESS_TEST(Paint, SurvivesRectanglesOfAnySize) {
-  const DisplayScope display(Screen(8));
-  const ScreenDC screen;
-  Random random(41);
-  const int32_t edges[] = {INT32_MIN, INT32_MIN + 1, -0x40000000, -70000,        -1,       0, 1,
-                           50,        70000,         0x3FFFFFFF,  INT32_MAX - 1, INT32_MAX};
-  const auto edge = [&] { return edges[random.Between(0, 11)]; };
-  const auto any = [&] { return RectOf(edge(), edge(), edge(), edge()); };
-  const RECT near = RectOf(-20, -20, 200, 100);
-  for (int round = 0; round < 4000; ++round) {
-    const int32_t bits = kDepths[random.Between(0, 5)];
-    Bitmap bitmap(static_cast<uint32_t>(random.Between(1, 40)),
-                  static_cast<uint32_t>(random.Between(1, 20)), bits,
-                  random.Chance(2) ? VIEW_BOTTOM_FIRST : VIEW_TOP_FIRST);
-    const DisplayModeScope mode(~0u, static_cast<uint32_t>(random.Between(0, 255)));
-    const RECT source = any(), clip = any(), to = any();
-    Vn_PaintDC(screen.get(), bitmap, random.Chance(2) ? &source : nullptr,
-               random.Chance(2) ? &clip : nullptr, &to, &near, SRCCOPY);
-  }
-}
-
 struct Way {
   int32_t bits;
   uint32_t mode;
@@ -341,27 +317,6 @@ HEADLESS_TEST(Paint, StorageKindsShowTheSame) {
     if (first.empty()) first = shown;
     EXPECT_TRUE(shown == first);
   });
-}
-
-HEADLESS_TEST(Paint, MemoryFailuresPaintNothing) {
-  const DisplayScope display(Screen(8));
-  for (const Way& way : kWays) {
-    SCOPED_TRACE(testing::Message() << way.bits << " bits, mode " << way.mode);
-    const Colors colors(16, kWhite);
-    Bitmap bitmap(60, 40, way.bits, VIEW_TOP_FIRST, ORDER_BGR,
-                  way.bits == 1 ? kBlackWhite : colors.data());
-    const DisplayModeScope mode(~0u, way.mode);
-    WalkFailures(
-        HEADLESS_MEMORY,
-        [&](FailureRound& round) {
-          BandWatch watch;
-          const VnStatus status = round.Run([&] { return PaintAll(bitmap, way.to); });
-          EXPECT_EQ(status, round.Failed() ? ERR_NO_MEMORY : OK);
-          EXPECT_EQ(watch.bands.empty(), round.Failed());
-          EXPECT_EQ(bitmap->Flags & FLAG_LOCKED, 0u);
-        },
-        2);
-  }
 }
 
 // A driver may spoil what it is given.

@@ -4,6 +4,7 @@
 #include "tests/support/bitmaps.h"
 #include "tests/support/headless_control.h"
 #include "tests/support/pixels.h"
+#include "tests/support/storage_kinds.h"
 
 namespace vn::test {
 namespace {
@@ -57,18 +58,12 @@ void ReadsAndWritesAgree(int32_t bits, uint32_t order, int32_t storage) {
 }
 
 TEST(PixelAccess, ReadsAndWritesAgreeAtEveryDepth) {
-  for (const int32_t bits : kDepths) {
-    ReadsAndWritesAgree(bits, ORDER_BGR, STORAGE_AUTO);
-    if (bits > 8) ReadsAndWritesAgree(bits, ORDER_RGB, STORAGE_AUTO);
-  }
-}
-
-HEADLESS_TEST(PixelAccess, ReadsAndWritesAgreeOnWin32s) {
-  const Win32sScope scope;
-  for (const int32_t bits : kDepths) {
-    ReadsAndWritesAgree(bits, ORDER_BGR, STORAGE_MEMORY);
-    ReadsAndWritesAgree(bits, ORDER_BGR, STORAGE_DISK);
-  }
+  WithEachStorage([](const StorageKind& kind) {
+    for (const int32_t bits : kDepths) {
+      for (const uint32_t order : {ORDER_BGR, ORDER_RGB})
+        ReadsAndWritesAgree(bits, order, kind.request);
+    }
+  });
 }
 
 // The byte of a packed pixel is found by 16 bits of the column.
@@ -86,6 +81,9 @@ TEST(PixelAccess, FarColumnsOfPackedRowsWrap) {
 
 TEST(PixelAccess, WritesKeepToTheRegionReadsDoNot) {
   Bitmap bitmap(10, 10, 24);
+  for (const auto& [row, column] : {std::pair{-1, 0}, {10, 0}, {0, -1}, {0, 10}}) {
+    EXPECT_EQ(Vn_GetPixelColor(bitmap, row, column), VN_NO_PIXEL) << row << ", " << column;
+  }
   ASSERT_EQ(Vn_FillBitmap(bitmap, RGB(1, 2, 3)), OK);
   const RECT rect = {2, 3, 5, 6};
   ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <thread>
 #include <utility>
@@ -13,7 +14,7 @@
 #include <sys/stat.h>
 #endif
 
-#include "platform/win32.h"
+#include <vncore/platform/win32.h>
 #include "tests/support/headless_control.h"
 #include "tests/support/random.h"
 
@@ -118,6 +119,29 @@ TEST(PlatformSystem, FilesGrowWithoutHoles) {
   }
   EXPECT_TRUE(CloseHandle(file));
   EXPECT_TRUE(DeleteFileA(name));
+}
+
+// A temporary file's name opens that file or none: no link, and no file that has another name too.
+TEST(PlatformSystem, TemporaryNamesOpenNothingElse) {
+  char folder[MAX_PATH], name[MAX_PATH];
+  ASSERT_NE(GetTempPathA(MAX_PATH, folder), 0u);
+  ASSERT_NE(GetTempFileNameA(folder, "VN", 0, name), 0u);
+  const std::filesystem::path temporary = name, other = temporary.string() + ".other";
+  const auto opens = [&] {
+    const HANDLE file =
+        CreateFileA(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    return file != INVALID_HANDLE_VALUE && CloseHandle(file);
+  };
+  EXPECT_TRUE(opens());
+  std::filesystem::rename(temporary, other);
+  std::filesystem::create_symlink(other, temporary);
+  EXPECT_FALSE(opens());
+  std::filesystem::remove(temporary);
+  std::filesystem::create_hard_link(other, temporary);
+  EXPECT_FALSE(opens());
+  std::filesystem::remove(other);
+  EXPECT_TRUE(opens());
+  std::filesystem::remove(temporary);
 }
 #endif
 

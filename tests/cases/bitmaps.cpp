@@ -27,11 +27,28 @@ std::vector<RGBQUAD> RandomColors(Case& test, size_t count) {
     color.rgbReserved = kind == 0 ? color.rgbReserved & 7 : 0;
     if (kind == 1) color.rgbRed = color.rgbGreen = color.rgbBlue;
     if (kind == 2 && i && test.random.Chance(3)) color = colors[i - 1];
-    if (kind == 3)
-      color.rgbRed = color.rgbGreen = color.rgbBlue = static_cast<BYTE>(i * 255 / (count - 1));
+    if (kind == 3 || kind == 4) {
+      const auto level = static_cast<BYTE>(i * 255 / (count - 1));
+      color.rgbRed = color.rgbGreen = color.rgbBlue =
+          static_cast<BYTE>(kind == 3 ? level : 255 - level);
+    }
   }
   return colors;
 }
+
+namespace {
+
+void FillRandom(Case& test, BitmapHandle* bitmap) {
+  std::vector<uint8_t> bytes(bitmap->BytesPerLine);
+  const int32_t state = Vn_LockBitmap(bitmap);
+  for (int32_t row = 0; row < bitmap->Height; ++row) {
+    test.random.Fill(bytes.data(), bytes.size());
+    Vn_PutBitmapRow(bitmap, bytes.data(), static_cast<uint32_t>(row), bitmap->BytesPerLine);
+  }
+  Vn_UnlockBitmap(bitmap, state);
+}
+
+}  // namespace
 
 Bitmap::Bitmap(Case& test, const Shape& shape) {
   std::vector<RGBQUAD> colors;
@@ -47,16 +64,6 @@ Bitmap::Bitmap(Case& test, const Shape& shape) {
                       colors.empty() ? nullptr : colors.data(), shape.origin);
   test.Fold("Vn_CreateBitmap", status);
   if (status == OK) FillRandom(test, get());
-}
-
-void FillRandom(Case& test, BitmapHandle* bitmap, int32_t first) {
-  std::vector<uint8_t> bytes(bitmap->BytesPerLine);
-  const int32_t state = Vn_LockBitmap(bitmap);
-  for (int32_t row = first; row < bitmap->Height; ++row) {
-    test.random.Fill(bytes.data(), bytes.size());
-    Vn_PutBitmapRow(bitmap, bytes.data(), static_cast<uint32_t>(row), bitmap->BytesPerLine);
-  }
-  Vn_UnlockBitmap(bitmap, state);
 }
 
 void FoldRecord(Case& test, BitmapHandle* bitmap) {

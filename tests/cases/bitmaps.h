@@ -2,7 +2,6 @@
 #ifndef VNCORE_TESTS_CASES_BITMAPS_H
 #define VNCORE_TESTS_CASES_BITMAPS_H
 
-#include <algorithm>
 #include <vector>
 
 #include "kernel/owned_bitmap.h"
@@ -22,7 +21,8 @@ inline constexpr int32_t kDepths[] = {1, 4, 8, 16, 24, 32};
 // Any depth, order, origin and storage; 1 to `maxWidth` by 1 to `maxHeight` pixels.
 Shape RandomShape(Case& test, int32_t maxWidth, int32_t maxHeight);
 
-// `count` random colours; now and then with flags, with gray entries, with repeated ones.
+// `count` random colours; now and then with flags, gray entries, repeated ones, or a gray
+// ramp, rising or falling.
 std::vector<RGBQUAD> RandomColors(Case& test, size_t count);
 
 class Bitmap : public OwnedBitmap {
@@ -31,16 +31,6 @@ class Bitmap : public OwnedBitmap {
   Bitmap(Case& test, const Shape& shape);
   Bitmap() = default;
 };
-
-// The height up to which an ellipse of `width` is compared between the worlds. The rows at the tips
-// of a thinner one lie beyond the last column that the usual stepping reaches: Wine leaves their
-// rectangles empty or even uninitialised, and then its answer changes from run to run.
-inline int32_t EllipseHeight(int32_t width, int32_t height) {
-  return std::min(height, width < 8 ? width : 4 * width);
-}
-
-// Writes random pixels into the rows from `first` on.
-void FillRandom(Case& test, BitmapHandle* bitmap, int32_t first = 0);
 
 // The fields that tell what the bitmap is; not where it is stored.
 void FoldRecord(Case& test, BitmapHandle* bitmap);

@@ -3,7 +3,7 @@
 // A family draws its cases from nothing but their numbers. A case folds what it sees (results,
 // codes, progress, pixels) into a checksum; the checksums of a family's cases sum to one constant,
 // which stands beside the family and must come out the same on the headless platform and on a real
-// Win32. To join, a family is one file that registers itself; see family_rows.cpp.
+// Win32. To join, a family is one file that registers itself; see family_usages.cpp.
 #ifndef VNCORE_TESTS_CASES_CASE_H
 #define VNCORE_TESTS_CASES_CASE_H
 
@@ -24,7 +24,8 @@ class Case {
   // The case's numbers, all that it may depend on.
   test::Random random;
 
-  // A number, or one of a list.
+  // A number, or one of a list. Draw in statements: the arguments of one call are evaluated in any
+  // order, and each compiler has its own.
   int32_t Pick(int32_t low, int32_t high) { return random.Between(low, high); }
   template <class T, size_t N>
   T OneOf(const T (&values)[N]) {

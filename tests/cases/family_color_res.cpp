@@ -89,7 +89,7 @@ void Run(Case& test) {
   if (where == 1) FoldResult(test, apart, stopAt < 0);
 }
 
-const Registration registration({"color-res", 3000, 0x61FD46714414A19Au, Run});
+const Registration registration({"color-res", 3000, 0xE57574C790F8A407u, Run});
 
 }  // namespace
 

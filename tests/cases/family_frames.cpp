@@ -1,5 +1,5 @@
 // The platform: regions as clips of a context, and framed with solid and pattern brushes.
-#include "platform/win32.h"
+#include <vncore/platform/win32.h>
 #include "tests/cases/case.h"
 #include "tests/cases/surfaces.h"
 

@@ -45,7 +45,7 @@ void Run(Case& test) {
   }
 }
 
-const Registration registration({"gray", 4000, 0xCE7B4FC68C4CF57Eu, Run});
+const Registration registration({"gray", 4000, 0x24A4613A3C3B2041u, Run});
 
 }  // namespace
 

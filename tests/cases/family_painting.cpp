@@ -191,9 +191,9 @@ void RunRoad(Case& test) {
   ReleaseDC(nullptr, screen);
 }
 
-const Registration trueColor({"painting", 2000, 0x4CBB6BDADD5560C9u, RunTrueColor,
+const Registration trueColor({"painting", 2000, 0x4A4CD74A4EAD9072u, RunTrueColor,
                               Screen::kTrueColor});
-const Registration palette({"painting-8", 2000, 0x9034BDBCF7548A6Fu, RunPalette, Screen::kPalette});
+const Registration palette({"painting-8", 2000, 0x740987B9719685E2u, RunPalette, Screen::kPalette});
 const Registration road({"palette-road", 200, 0x001236B0F1490B43u, RunRoad, Screen::kPalette});
 
 }  // namespace

@@ -112,7 +112,7 @@ void Run(Case& test) {
   }
 }
 
-const Registration registration({"palettes", 3000, 0xD028611E149B2095u, Run});
+const Registration registration({"palettes", 3000, 0xA87513544A619C56u, Run});
 
 }  // namespace
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 #include "tests/cases/case.h"
 
 namespace vn::cases {

@@ -54,7 +54,8 @@ void ReadLines(Case& test, const Section& section) {
 // table it is a search, which has a family of its own.
 void Copy(Case& test, const Section& source) {
   const int32_t bits = test.OneOf({source.bits() == 16 ? 24 : source.bits(), 24, 32});
-  Section target(test, test.Pick(1, 40), test.Pick(1, 20), bits > 8 ? bits : 24);
+  const int32_t targetHeight = test.Pick(1, 20), targetWidth = test.Pick(1, 40);
+  Section target(test, targetWidth, targetHeight, bits > 8 ? bits : 24);
   const int32_t x = test.Pick(-5, 20), y = test.Pick(-5, 10);
   const int32_t width = test.Pick(1, 40), height = test.Pick(1, 20);
   const int32_t srcX = test.Pick(0, 10), srcY = test.Pick(0, 5);

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/win32.h"
+#include <vncore/platform/win32.h>
 #include "tests/cases/case.h"
 
 namespace vn::cases {

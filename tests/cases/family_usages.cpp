@@ -9,7 +9,8 @@ namespace {
 
 void Run(Case& test) {
   const int32_t bits = test.OneOf(kDepths);
-  Section target(test, test.Pick(1, 40), test.Pick(1, 20), bits);
+  const int32_t targetHeight = test.Pick(1, 20), targetWidth = test.Pick(1, 40);
+  Section target(test, targetWidth, targetHeight, bits);
   RandomPaletteScope palette(test, target.context(), test.Pick(2, 256));
   const int32_t sourceBits = test.OneOf(kDepths);
   const int32_t width = test.Pick(1, 40), height = test.Pick(1, 20);

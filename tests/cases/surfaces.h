@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "platform/win32.h"
+#include <vncore/platform/win32.h>
 #include "tests/cases/case.h"
 
 namespace vn::cases {

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 #ifdef _WIN32
 
@@ -48,7 +48,7 @@ bool World::Balanced() { return true; }
 
 #else
 
-#include "platform/headless/headless.h"
+#include <vncore/platform/headless/headless.h>
 
 namespace vn::cases {
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/headless/headless.h"
+#include <vncore/platform/headless/headless.h>
 
 #ifdef _WIN32
 #define HEADLESS_TEST(suite, name)                                     \

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include <vncore/vncore.h>
 #include "kernel/platform_objects.h"
-#include "kernel/vncore.h"
 #include "region/region_record.h"
 #include "region/region_union.h"
 #include "tests/support/random.h"
@@ -103,6 +103,20 @@ inline RECT RandomRect(Random& random, int32_t low, int32_t high) {
 }
 
 using Region = OwnedObject<HRGN>;
+
+// Some region that reaches beyond a bitmap of up to 40 pixels.
+inline Region RandomRegion(Random& random) {
+  RegionUnion shape;
+  for (int32_t i = random.Between(0, 6); i > 0; --i)
+    EXPECT_TRUE(shape.Add(RandomRect(random, -6, 46)));
+  Region made(shape.Finish());
+  if (random.Chance(3)) {
+    const RECT box = {-3, 2, 37, random.Between(30, 44)};
+    const Region ellipse(CreateEllipticRgnIndirect(&box));
+    CombineRgn(made.get(), made.get(), ellipse.get(), RGN_XOR);
+  }
+  return made;
+}
 
 // A record without pixels, of random size up to 40 if none is given: a region needs no more.
 class Plain {

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 
 namespace vn::test {
 

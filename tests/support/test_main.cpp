@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "kernel/vncore.h"
+#include <vncore/vncore.h>
 #include "tests/support/headless_control.h"
 
 #ifdef _WIN32

@@ -1,0 +1,78 @@
+// Scaling and geometry: whatever moves pixels to other places, and the region with them.
+#include "fuzz/calls.h"
+
+#include <algorithm>
+
+namespace vn::fuzz {
+
+namespace {
+
+// The buffer holds the larger of the two rows.
+void Stream(World&, Input& input) {
+  const int32_t oldWidth = input.Number(), oldHeight = input.Number();
+  const int32_t newWidth = input.Number(), newHeight = input.Number();
+  const int32_t bits = input.OneOf({1, 4, 8, 16, 24, 32});
+  ResizeState* state = nullptr;
+  if (Vn_StartResize(oldWidth, oldHeight, newWidth, newHeight, &state) != OK) return;
+  const int32_t pixels = std::max(oldWidth, newWidth);
+  if (pixels <= 1 << 13) {
+    const auto bytes = static_cast<size_t>((int64_t{pixels} * bits + 31) / 32 * 4);
+    const auto buffer = Buffer(input, bytes);
+    for (uint32_t rows = input.Below(8); rows > 0; --rows) {
+      uint32_t width = 0, count = 0;
+      const auto row = static_cast<uint32_t>(input.Number());
+      Vn_Resize(buffer.get(), row, bits, &width, &count, state);
+    }
+  }
+  Vn_StopResize(state);
+}
+
+// Both have the same depth, for which the caller answers.
+void Resize(World& world, Input& input) {
+  BitmapHandle* const source = world.Bitmap(input);
+  BitmapHandle* const target = world.Bitmap(input);
+  if (source->BitsPerPixel != target->BitsPerPixel || source == target) return;
+  Vn_ResizeBitmap(source, target);
+}
+
+void Scale(World& world, Input& input) {
+  BitmapHandle* const bitmap = world.Bitmap(input);
+  const Size size = world.TakeSize(input, bitmap->BitsPerPixel);
+  const VnStatus status =
+      Vn_SizeBitmap(bitmap, static_cast<int32_t>(size.width), static_cast<int32_t>(size.height));
+  // After a stop, palettes and region are gone; the caller forgets them.
+  if (status != 77) return;
+  bitmap->Palette = bitmap->PaintPalette = nullptr;
+  bitmap->Region = nullptr;
+}
+
+// Rows are worked on at 24 bits.
+void Resample(World& world, Input& input) {
+  BitmapHandle* const bitmap = world.Bitmap(input);
+  const Size size = world.TakeSize(input, std::max(bitmap->BitsPerPixel, 24));
+  Vn_ResampleBitmap(bitmap, static_cast<int32_t>(size.width), static_cast<int32_t>(size.height));
+}
+
+const Call kCalls[] = {
+    VN_FUZZ_COMMON_CALLS,
+    &Stream,
+    &Resize,
+    &Scale,
+    &Decoded<&Vn_FillBitmap>,
+    &Decoded<&Vn_PutPixelColor>,
+    &Decoded<&Vn_OffsetBitmapRgn>,
+    &Decoded<&Vn_SetBitmapRgnRoundRect>,
+    &Decoded<&Vn_FlipBitmap>,
+    &Decoded<&Vn_ReverseBitmap>,
+    &Decoded<&Vn_RotateBitmap>,
+    &Decoded<&Vn_RotateBitmapFine>,
+    &Decoded<&Vn_IntRotateBitmapFine>,
+    &Resample,
+    &Decoded<&Vn_ShearBitmap>,
+};
+
+}  // namespace
+
+}  // namespace vn::fuzz
+
+VN_FUZZ_TARGET(vn::fuzz::kCalls)

@@ -1,0 +1,73 @@
+// Device contexts over bitmaps: what is drawn on them is in the bitmap, confined to its region.
+#include <vncore/vncore.h>
+#include "tests/support/bitmaps.h"
+#include "tests/support/pixels.h"
+
+namespace vn::test {
+namespace {
+
+constexpr uint32_t kWidth = 23, kHeight = 17;
+constexpr RECT kDrawn = {3, 2, 14, 9};  // as seen
+constexpr RECT kHole = {5, 0, 11, 17};
+
+bool Inside(const RECT& rect, int32_t x, int32_t y) {
+  return x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
+}
+
+// The rows of the picture from its top line down.
+std::vector<Bytes> Lines(BitmapHandle* bitmap) {
+  std::vector<Bytes> lines;
+  for (uint32_t y = 0; y < kHeight; ++y) {
+    const bool bottomFirst = bitmap->ViewOrigin == VIEW_BOTTOM_FIRST;
+    lines.push_back(ReadRow(bitmap, bottomFirst ? kHeight - 1 - y : y));
+  }
+  return lines;
+}
+
+TEST(DeviceContext, DrawsIntoTheBitmapWithinItsRegion) {
+  if (GetVersion() & 0x80000000u) GTEST_SKIP() << "needs sections";
+  Random random(11);
+  for (const int32_t bits : {1, 4, 8, 24}) {
+    for (const uint32_t origin : {VIEW_TOP_FIRST, VIEW_BOTTOM_FIRST}) {
+      for (const bool region : {false, true}) {
+        SCOPED_TRACE(testing::Message() << bits << " bits, origin " << origin << ", " << region);
+        Bitmap bitmap(kWidth, kHeight, bits, origin);
+        FillRandom(bitmap, random);
+        std::vector<Bytes> expected = Lines(bitmap);
+        const RegionTransform asSeen = {VIEW_TOP_FIRST, 1, 1, 1, 1, 0, 0};
+        if (region) {
+          ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, &asSeen, &kHole, REGION_COMBINE_REPLACE), OK);
+        }
+        const HDC context = Vn_CreateVornDC(bitmap);
+        ASSERT_NE(context, HDC{});
+        EXPECT_EQ(bitmap->ViewOrigin, uint32_t{VIEW_BOTTOM_FIRST});
+        PatBlt(context, kDrawn.left, kDrawn.top, kDrawn.right - kDrawn.left,
+               kDrawn.bottom - kDrawn.top, DSTINVERT);
+        EXPECT_NE(Vn_DeleteVornDC(context), 0);
+
+        for (int32_t y = kDrawn.top; y < kDrawn.bottom; ++y) {
+          for (int32_t x = kDrawn.left; x < kDrawn.right; ++x) {
+            if (region && !Inside(kHole, x, y)) continue;
+            Bytes& line = expected[static_cast<size_t>(y)];
+            const auto column = static_cast<size_t>(x);
+            SetPixelBits(&line, column, bits, ~PixelBits(line, column, bits));
+          }
+        }
+        const std::vector<Bytes> seen = Lines(bitmap);
+        for (uint32_t y = 0; y < kHeight; ++y) {
+          // The bytes behind a row's pixels are nobody's.
+          EXPECT_EQ(RowPixels(seen[y], kWidth, bits), RowPixels(expected[y], kWidth, bits)) << y;
+        }
+      }
+    }
+  }
+}
+
+TEST(DeviceContext, RefusesWhatHasNoPixels) {
+  BitmapHandle empty{};
+  EXPECT_EQ(Vn_CreateVornDC(nullptr), HDC{});
+  EXPECT_EQ(Vn_CreateVornDC(&empty), HDC{});
+}
+
+}  // namespace
+}  // namespace vn::test

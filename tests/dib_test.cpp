@@ -1,0 +1,392 @@
+// DIBs and device bitmaps: what a bitmap becomes there, and what comes back.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <numeric>
+
+#include <vncore/vncore.h>
+#include "tests/support/bitmaps.h"
+#include "tests/support/failure_walk.h"
+#include "tests/support/headless_control.h"
+#include "tests/support/storage_kinds.h"
+
+namespace vn::test {
+namespace {
+
+// A DIB of the test's own: freed unless it was handed on.
+class Dib {
+ public:
+  explicit Dib(HGLOBAL memory) : memory_(memory) {}
+  // A block of exactly these bytes.
+  explicit Dib(const Bytes& bytes) : memory_(GlobalAlloc(GMEM_MOVEABLE, bytes.size())) {
+    std::memcpy(GlobalLock(memory_), bytes.data(), bytes.size());
+    GlobalUnlock(memory_);
+  }
+  Dib(const Dib&) = delete;
+  Dib& operator=(const Dib&) = delete;
+  ~Dib() {
+    if (memory_) GlobalFree(memory_);
+  }
+  HGLOBAL get() const { return memory_; }
+  HGLOBAL Release() { return std::exchange(memory_, nullptr); }
+
+  Bytes Copy() const {
+    const auto* at = static_cast<const uint8_t*>(GlobalLock(memory_));
+    if (!at) return {};
+    const Bytes bytes(at, at + GlobalSize(memory_));
+    GlobalUnlock(memory_);
+    return bytes;
+  }
+  BITMAPINFOHEADER Header() const {
+    BITMAPINFOHEADER header;
+    std::memcpy(&header, Copy().data(), sizeof header);
+    return header;
+  }
+
+ private:
+  HGLOBAL memory_;
+};
+
+// A picture of random pixels and colours, with a resolution of its own.
+class RandomBitmap : public Bitmap {
+ public:
+  RandomBitmap(uint64_t seed, int32_t bits, uint32_t origin, uint32_t order,
+               int32_t storage = STORAGE_AUTO)
+      : RandomBitmap(Random(seed), bits, origin, order, storage) {}
+
+ private:
+  RandomBitmap(Random random, int32_t bits, uint32_t origin, uint32_t order, int32_t storage)
+      : Bitmap(37, 11, bits, origin, order, RandomColors(random, 256).data(), storage) {
+    FillRandom(get(), random);
+    get()->XResolution = 150;
+    get()->YResolution = 299;
+  }
+};
+
+// The picture's colours from the top line down, whatever its order of rows.
+std::vector<COLORREF> Seen(BitmapHandle* bitmap) {
+  std::vector<COLORREF> colors;
+  for (int32_t line = 0; line < bitmap->Height; ++line) {
+    const int32_t row = bitmap->ViewOrigin == VIEW_BOTTOM_FIRST ? bitmap->Height - 1 - line : line;
+    for (int32_t x = 0; x < bitmap->Width; ++x)
+      colors.push_back(Vn_GetPixelColor(bitmap, row, x));
+  }
+  return colors;
+}
+
+std::vector<COLORREF> RedAndBlueSwapped(std::vector<COLORREF> colors) {
+  for (COLORREF& c : colors)
+    c = RGB(GetBValue(c), GetGValue(c), GetRValue(c));
+  return colors;
+}
+
+VnStatus FromDibByCopy(BitmapHandle* bitmap, const Dib& dib) {
+  const Bytes bytes = dib.Copy();
+  const auto* info = reinterpret_cast<const BITMAPINFO*>(bytes.data());
+  const size_t colors = info->bmiHeader.biBitCount <= 8 ? 4u << info->bmiHeader.biBitCount : 0;
+  return Vn_ConvertFromDIB(bitmap, info, bytes.data() + 40 + colors);
+}
+
+void ExpectDib(const Dib& dib, const BitmapHandle& source, DWORD colorsUsed) {
+  const int32_t bits =
+      source.BitsPerPixel == 16 || source.BitsPerPixel == 32 ? 24 : source.BitsPerPixel;
+  const DWORD image = static_cast<DWORD>((source.Width * bits + 31) / 32 * 4 * source.Height);
+  const BITMAPINFOHEADER expected = {
+      40,   source.Width, source.Height, 1, static_cast<WORD>(bits), BI_RGB, image,
+      5906, 11772,        colorsUsed,    0};
+  const BITMAPINFOHEADER header = dib.Header();
+  EXPECT_EQ(std::memcmp(&header, &expected, sizeof header), 0);
+  const Bytes bytes = dib.Copy();
+  const size_t table = bits <= 8 ? 4u << bits : 0;
+  EXPECT_GE(bytes.size(), 40 + table + image);
+  for (size_t i = 43; i < 40 + table; i += 4)
+    ASSERT_EQ(bytes[i], 0) << "a flags byte of the table";
+}
+
+// All depths, row orders and channel orders, in one kind of storage.
+template <class Check>
+void WithEachPicture(int32_t storage, Check check) {
+  uint64_t seed = 1;
+  for (const int32_t bits : kDepths) {
+    for (const uint32_t origin : {VIEW_TOP_FIRST, VIEW_BOTTOM_FIRST}) {
+      for (const uint32_t order : {ORDER_RGB, ORDER_BGR}) {
+        SCOPED_TRACE(testing::Message()
+                     << bits << " bits, origin " << origin << ", order " << order);
+        RandomBitmap bitmap(++seed, bits, origin, order, storage);
+        check(bitmap);
+      }
+    }
+  }
+}
+
+// To a DIB and back, by copy and by move, both ways.
+void CheckRoundTrips(RandomBitmap& bitmap) {
+  const std::vector<COLORREF> seen = Seen(bitmap);
+  const BitmapHandle before = *bitmap.get();
+  const bool deep = before.BitsPerPixel > 8;
+  const bool widened = before.BitsPerPixel == 16 || before.BitsPerPixel == 32;
+
+  Dib copied(Vn_ConvertToDIB(bitmap));
+  ASSERT_NE(copied.get(), nullptr);
+  EXPECT_EQ(std::memcmp(&before, bitmap.get(), sizeof before), 0) << "the source has changed";
+  ExpectDib(copied, before, 0);
+  Dib moved(Vn_ChangeToDIB(bitmap));
+  ASSERT_NE(moved.get(), nullptr);
+  EXPECT_FALSE(bitmap->Flags & FLAG_ALLOCATED);
+  ExpectDib(moved, before, static_cast<DWORD>(before.ColorCount));
+
+  Bitmap fromCopy, fromMoved;
+  ASSERT_EQ(FromDibByCopy(fromCopy, copied), OK);
+  ASSERT_EQ(Vn_ChangeFromDIB(fromMoved, moved.get()), OK);
+  moved.Release();
+  for (BitmapHandle* back : {fromCopy.get(), fromMoved.get()}) {
+    EXPECT_EQ(back->ViewOrigin, static_cast<uint32_t>(VIEW_BOTTOM_FIRST));
+    EXPECT_EQ(back->XResolution, 150);
+    EXPECT_EQ(back->YResolution, 299);
+    // A copy keeps bytes in their order and calls it blue first; so does the move at 24 bits.
+    const bool swaps = deep && before.ColorOrder == ORDER_RGB && !(back == fromMoved && widened);
+    EXPECT_EQ(Seen(back), swaps ? RedAndBlueSwapped(seen) : seen);
+  }
+  EXPECT_EQ(fromCopy->ColorOrder, static_cast<uint32_t>(ORDER_BGR));
+  EXPECT_EQ(fromMoved->ColorOrder, static_cast<uint32_t>(deep ? ORDER_BGR : ORDER_RGB));
+}
+
+#ifndef _WIN32
+TEST(Dib, RoundTripsInEachStorage) {
+  WithEachStorage([](const StorageKind& kind) {
+    WithEachPicture(kind.request, [](RandomBitmap& bitmap) { CheckRoundTrips(bitmap); });
+  });
+}
+#else
+TEST(Dib, RoundTrips) {
+  WithEachPicture(STORAGE_AUTO, [](RandomBitmap& bitmap) { CheckRoundTrips(bitmap); });
+}
+#endif
+
+TEST(Dib, CopiesFromLockedBitmapsAndMovesOnlyOthers) {
+  RandomBitmap bitmap(5, 8, VIEW_TOP_FIRST, ORDER_BGR);
+  const int32_t state = Vn_LockBitmap(bitmap);
+  EXPECT_EQ(Vn_ChangeToDIB(bitmap), nullptr);
+  const Dib dib(Vn_ConvertToDIB(bitmap));
+  EXPECT_NE(dib.get(), nullptr);
+  EXPECT_TRUE(bitmap->Flags & FLAG_LOCKED);
+  Vn_UnlockBitmap(bitmap, state);
+  BitmapHandle empty;
+  ASSERT_EQ(Vn_InitBitmap(&empty, 4, 4, 8), OK);
+  for (BitmapHandle* none : {static_cast<BitmapHandle*>(nullptr), &empty}) {
+    EXPECT_EQ(Vn_ConvertToDIB(none), nullptr);
+    EXPECT_EQ(Vn_ChangeToDIB(none), nullptr);
+    EXPECT_EQ(Vn_ConvertToDDB(nullptr, none), nullptr);
+  }
+}
+
+TEST(Dib, OriginThreeIsBottomFirstForTheCopyAlone) {
+  RandomBitmap bitmap(6, 24, VIEW_BOTTOM_FIRST, ORDER_BGR);
+  const std::vector<COLORREF> seen = Seen(bitmap);
+  bitmap->ViewOrigin = 3;
+  const Dib copied(Vn_ConvertToDIB(bitmap));
+  Dib moved(Vn_ChangeToDIB(bitmap));
+  Bitmap fromCopy, fromMoved;
+  ASSERT_EQ(FromDibByCopy(fromCopy, copied), OK);
+  ASSERT_EQ(FromDibByCopy(fromMoved, moved), OK);
+  EXPECT_EQ(Seen(fromCopy), seen);
+  fromMoved->ViewOrigin = VIEW_TOP_FIRST;
+  EXPECT_EQ(Seen(fromMoved), seen);
+}
+
+HEADLESS_TEST(Dib, Win32sMovesPicturesWithinTheirBlock) {
+  const Win32sScope win32s;
+  RandomBitmap bitmap(7, 8, VIEW_BOTTOM_FIRST, ORDER_BGR, STORAGE_MEMORY);
+  const std::vector<COLORREF> seen = Seen(bitmap);
+  const HANDLE block = bitmap->Storage;
+  Dib dib(Vn_ChangeToDIB(bitmap));
+  EXPECT_EQ(dib.get(), block);
+  Bitmap back;
+  ASSERT_EQ(Vn_ChangeFromDIB(back, dib.get()), OK);
+  EXPECT_EQ(back->Storage, dib.Release());
+  EXPECT_FALSE(back->Flags & FLAG_LOCKED);
+  EXPECT_EQ(Seen(back), seen);
+}
+
+// A DIB in bytes: 8 bits, 5 by 3 pixels, ten colours.
+Bytes SmallDib(uint32_t headerBytes) {
+  Bytes bytes;
+  const auto put = [&](uint32_t value, int count) {
+    for (int i = 0; i < count; ++i, value >>= 8)
+      bytes.push_back(static_cast<uint8_t>(value));
+  };
+  put(headerBytes, 4);
+  if (headerBytes == 12) {
+    for (const uint32_t field : {5, 3, 1, 8})
+      put(field, 2);
+  } else {
+    put(5, 4), put(3, 4), put(1, 2), put(8, 2);
+    for (const uint32_t field : {0, 0, 5906, 0, 10, 0})
+      put(field, 4);
+    bytes.resize(headerBytes, 0xEE);
+  }
+  const uint32_t colors = headerBytes == 12 ? 256 : 10;
+  for (uint32_t i = 0; i < colors; ++i)
+    put(0xAA000000 | i << 16 | (i + 1) % 256 << 8 | (i + 2) % 256, headerBytes == 12 ? 3 : 4);
+  for (uint32_t i = 0; i < 24; ++i)
+    bytes.push_back(static_cast<uint8_t>(i % 10));
+  return bytes;
+}
+
+TEST(Dib, ReadsHeadersOfEveryLengthAndTheColoursThatThereAre) {
+  HDC screen = GetDC(nullptr);
+  const int across = GetDeviceCaps(screen, HORZRES), down = GetDeviceCaps(screen, VERTRES);
+  ReleaseDC(nullptr, screen);
+  const auto inch = [](int perMetre) { return (254 * perMetre + 5000) / 10000; };
+  for (const uint32_t headerBytes : {12u, 40u, 108u, 124u}) {
+    SCOPED_TRACE(headerBytes);
+    Dib dib(SmallDib(headerBytes));
+    Bitmap bitmap;
+    ASSERT_EQ(Vn_ChangeFromDIB(bitmap, dib.get()), OK);
+    dib.Release();
+    EXPECT_EQ(bitmap->XResolution, headerBytes == 40 ? 150 : inch(across));
+    EXPECT_EQ(bitmap->YResolution, inch(down));
+    EXPECT_EQ(Vn_GetPixelColor(bitmap, 1, 1), RGB(9, 10, 11));
+    RGBQUAD colors[256];
+    ASSERT_EQ(Vn_GetBitmapColors(bitmap, 0, 256, colors), OK);
+    EXPECT_EQ(colors[10].rgbRed, headerBytes == 12 ? 10 : 0);
+    EXPECT_EQ(colors[9].rgbReserved, 0);
+  }
+}
+
+TEST(Dib, RefusesWhatItCannotTakeAndLeavesItToTheCaller) {
+  struct Damage {
+    size_t at;
+    uint8_t value;
+    VnStatus status;
+  };
+  const Damage damages[] = {
+      {4, 0, ERR_INVALID_PARAMETER},  // width
+      {8, 0, ERR_INVALID_PARAMETER},  // height
+      {12, 2, ERR_UNSUPPORTED},       // planes
+      {16, 1, ERR_UNSUPPORTED},       // compression
+      {14, 2, ERR_UNSUPPORTED},       // depth
+      {11, 0xFF, ERR_UNSUPPORTED},    // a height below 0
+      {7, 0x40, ERR_UNSUPPORTED},     // a row that wraps to few bytes
+      {11, 0x20, ERR_UNSUPPORTED},    // rows that wrap to few bytes: 8 times 2 to the power 29
+      {35, 0x40, ERR_UNSUPPORTED},    // a table that wraps
+      {3, 0xFF, ERR_UNSUPPORTED},     // the header's own length
+      {32, 11, ERR_UNSUPPORTED},      // one colour more than there is room for
+  };
+  for (const Damage& damage : damages) {
+    SCOPED_TRACE(damage.at);
+    Bytes bytes = SmallDib(40);
+    bytes[damage.at] = damage.value;
+    // An emptied picture comes before all else that is wrong with it.
+    if (damage.status == ERR_INVALID_PARAMETER) bytes[16] = 1;
+    const Dib dib(bytes);
+    Bitmap bitmap;
+    EXPECT_EQ(Vn_ChangeFromDIB(bitmap, dib.get()), damage.status);
+    EXPECT_FALSE(bitmap->Flags & FLAG_ALLOCATED);
+    EXPECT_EQ(dib.Copy(), bytes);
+    EXPECT_FALSE(GlobalUnlock(dib.get()));
+  }
+  Bitmap bitmap;
+  EXPECT_EQ(Vn_ChangeFromDIB(bitmap, nullptr), ERR_INVALID_PARAMETER);
+  const Dib dib(SmallDib(40));
+  EXPECT_EQ(Vn_ChangeFromDIB(nullptr, dib.get()), ERR_INVALID_PARAMETER);
+}
+
+// On Windows a block is longer than what was asked for.
+HEADLESS_TEST(Dib, RefusesBlocksThatAreTooShort) {
+  for (const uint32_t headerBytes : {12u, 40u, 124u}) {
+    const Bytes whole = SmallDib(headerBytes);
+    for (size_t size = 1; size < whole.size(); ++size) {
+      SCOPED_TRACE(size);
+      const Dib dib(Bytes(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(size)));
+      Bitmap bitmap;
+      ASSERT_EQ(Vn_ChangeFromDIB(bitmap, dib.get()), ERR_UNSUPPORTED);
+    }
+  }
+}
+
+TEST(Dib, ConvertsFromPartsThatTheCallerVouchesFor) {
+  Bytes bytes = SmallDib(40);
+  bytes.resize(40 + 1024 + 24);
+  bytes[12] = 7;  // planes
+  bytes[16] = 1;  // compression
+  Bitmap bitmap;
+  ASSERT_EQ(Vn_ConvertFromDIB(bitmap, reinterpret_cast<const BITMAPINFO*>(bytes.data()),
+                              bytes.data() + 80),
+            OK);
+  EXPECT_EQ(Vn_GetPixelColor(bitmap, 1, 1), RGB(9, 10, 11));
+  BITMAPINFO bad = {};
+  bad.bmiHeader.biWidth = bad.bmiHeader.biHeight = 3;
+  bad.bmiHeader.biBitCount = 2;
+  Bitmap none;
+  EXPECT_EQ(Vn_ConvertFromDIB(none, &bad, nullptr), ERR_BITS_PER_PIXEL);
+  bad.bmiHeader.biBitCount = 24;
+  bad.bmiHeader.biHeight = -3;
+  EXPECT_EQ(Vn_ConvertFromDIB(none, &bad, nullptr), ERR_NO_MEMORY);
+  bad.bmiHeader.biHeight = 0;
+  EXPECT_EQ(Vn_ConvertFromDIB(none, &bad, nullptr), ERR_EMPTY_BITMAP);
+}
+
+// The picture that a device bitmap of `bitmap` shows.
+std::vector<COLORREF> SeenOnDevice(BitmapHandle* bitmap) {
+  HDC screen = GetDC(nullptr);
+  Bitmap back;
+  EXPECT_EQ(Vn_ChangeFromDDB(screen, back, Vn_ConvertToDDB(nullptr, bitmap), nullptr), OK);
+  ReleaseDC(nullptr, screen);
+  return Seen(back);
+}
+
+HEADLESS_TEST(DeviceBitmap, ShowsOnEachScreenWhatTheScreenCanShow) {
+  for (const int32_t screenBits : {1, 4, 8, 24, 32}) {
+    const DisplayScope display(screenBits);
+    WithEachStorage([&](const StorageKind& kind) {
+      WithEachPicture(kind.request, [&](RandomBitmap& bitmap) {
+        SCOPED_TRACE(screenBits);
+        const std::vector<COLORREF> seen = Seen(bitmap);
+        HDC screen = GetDC(nullptr);
+        const HBITMAP object = Vn_ConvertToDDB(screen, bitmap);
+        Bitmap back;
+        ASSERT_EQ(Vn_ConvertFromDDB(screen, back, object, nullptr), OK);
+        EXPECT_EQ(back->BitsPerPixel, screenBits == 32 ? 24 : screenBits);
+        ReleaseDC(nullptr, screen);
+        DeleteObject(object);
+        const std::vector<COLORREF> shown = Seen(back);
+        // Channels go to the device in the order in which they stand.
+        const bool swaps = bitmap->BitsPerPixel > 8 && bitmap->ColorOrder == ORDER_RGB;
+        if (screenBits >= 24) {
+          EXPECT_EQ(shown, swaps ? RedAndBlueSwapped(seen) : seen);
+        }
+        // What a screen can show it shows again, through the moving forms.
+        EXPECT_EQ(SeenOnDevice(back), shown);
+        const HBITMAP moved = Vn_ChangeToDDB(nullptr, back);
+        ASSERT_NE(moved, nullptr);
+        EXPECT_FALSE(back->Flags & FLAG_ALLOCATED);
+        DeleteObject(moved);
+      });
+    });
+  }
+}
+
+TEST(DeviceBitmap, ConvertingFailsWithoutAnObject) {
+  HDC screen = GetDC(nullptr);
+  Bitmap bitmap;
+  EXPECT_EQ(Vn_ConvertFromDDB(screen, bitmap, nullptr, nullptr), ERR_INVALID_PARAMETER);
+  // Of another kind: nothing of it is deleted.
+  HPALETTE palette = Vn_CreateFixedPalette(4);
+  const auto foreign = reinterpret_cast<HBITMAP>(palette);
+  EXPECT_EQ(Vn_ChangeFromDDB(screen, bitmap, foreign, palette), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_GetPaletteSize(palette), 16u);
+  DeleteObject(palette);
+  // A context is needed to read one, and a lost one leaves the object to the caller.
+  RandomBitmap picture(9, 24, VIEW_TOP_FIRST, ORDER_BGR);
+  const HBITMAP object = Vn_ConvertToDDB(screen, picture);
+  EXPECT_EQ(Vn_ChangeFromDDB(nullptr, bitmap, object, nullptr), ERR_INVALID_PARAMETER);
+  BITMAP shape = {};
+  EXPECT_NE(GetObjectA(object, sizeof shape, &shape), 0);
+  EXPECT_TRUE(DeleteObject(object));
+  ReleaseDC(nullptr, screen);
+}
+
+}  // namespace
+}  // namespace vn::test

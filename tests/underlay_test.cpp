@@ -1,0 +1,153 @@
+// Textures under pictures, against a model that shifts one pixel at a time. The way back to palettes
+// takes the library's dithering, which its own tests hold.
+#include <gtest/gtest.h>
+
+#include "kernel/vector.h"
+#include "tests/support/slow_color.h"
+#include "tests/support/status_log.h"
+#include "tests/support/storage_kinds.h"
+
+namespace vn::test {
+namespace {
+
+int32_t RowOf(BitmapHandle* bitmap, int32_t line) {
+  return bitmap->ViewOrigin == VIEW_BOTTOM_FIRST ? bitmap->Height - 1 - line : line;
+}
+
+// The texture's grays as the picture has them, line by line from the top.
+std::vector<Bytes> Grays(BitmapHandle* underlay, const Colors& colors, int32_t width,
+                         int32_t height, bool stretch) {
+  std::vector<Bytes> lines;
+  const auto bits = static_cast<uint32_t>(underlay->BitsPerPixel);
+  for (int32_t y = 0; y < height; ++y) {
+    const int32_t line = stretch ? y * underlay->Height / height : y % underlay->Height;
+    // Storage rows are what is scaled.
+    const int32_t row = stretch && underlay->ViewOrigin == VIEW_BOTTOM_FIRST
+                            ? (height - 1 - y) * underlay->Height / height
+                            : RowOf(underlay, line);
+    const Bytes pixels = ReadRow(underlay, static_cast<uint32_t>(row));
+    Bytes grays;
+    for (int32_t x = 0; x < width; ++x) {
+      const int32_t column = stretch ? x * underlay->Width / width : x % underlay->Width;
+      grays.push_back(static_cast<uint8_t>(SlowGray(SlowPixel(
+          pixels, static_cast<size_t>(column), bits, underlay->ColorOrder, colors.data()))));
+    }
+    lines.push_back(grays);
+  }
+  return lines;
+}
+
+// Rows of storage as they must be afterwards.
+std::vector<Bytes> Model(BitmapHandle* bitmap, const Colors& colors,
+                         const std::vector<Bytes>& grays) {
+  const auto bits = static_cast<uint32_t>(bitmap->BitsPerPixel);
+  const auto width = static_cast<size_t>(bitmap->Width);
+  std::vector<Bytes> rows(grays.size());
+  BitmapHandle run;
+  Vn_InitBitmap(&run, static_cast<uint32_t>(width), 1, 24);
+  run.DitherMethod = DITHER_FLOYD_STEINBERG;
+  if (bits <= 8) {
+    EXPECT_EQ(Vn_StartDithering(&run, colors.data(), 1u << bits), OK);
+  }
+  for (int32_t line = 0; line < bitmap->Height; ++line) {
+    const int32_t row = RowOf(bitmap, line);
+    const Bytes before = ReadRow(bitmap, static_cast<uint32_t>(row));
+    Bytes shaded(width * 3), after = before;
+    for (size_t x = 0; x < width; ++x) {
+      SlowColor c = SlowPixel(before, x, bits, bitmap->ColorOrder, colors.data());
+      const int shift = grays[static_cast<size_t>(line)][x] - 128;
+      for (int* channel : {&c.red, &c.green, &c.blue})
+        *channel = std::clamp(*channel + shift, 0, 255);
+      SetSlowPixel(shaded, x, 24, ORDER_BGR, c);
+      if (bits > 8) SetSlowPixel(after, x, bits, bitmap->ColorOrder, c);
+    }
+    if (bits <= 8) {
+      EXPECT_EQ(Vn_DitherLine(&run, shaded.data(), after.data()), OK);
+    }
+    Bytes& result = rows[static_cast<size_t>(row)] = before;
+    for (size_t x = 0; x < width; ++x) {
+      if (!Vn_IsPtInBitmapRgn(bitmap, row, static_cast<int32_t>(x))) continue;
+      SetPixelBits(&result, x, bitmap->BitsPerPixel, PixelBits(after, x, bitmap->BitsPerPixel));
+    }
+  }
+  Vn_StopDithering(&run);
+  return rows;
+}
+
+void EqualsTheModel(int32_t storage, int32_t rounds) {
+  Random random(61);
+  for (int32_t round = 0; round < rounds; ++round) {
+    const int32_t bits = kDepths[round % 6], textureBits = kDepths[random.Between(0, 5)];
+    const bool stretch = random.Chance(2);
+    const auto origin = [&] { return random.Chance(2) ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST; };
+    const auto side = [&](int32_t most) { return static_cast<uint32_t>(random.Between(1, most)); };
+    const Colors colors = RandomColors(random, 256), textureColors = RandomColors(random, 256);
+    Bitmap bitmap(side(70), side(9), bits, static_cast<uint32_t>(origin()),
+                  random.Chance(2) ? ORDER_BGR : ORDER_RGB, colors.data(), storage);
+    Bitmap texture(side(50), side(7), textureBits, static_cast<uint32_t>(origin()), ORDER_BGR,
+                   textureColors.data(), storage);
+    FillRandom(bitmap, random);
+    FillRandom(texture, random);
+    if (random.Chance(3)) {
+      const RECT box = {1, 1, bitmap->Width - 2, bitmap->Height};
+      ASSERT_EQ(Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE), OK);
+    }
+    if (bits <= 8 && random.Chance(2)) Vn_CreatePaletteColors(bitmap);
+    const uint32_t flags = bitmap->Flags;
+    SCOPED_TRACE(testing::Message() << "round " << round << ", " << bits << " bits, texture "
+                                    << textureBits << " bits, stretch " << stretch);
+    const std::vector<Bytes> expected = Model(
+        bitmap, colors, Grays(texture, textureColors, bitmap->Width, bitmap->Height, stretch));
+    const Bytes before = ReadAll(texture);
+    ASSERT_EQ(Vn_UnderlayBitmap(bitmap, texture, stretch ? UNDERLAY_STRETCH : UNDERLAY_TILE), OK);
+    for (uint32_t row = 0; row < expected.size(); ++row)
+      ASSERT_EQ(ReadRow(bitmap, row), expected[row]) << "row " << row;
+    EXPECT_EQ(ReadAll(texture), before);
+    EXPECT_EQ(bitmap->Flags, flags);
+    EXPECT_FALSE(texture->Flags & FLAG_LOCKED);
+  }
+}
+
+TEST(Underlay, EqualsTheModel) {
+  for (const VectorLevel level : {VectorLevel::kNone, VectorLevel::kAvx2}) {
+    const VectorLevel before = SetVectorLevel(level);
+    EqualsTheModel(STORAGE_AUTO, 300);
+    SetVectorLevel(before);
+  }
+}
+
+HEADLESS_TEST(Underlay, EqualsTheModelOnWin32s) {
+  const Win32sScope scope;
+  EqualsTheModel(STORAGE_MEMORY, 60);
+  EqualsTheModel(STORAGE_DISK, 60);
+}
+
+TEST(Underlay, OnlyTheTextureTellsProgress) {
+  Bitmap bitmap(6, 30, 24), texture(4, 10, 24);
+  const auto heard = [&](uint32_t mode, size_t stopAt, VnStatus expected) {
+    const StatusLog log(stopAt, -77);
+    EXPECT_EQ(Vn_UnderlayBitmap(bitmap, texture, mode), expected);
+    return log.percents();
+  };
+  std::vector<int32_t> percents = ExpectedPercents(10);
+  EXPECT_EQ(heard(UNDERLAY_TILE, 0, OK), percents);
+  const std::vector<int32_t> sizing = ExpectedPercents(30);
+  percents.insert(percents.end(), sizing.begin(), sizing.end());
+  EXPECT_EQ(heard(UNDERLAY_STRETCH, 0, OK), percents);
+  EXPECT_EQ(heard(UNDERLAY_STRETCH, 15, -77).size(), 15u);
+}
+
+TEST(Underlay, RefusesWhatItCannotTake) {
+  Bitmap bitmap(5, 5, 8), empty;
+  EXPECT_EQ(Vn_UnderlayBitmap(nullptr, bitmap, 9), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_UnderlayBitmap(empty, bitmap, 9), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_UnderlayBitmap(bitmap, nullptr, 9), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_UnderlayBitmap(bitmap, bitmap, 2), ERR_INVALID_PARAMETER);
+  // A run of the bitmap's own is closed.
+  ASSERT_EQ(Vn_StartDithering(bitmap, nullptr, 2), OK);
+  EXPECT_EQ(Vn_UnderlayBitmap(bitmap, bitmap, UNDERLAY_TILE), OK);
+  EXPECT_EQ(bitmap->DitherState, nullptr);
+}
+
+}  // namespace
+}  // namespace vn::test
