@@ -1,9 +1,9 @@
 // Row conversion between all pairs of depths, on the rows of a picture.
 #include <string>
 
+#include <vncore/vncore.h>
 #include "bench/against_memcpy.h"
 #include "kernel/pixel_format.h"
-#include "kernel/vncore.h"
 
 namespace vn::bench {
 namespace {

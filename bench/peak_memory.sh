@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Paints a 20000 by 20000 24-bit picture (1.2 GB) from a temporary file onto 1024 by 768, reduces it
 # to 8 bits into another temporary file, and prints the peak resident memory of the whole tool.
-# Fails above 48 MiB.
+# Fails above 48 MiB. Then mirrors and turns the like of it in its file.
 #
 #   bench/peak_memory.sh [BUILD_FOLDER]      files go to $TMPDIR, about 2.5 GB
 set -eu
@@ -35,4 +35,11 @@ for palette in fixed optimized; do
   check "to 8 bits, $palette palette" convert "$folder/chart.png" "$folder/out.png" \
     --low-memory --storage disk --depth 8 --palette $palette
 done
+# Mirrors and turns, which also have to keep to their times.
+"$build/bench/vncore_large_turns" || failed=1
+check "resampled to 30 %" convert "$folder/chart.png" "$folder/out.png" \
+  --low-memory --storage disk --resample 30%
+# Rows of a shear hold at most 32768 bytes, which 20000 pixels of 24 bits exceed.
+check "turned gray and sheared by 20 degrees" convert "$folder/chart.png" "$folder/out.png" \
+  --low-memory --storage disk --gray --shear 20
 exit $failed

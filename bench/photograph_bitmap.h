@@ -4,10 +4,10 @@
 
 #include <cstdlib>
 
+#include <vncore/vncore.h>
 #include "bench/against_memcpy.h"
 #include "bench/photograph.h"
 #include "kernel/guards.h"
-#include "kernel/vncore.h"
 
 namespace vn::bench {
 

@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <vector>
 
+#include <vncore/platform/headless/headless.h>
+#include <vncore/vncore.h>
 #include "kernel/guards.h"
-#include "kernel/vncore.h"
-#include "platform/headless/headless.h"
 
 namespace vn::bench {
 

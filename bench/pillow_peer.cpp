@@ -8,6 +8,7 @@
 #include <string>
 
 #include "bench/photograph.h"
+#include "bench/script_seconds.h"
 
 namespace vn::bench {
 namespace {
@@ -35,22 +36,16 @@ class PictureFile {
   bool written_ = false;
 };
 
-// Processor seconds of one reduction as the script tells them, or 0.
-double SecondsOfScript(const std::string& picture, const char* method) {
-  const std::string command =
+double SecondsOfReduction(const std::string& picture, const char* method) {
+  return SecondsOfScript(
       std::string(VNCORE_BENCH_PYTHON " " VNCORE_BENCH_PILLOW_SCRIPT " --seconds --method ") +
-      method + " '" + picture + "'";
-  FILE* answer = popen(command.c_str(), "r");
-  if (!answer) return 0;
-  double seconds = 0;
-  if (std::fscanf(answer, "%lf", &seconds) != 1) seconds = 0;
-  return pclose(answer) == 0 ? seconds : 0;
+      method + " '" + picture + "'");
 }
 
 void Pillow(benchmark::State& state, const char* method) {
   const PictureFile file;
   for (auto _ : state) {
-    const double seconds = file.Written() ? SecondsOfScript(file.Path(), method) : 0;
+    const double seconds = file.Written() ? SecondsOfReduction(file.Path(), method) : 0;
     if (seconds <= 0) {
       state.SkipWithError("Pillow gave no time");
       return;

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <vector>
 
+#include <vncore/vncore.h>
 #include "kernel/platform_objects.h"
-#include "kernel/vncore.h"
 #include "region/region_motion.h"
 #include "region/region_rows.h"
 #include "region/region_union.h"
