@@ -129,6 +129,11 @@ HEADLESS_TEST(Mirror, LeavesTheSameBytesInEveryStorage) {
 }
 #endif
 
+// As pixels: on Win32s a rectangle is stored row by row.
+PixelSet RegionPixels(BitmapHandle* bitmap) {
+  return PixelSet::Of(0, 70, {bitmap->Region->begin(), bitmap->Region->end()});
+}
+
 TEST(Mirror, TurnedBackIsTheSame) {
   Random random(73);
   const auto run = [&](BitmapHandle* bitmap, std::vector<size_t> motions) {
@@ -141,13 +146,12 @@ TEST(Mirror, TurnedBackIsTheSame) {
                   i & 1 ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST);
     FillRandom(bitmap, random);
     SelectSome(bitmap, random);
-    const RECT region = *bitmap->Region->begin();
+    const PixelSet region = RegionPixels(bitmap);
     const Pixels before = PixelsOf(bitmap);
     for (const size_t motion : {0, 1}) {
       run(bitmap, {motion, motion});
       EXPECT_EQ(PixelsOf(bitmap), before);
-      ASSERT_EQ(bitmap->Region->header.nCount, 1u);
-      EXPECT_EQ(Text(*bitmap->Region->begin()), Text(region));
+      EXPECT_TRUE(RegionPixels(bitmap) == region);
     }
     for (const auto& motions :
          {std::vector<size_t>{2, 2}, {3, 3, 3, 3}, {3, 4}, {3, 3, 2}, {0, 1, 2}}) {
