@@ -36,6 +36,13 @@ class Convert : public Command {
   Seen in_;
 };
 
+// Within the range of a channel.
+template <class Operation>
+Rgb PerChannel(Rgb d, Rgb s, Operation operation) {
+  const auto run = [&](int32_t a, int32_t b) { return std::clamp(operation(a, b), 0, 255); };
+  return {run(d.red, s.red), run(d.green, s.green), run(d.blue, s.blue)};
+}
+
 int32_t SlowGray(Rgb c) { return (2 * c.red + 5 * c.green + c.blue + 4) / 8; }
 
 TEST_F(Convert, OperationsMoveAndChangePixels) {
@@ -47,6 +54,15 @@ TEST_F(Convert, OperationsMoveAndChangePixels) {
   const auto dots = [&](const uint8_t(&matrix)[8][8], int32_t x, int32_t y, int32_t u, int32_t v) {
     return SlowGray(in_.At(x, y)) > matrix[v & 7][u & 7] ? kWhite : kBlack;
   };
+  const auto spot = [](int32_t x, int32_t y) { return x >= 7 && x < 27 && y >= 5 && y < 16; };
+  const auto shifted = [](Rgb c, Rgb texture) {
+    return PerChannel(c, texture,
+                      [g = SlowGray(texture) - 128](int32_t d, int32_t) { return d + g; });
+  };
+  Make("over.png", 20, 11, 4);
+  Make("two.png", kWidth, kHeight, 1);
+  ExpectRuns("convert in.png white.png --fill white");
+  const Seen over = Look("over.png"), two = Look("two.png");
   const struct {
     const char* options;
     int32_t width, height, bits;
@@ -104,6 +120,35 @@ TEST_F(Convert, OperationsMoveAndChangePixels) {
          return Rgb{cut(c.red), cut(c.green), cut(c.blue)};
        }},
       {"--depth 32", kWidth, kHeight, 24, at},
+      {"--region rect:7,5,20,11 --fill red --region color:#ff0000 --fill white", kWidth, kHeight,
+       24, [&](int32_t x, int32_t y) { return spot(x, y) ? kWhite : at(x, y); }},
+      {"--halftone ordered --region color:#000 --region rect:7,5,20,11,and --fill white", kWidth,
+       kHeight, 1,
+       [&](int32_t x, int32_t y) { return spot(x, y) ? kWhite : dots(OrderedMatrix, x, y, x, y); }},
+      {"--region rect:7,5,20,11 --fill red --region color:255,0,0,invert --clear", kWidth, kHeight,
+       24, [&](int32_t x, int32_t y) { return spot(x, y) ? kRed : kBlack; }},
+      {"--combine over.png,add,7,5", kWidth, kHeight, 24,
+       [&](int32_t x, int32_t y) {
+         if (!spot(x, y)) return at(x, y);
+         return PerChannel(at(x, y), over.At(x - 7, y - 5),
+                           [](int32_t d, int32_t s) { return d + s; });
+       }},
+      {"--combine over.png,not-file-and,-4,30", kWidth, kHeight, 24,
+       [&](int32_t x, int32_t y) {
+         if (x >= 16 || y < 30) return at(x, y);
+         return PerChannel(at(x, y), over.At(x + 4, y - 30),
+                           [](int32_t d, int32_t s) { return d & ~s; });
+       }},
+      {"--combine in.png,subtract-from --combine two.png,copy,2,1", kWidth, kHeight, 24,
+       [&](int32_t x, int32_t y) { return x < 2 || y < 1 ? kBlack : two.At(x - 2, y - 1); }},
+      {"--halftone ordered --combine white.png,not-picture-xor", kWidth, kHeight, 1,
+       [&](int32_t x, int32_t y) { return dots(OrderedMatrix, x, y, x, y); }},
+      {"--underlay over.png", kWidth, kHeight, 24,
+       [&](int32_t x, int32_t y) { return shifted(at(x, y), over.At(x % 20, y % 11)); }},
+      {"--region rect:7,5,20,11 --underlay over.png,stretch", kWidth, kHeight, 24,
+       [&](int32_t x, int32_t y) {
+         return spot(x, y) ? shifted(at(x, y), over.At(x * 20 / 61, y * 11 / 34)) : at(x, y);
+       }},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.options);
@@ -324,6 +369,13 @@ TEST_F(Convert, WrongValuesAreRefused) {
                                     "--region polygon:1,2,3,4",
                                     "--region blob:1,2,3,4",
                                     "--region rect:99999999,0,1,1",
+                                    "--region color:#12345",
+                                    "--region color:red,nor",
+                                    "--combine in.png,nand",
+                                    "--combine in.png,not-picture-copy",
+                                    "--combine in.png,and,1",
+                                    "--combine missing.png,and",
+                                    "--underlay missing.png,tile",
                                     "--fill nocolour",
                                     "--storage tape"}) {
     ExpectFails("convert in.png out.png " + options);

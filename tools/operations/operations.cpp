@@ -93,7 +93,8 @@ const std::vector<OperationKind>& OperationKinds() {
   static const std::vector<OperationKind> kinds = {
       {"--crop", "X,Y,W,H", "Keep a rectangle", ParseCrop},
       {"--scale", "WxH|N%", "Change the size, by nearest pixel", ParseScale},
-      {"--region", RegionForm(), "Confine what follows to a shape", ParseRegion},
+      {"--region", RegionForm(),
+       "Confine what follows to a shape, or to the pixels of exactly one colour", ParseRegion},
       {"--fill", "COLOUR", "Fill the region, or the whole picture", ParseFill},
       {"--clear", "", "Give the region, or the whole picture, pixel value 0",
        PlainOperation("--clear", &Vn_ClearBitmap)},

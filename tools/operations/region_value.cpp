@@ -14,7 +14,8 @@ using Shape = RegionValue::Shape;
 constexpr std::pair<const char*, Shape> kShapes[] = {{"rect", Shape::kRect},
                                                      {"ellipse", Shape::kEllipse},
                                                      {"polygon", Shape::kPolygon},
-                                                     {"roundrect", Shape::kRoundRect}};
+                                                     {"roundrect", Shape::kRoundRect},
+                                                     {"color", Shape::kColor}};
 
 constexpr std::pair<const char*, uint32_t> kModes[] = {
     {"and", REGION_COMBINE_AND},
@@ -47,10 +48,22 @@ bool RangeFits(Shape shape, const std::vector<int32_t>& numbers) {
   return small && (shape == Shape::kPolygon || (numbers[2] >= 0 && numbers[3] >= 0));
 }
 
+// The numbers of a shape, or nothing for text that does not give them.
+std::optional<std::vector<int32_t>> ParseNumbers(Shape shape, const std::string& text) {
+  if (shape == Shape::kColor) {
+    const auto color = ParseColor(text);
+    if (!color) return std::nullopt;
+    return std::vector<int32_t>{color->red, color->green, color->blue};
+  }
+  auto list = ParseNumberList(text);
+  if (!list || !CountFits(shape, list->size()) || !RangeFits(shape, *list)) return std::nullopt;
+  return list;
+}
+
 }  // namespace
 
 std::string RegionForm() {
-  return "rect:X,Y,W,H|ellipse:X,Y,W,H|polygon:X,Y,X,Y,...|roundrect:X,Y,W,H,CW,CH"
+  return "rect:X,Y,W,H|ellipse:X,Y,W,H|polygon:X,Y,X,Y,...|roundrect:X,Y,W,H,CW,CH|color:#RRGGBB"
          "[,and|or|xor|minus|reverse-minus|invert]";
 }
 
@@ -68,15 +81,16 @@ std::optional<RegionValue> ParseRegionValue(const std::string& text) {
       numbers.resize(last);
     }
   }
-  const auto list = ParseNumberList(numbers);
-  if (!list || !CountFits(*shape, list->size()) || !RangeFits(*shape, *list)) return std::nullopt;
-  value.numbers = *list;
+  auto list = ParseNumbers(*shape, numbers);
+  if (!list) return std::nullopt;
+  value.numbers = std::move(*list);
   return value;
 }
 
 VnStatus RegionValue::Set(BitmapHandle* bitmap) const {
   constexpr RegionTransform kAsSeen = {VIEW_TOP_FIRST, 1, 1, 1, 1, 0, 0};
   const std::vector<int32_t>& n = numbers;
+  if (shape == Shape::kColor) return Vn_SetBitmapRgnColor(bitmap, RGB(n[0], n[1], n[2]), combine);
   if (shape == Shape::kPolygon) {
     std::vector<POINT> points;
     for (size_t i = 0; i + 1 < n.size(); i += 2)

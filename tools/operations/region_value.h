@@ -1,4 +1,5 @@
-// Regions on the command line: a shape in the picture as seen, and how it joins the present one.
+// Regions on the command line: a shape in the picture as seen, or the pixels of one colour, and how
+// they join the present one.
 #ifndef VNCORE_TOOLS_REGION_VALUE_H
 #define VNCORE_TOOLS_REGION_VALUE_H
 
@@ -11,9 +12,10 @@
 namespace vn::tool {
 
 struct RegionValue {
-  enum class Shape { kRect, kEllipse, kPolygon, kRoundRect };
+  enum class Shape { kRect, kEllipse, kPolygon, kRoundRect, kColor };
   Shape shape;
-  std::vector<int32_t> numbers;  // X,Y,W,H; a polygon's points; a round rectangle's corner behind
+  // X,Y,W,H; a polygon's points; a round rectangle's corner behind; red, green, blue of a colour.
+  std::vector<int32_t> numbers;
   uint32_t combine = REGION_COMBINE_REPLACE;
 
   // Sets the bitmap's region.
