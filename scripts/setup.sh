@@ -6,8 +6,6 @@
 # Exit status 2: a package cannot be had here, and the last line names what is missing.
 set -eu
 
-export DEBIAN_FRONTEND=noninteractive
-
 packages=(cmake make g++ pkg-config)
 tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev libcli11-dev)
 for purpose in "$@"; do
@@ -36,20 +34,4 @@ for package in "${packages[@]}"; do
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
 
-as_root=()
-if [ "$(id -u)" -ne 0 ]; then
-  if ! command -v sudo >/dev/null; then
-    echo "setup: please install as root: ${missing[*]}" >&2
-    exit 2
-  fi
-  as_root=(sudo -n)
-fi
-
-echo "setup: installing ${missing[*]}"
-# Lists first: on a fresh machine there are none.
-"${as_root[@]}" apt-get update -qq </dev/null || true
-if ! "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null; then
-  echo "setup: could not install ${missing[*]}" >&2
-  exit 2
-fi
+exec "$(dirname "$0")/install_packages.sh" "${missing[@]}"

@@ -20,20 +20,11 @@ complete() {
 }
 
 install() {
-  command -v apt-get >/dev/null || unavailable "packages are missing and there is no apt-get"
-  as_root=
-  if [ "$(id -u)" != 0 ]; then
-    command -v sudo >/dev/null || unavailable "packages are missing, and only root installs them"
-    as_root=sudo
-  fi
-  export DEBIAN_FRONTEND=noninteractive
-  $as_root dpkg --add-architecture i386
-  # An index that cannot be fetched is no reason to stop: the packages may all be elsewhere.
-  $as_root apt-get update || true
-  # The release itself, since a 32-bit package must not be older than its 64-bit twin.
-  . /etc/os-release
-  $as_root apt-get -y -t "$VERSION_CODENAME" install --no-install-recommends \
-    cmake ninja-build g++-mingw-w64-i686-posix googletest wine wine32:i386 xvfb xauth ||
+  [ "$(dpkg --print-architecture)" = i386 ] || dpkg --print-foreign-architectures | grep -qx i386 ||
+    $([ "$(id -u)" = 0 ] || echo sudo -n) dpkg --add-architecture i386 ||
+    unavailable "packages are missing, and only root installs them"
+  scripts/install_packages.sh cmake ninja-build g++-mingw-w64-i686-posix googletest \
+    wine wine32:i386 xvfb xauth ||
     unavailable "the cross compiler and Wine could not be installed"
 }
 
