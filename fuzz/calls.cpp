@@ -6,9 +6,7 @@ namespace {
 
 uint32_t stepsLeft;
 
-VnStatus VN_CALL Stop(int32_t) { return stepsLeft-- == 0 ? VnStatus{77} : VnStatus{OK}; }
-
-}  // namespace
+VnStatus VN_CALL Stop(int32_t) { return stepsLeft-- == 0 ? kStop : VnStatus{OK}; }
 
 void MakeBitmap(World& world, Input& input) { world.Create(input); }
 
@@ -36,12 +34,31 @@ void SetStatus(World&, Input& input) {
   Vn_SetStatusCallBack(stepsLeft % 4 ? &Stop : nullptr);
 }
 
-void RunInput(const uint8_t* data, size_t size, const Call* calls, size_t count) {
+// Bitmaps, their fields, a region, and a status callback that stops.
+const Call kCommonCalls[] = {
+    &MakeBitmap,
+    &ChangeFields,
+    &SetStatus,
+    &Decoded<&Vn_SetBitmapRgnRect>,
+    &Decoded<&Vn_SetBitmapRgnEllipse>,
+    &Decoded<&Vn_FreeBitmap>,
+};
+static_assert(std::size(kCommonCalls) <= kFirstOwnCall);
+
+}  // namespace
+
+void RunInput(const uint8_t* data, size_t size, const Call* own, size_t count) {
   for (const bool win32s : {false, true}) {
     Input input(data, size);
     World world(win32s);
-    while (!input.Done())
-      calls[input.Below(count)](world, input);
+    while (!input.Done()) {
+      const size_t number = input.Below(kCallNumbers);
+      if (number < std::size(kCommonCalls)) {
+        kCommonCalls[number](world, input);
+      } else if (number >= kFirstOwnCall && number - kFirstOwnCall < count) {
+        own[number - kFirstOwnCall](world, input);
+      }
+    }
   }
 }
 

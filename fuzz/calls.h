@@ -2,11 +2,15 @@
 // from the bytes behind it.
 //
 // To join, a function whose arguments may be anything needs one line, Decoded<&Vn_Function>; one
-// with a contract (buffers, counts, rows) a line or two of its own. New calls go to the end of a
-// list: the numbers of the others then stay as the files of the corpus have them.
+// with a contract (buffers, counts, rows) a line or two of its own.
+//
+// A call has its number for good, since the files of the corpus are written in numbers: those that
+// all targets share count from 0, a target's own from kFirstOwnCall, and a number without a call
+// does nothing. New calls go to the end of a list.
 #ifndef VNCORE_FUZZ_CALLS_H
 #define VNCORE_FUZZ_CALLS_H
 
+#include <iterator>
 #include <tuple>
 #include <type_traits>
 
@@ -141,22 +145,21 @@ void Decoded(World& world, Input& input) {
   CallDecoded<function>(function, world, input);
 }
 
-// What every list begins with: bitmaps, their fields, a region, and a status callback that stops.
-#define VN_FUZZ_COMMON_CALLS                                              \
-  &MakeBitmap, &ChangeFields, &SetStatus, &Decoded<&Vn_SetBitmapRgnRect>, \
-      &Decoded<&Vn_SetBitmapRgnEllipse>, &Decoded<&Vn_FreeBitmap>
-void MakeBitmap(World& world, Input& input);
-void ChangeFields(World& world, Input& input);
-void SetStatus(World& world, Input& input);
+// What the status callback returns when it stops a function.
+constexpr VnStatus kStop = 77;
+
+constexpr size_t kCallNumbers = 64;
+constexpr size_t kFirstOwnCall = 16;
 
 // Runs the calls of an input in a world on Win32 and in one on Win32s.
-void RunInput(const uint8_t* data, size_t size, const Call* calls, size_t count);
+void RunInput(const uint8_t* data, size_t size, const Call* own, size_t count);
 
 // Makes a list of calls the target of this program.
-#define VN_FUZZ_TARGET(calls)                                               \
-  extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) { \
-    vn::fuzz::RunInput(data, size, calls, sizeof calls / sizeof calls[0]);  \
-    return 0;                                                               \
+#define VN_FUZZ_TARGET(calls)                                                          \
+  static_assert(std::size(calls) <= vn::fuzz::kCallNumbers - vn::fuzz::kFirstOwnCall); \
+  extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {            \
+    vn::fuzz::RunInput(data, size, calls, std::size(calls));                           \
+    return 0;                                                                          \
   }
 
 }  // namespace vn::fuzz

@@ -109,7 +109,6 @@ void ColorSpace(World&, Input& input) {
 }
 
 const Call kCalls[] = {
-    VN_FUZZ_COMMON_CALLS,
     &MakePalette,
     &ReadPalette,
     &ReadBitmapColors,
@@ -152,6 +151,10 @@ const Call kCalls[] = {
       if (Vn_CreateBitmapFixedPalette(bitmap)) bitmap->Flags |= FLAG_FIXED_PALETTE;
     },
     &Decoded<&Vn_DefaultDithering>,
+    // One byte for each value of a byte.
+    [](World&, Input& input) {
+      if (Vn_Get1BitOnTable()[input.Byte()] > 8) std::abort();
+    },
 };
 
 }  // namespace

@@ -31,14 +31,27 @@ void PutSegments(World& world, Input& input) {
   Vn_UnlockBitmap(bitmap, state);
 }
 
+// Rectangles that mostly meet, and flags of every group.
+void Combine(World& world, Input& input) {
+  BitmapHandle* const target = world.Bitmap(input);
+  BitmapHandle* const source = input.Below(8) == 7 ? nullptr : world.Bitmap(input);
+  const int32_t x = input.Number(), y = input.Number();
+  const int32_t width = input.Number(), height = input.Number();
+  const int32_t sourceX = input.Number(), sourceY = input.Number();
+  const uint32_t operands = input.Byte(), operation = input.Below(13), result = input.Below(5);
+  Vn_CombineBitmap(target, x, y, width, height, source, sourceX, sourceY,
+                   operands | operation << 8 | result << 12);
+}
+
 const Call kCalls[] = {
-    VN_FUZZ_COMMON_CALLS,
     &PutSegments,
     &Decoded<&Vn_FillBitmap>,
     &Decoded<&Vn_ClearBitmap>,
     &Decoded<&Vn_PutPixelColor>,
     &Decoded<&Vn_OffsetBitmapRgn>,
     &Decoded<&Vn_SetBitmapRgnHandle>,
+    &Combine,
+    &Decoded<&Vn_UnderlayBitmap>,
 };
 
 }  // namespace

@@ -10,19 +10,76 @@ namespace vn::fuzz {
 
 namespace {
 
-void PaintRealised(World& world, Input& input) {
+// The arguments that all paints share; the palette of the paint is realised as long as they live.
+struct Paint {
+  Paint(World& world, Input& input)
+      : bitmap(world.Bitmap(input)),
+        context(world.Device(input)),
+        palette(Vn_CreatePaintPalette(context, bitmap)),
+        before(palette ? SelectPalette(context, palette, FALSE) : nullptr),
+        source(world, input),
+        sourceClip(world, input),
+        target(world, input),
+        targetClip(world, input),
+        rasterOp(static_cast<uint32_t>(input.Number())) {
+    world.Keep(palette);
+    if (palette) RealizePalette(context);
+    if (input.Flag()) rasterOp = SRCCOPY;
+  }
+  Paint(const Paint&) = delete;
+  Paint& operator=(const Paint&) = delete;
+  ~Paint() {
+    if (palette) SelectPalette(context, before, FALSE);
+  }
+
+  // Calls one of the paints; `more` are the arguments that it has beyond the others.
+  template <class Function, class... More>
+  void Run(Function function, More... more) {
+    function(context, bitmap, source.get(), sourceClip.get(), target.get(), targetClip.get(),
+             rasterOp, more...);
+  }
+
+  BitmapHandle* bitmap;
+  HDC context;
+  HPALETTE palette, before;
+  Argument<const RECT*> source, sourceClip, target, targetClip;
+  uint32_t rasterOp;
+};
+
+void PaintRealised(World& world, Input& input) { Paint(world, input).Run(&Vn_PaintDC); }
+
+void PaintEffect(World& world, Input& input) {
+  Paint paint(world, input);
+  const uint32_t effect = input.Below(EFFECT_COUNT + 1);
+  paint.Run(input.Flag() ? &Vn_PaintRgnDCEffect : &Vn_PaintDCEffect, effect);
+}
+
+// The caller answers for the rows. Where the clip lets nothing through the bitmap stays locked.
+void PaintRows(World& world, Input& input) {
+  Paint paint(world, input);
+  if (paint.bitmap->BytesPerLine > 1 << 14) return;
+  const auto count = static_cast<int32_t>(input.Below(20));
+  const int32_t first = input.Number();
+  const auto rows = Buffer(input, paint.bitmap->BytesPerLine * static_cast<size_t>(count));
+  const int32_t state = Vn_LockBitmap(paint.bitmap);
+  paint.Run(input.Flag() ? &Vn_PaintRgnDCBuffer : &Vn_PaintDCBuffer, rows.get(), first, count);
+  Vn_UnlockBitmap(paint.bitmap, state);
+}
+
+// Draws on a bitmap's own pixels, and paints another one there.
+void DrawOnPixels(World& world, Input& input) {
   BitmapHandle* const bitmap = world.Bitmap(input);
-  const HDC context = world.Device(input);
-  const HPALETTE palette = Vn_CreatePaintPalette(context, bitmap);
-  world.Keep(palette);
-  const HPALETTE before = palette ? SelectPalette(context, palette, FALSE) : nullptr;
-  if (palette) RealizePalette(context);
-  Argument<const RECT*> source(world, input), sourceClip(world, input);
-  Argument<const RECT*> target(world, input), targetClip(world, input);
-  const auto rasterOp = static_cast<uint32_t>(input.Number());
-  Vn_PaintDC(context, bitmap, source.get(), sourceClip.get(), target.get(), targetClip.get(),
-             input.Flag() ? SRCCOPY : rasterOp);
-  if (palette) SelectPalette(context, before, FALSE);
+  const HDC context = Vn_CreateVornDC(bitmap);
+  if (!context) return;
+  BitmapHandle* const other = world.Bitmap(input);
+  Argument<const RECT*> target(world, input);
+  if (other != bitmap) {
+    Vn_PaintDC(context, other, nullptr, nullptr, target.get(), nullptr, SRCCOPY);
+  }
+  const int32_t x = input.Number(), y = input.Number();
+  const int32_t width = input.Number(), height = input.Number();
+  PatBlt(context, x, y, width, height, static_cast<DWORD>(input.Number()));
+  if (!Vn_DeleteVornDC(context)) std::abort();
 }
 
 // A block that says of itself what it likes.
@@ -44,6 +101,25 @@ void FromDib(World& world, Input& input) {
     GlobalUnlock(dib);
   }
   if (Vn_ChangeFromDIB(world.Fresh(), dib) != OK) GlobalFree(dib);
+}
+
+// A header whose colours and rows the caller answers for.
+void FromRows(World& world, Input& input) {
+  struct {
+    BITMAPINFOHEADER header = {};
+    RGBQUAD colors[256];
+  } info;
+  input.Fill(info.colors, sizeof info.colors);
+  const int32_t bits = input.OneOf({1, 4, 8, 16, 24, 32, 2});
+  const Size size = world.TakeSize(input, bits);
+  info.header.biSize = sizeof info.header;
+  info.header.biWidth = static_cast<LONG>(size.width);
+  info.header.biHeight = static_cast<LONG>(size.height);
+  info.header.biBitCount = static_cast<WORD>(bits);
+  const uint64_t stride = (uint64_t{size.width} * static_cast<uint32_t>(bits) + 31) / 32 * 4;
+  const uint64_t bytes = stride * size.height;
+  const auto rows = Buffer(input, bytes <= 1 << 20 ? static_cast<size_t>(bytes) : 0);
+  Vn_ConvertFromDIB(world.Fresh(), reinterpret_cast<const BITMAPINFO*>(&info), rows.get());
 }
 
 void ToDib(World& world, Input& input) {
@@ -71,11 +147,22 @@ void FromDeviceBitmap(World& world, Input& input) {
   convert(context, world.Fresh(), object, palette);
 }
 
-// A job on a small printer, of one or two calls of either way of printing.
+// For its length there is a small printer.
+class Printer {
+ public:
+  explicit Printer(Input& input) {
+    const Headless_Display page = {100, 80, input.OneOf({1, 4, 8, 24}), 0, 0, DT_RASPRINTER, 300};
+    const Headless_Printer printer = {"Printer,DRIVER,PORT:", page, page.bitsPerPixel == 1 ? 2 : 0};
+    Headless_SetPrinter(&printer);
+  }
+  Printer(const Printer&) = delete;
+  Printer& operator=(const Printer&) = delete;
+  ~Printer() { Headless_SetPrinter(nullptr); }
+};
+
+// A job of one or two calls of either way of printing.
 void Print(World& world, Input& input) {
-  const Headless_Display page = {100, 80, input.OneOf({1, 4, 8, 24}), 0, 0, DT_RASPRINTER, 300};
-  const Headless_Printer printer = {"Printer,DRIVER,PORT:", page, page.bitsPerPixel == 1 ? 2 : 0};
-  Headless_SetPrinter(&printer);
+  const Printer printer(input);
   HDC job = nullptr;
   for (int32_t last = input.Flag();; last = 1) {
     BitmapHandle* const bitmap = world.Bitmap(input);
@@ -87,11 +174,21 @@ void Print(World& world, Input& input) {
     if (!printed && job) DeleteDC(job);
     job = printed;
   }
-  Headless_SetPrinter(nullptr);
+}
+
+// The job that the thread keeps.
+void PrintInThread(World& world, Input& input) {
+  const Printer printer(input);
+  for (uint32_t left = input.Below(3); left > 0; --left) {
+    BitmapHandle* const bitmap = world.Bitmap(input);
+    const int32_t x = input.Number(), y = input.Number();
+    const int32_t width = input.Number(), height = input.Number();
+    Vn_PrintBitmap(bitmap, x, y, width, height, input.Flag());
+  }
+  Vn_PrintBitmap(nullptr, 0, 0, 0, 0, 1);
 }
 
 const Call kCalls[] = {
-    VN_FUZZ_COMMON_CALLS,
     &PaintRealised,
     &Decoded<&Vn_PaintDC>,
     &Decoded<&Vn_GetDitherFlags>,
@@ -128,6 +225,13 @@ const Call kCalls[] = {
       if (rect.get()) Vn_ScreenCaptureBitmap(context, world.Fresh(), rect.get());
     },
     &Print,
+    &PaintEffect,
+    &PaintRows,
+    &DrawOnPixels,
+    &FromRows,
+    &PrintInThread,
+    [](World& world, Input& input) { Vn_CopyToClipboard(nullptr, world.Bitmap(input)); },
+    &Decoded<&Vn_ClipboardReady>,
 };
 
 }  // namespace

@@ -33,7 +33,6 @@ void Segments(World& world, Input& input) {
 }
 
 const Call kCalls[] = {
-    VN_FUZZ_COMMON_CALLS,
     &Polygon,
     &Segments,
     &Decoded<&Vn_SetBitmapRgnHandle>,

@@ -94,7 +94,9 @@ void CopyRect(World& world, Input& input) {
 }
 
 void Memory(World&, Input& input) {
-  void* block = Vn_OsAllocInit(static_cast<uint32_t>(input.Number()), input.Below(2));
+  const auto first = static_cast<uint32_t>(input.Number());
+  const uint32_t kind = input.Below(3);
+  void* const block = kind < 2 ? Vn_OsAllocInit(first, kind) : Vn_OsAlloc(first);
   if (!block) return;
   const auto size = static_cast<uint32_t>(input.Number());
   if (size > 1 << 20) {
@@ -160,7 +162,6 @@ void Redirect(World&, Input& input) {
 }
 
 const Call kCalls[] = {
-    VN_FUZZ_COMMON_CALLS,
     &Allocate,
     &ChangeHeight,
     &MoveRow,
@@ -184,6 +185,14 @@ const Call kCalls[] = {
     &Decoded<&Vn_DefaultDithering>,
     &Decoded<&Vn_SetDefaultXResolution>,
     &Decoded<&Vn_SetDefaultYResolution>,
+    &Decoded<&Vn_GetDefaultXResolution>,
+    &Decoded<&Vn_GetDefaultYResolution>,
+    &Decoded<&Vn_GetStatusCallBack>,
+    // A thread's settings go with it, and are there again for one that comes.
+    [](World&, Input& input) {
+      DllMain(nullptr, input.Flag() ? DLL_THREAD_DETACH : DLL_THREAD_ATTACH, nullptr);
+      if (!DllMain(nullptr, DLL_THREAD_ATTACH, nullptr)) std::abort();
+    },
 };
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The tool's readers, fed with a file, and its option values, fed with text: an input that begins
-// as a picture does is one, and any other is lines of an operation's letter and value.
+// The tool's readers, fed with a file, and its options, fed with text: an input that begins as a
+// picture does is one, and any other is lines such as "--scale 50%".
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -8,11 +8,13 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "fuzz/world.h"
 #include "tools/formats/gimp_palette.h"
 #include "tools/formats/input_file.h"
 #include "tools/formats/picture.h"
+#include "tools/operations/geometry_operations.h"
 #include "tools/operations/load_bitmap.h"
 #include "tools/operations/operation.h"
 #include "tools/operations/option_values.h"
@@ -55,35 +57,61 @@ void ReadPicture(const std::string& path, Bitmap& bitmap) {
 }
 
 // Scaling to what takes longer than a moment.
-bool IsLong(const OperationKind& kind, const std::string& value) {
-  if (kind.option != "--scale") return false;
+bool IsLong(const std::string& option, const std::string& value) {
+  if (option != "--scale" && option != "--resample" && option != "--fit" &&
+      option != "--fill-box") {
+    return false;
+  }
   if (const auto size = ParseSize(value)) return int64_t{size->width} * size->height > 1 << 18;
   return std::atof(value.c_str()) > 1000;
 }
 
-// A letter chooses the option; the rest of the line is its value.
-void RunOperations(std::string_view text, Bitmap& bitmap) {
+// All that `vncore convert` can do to a picture.
+const std::vector<OperationKind>& Kinds() {
+  static const GeometrySettings settings;
+  static const std::vector<OperationKind> kinds = [] {
+    std::vector<OperationKind> all = OperationKinds();
+    for (const OperationKind& kind : GeometryKinds(&settings))
+      all.push_back(kind);
+    return all;
+  }();
+  return kinds;
+}
+
+// "@" is a picture of 2 by 2 pixels; other files stay unread.
+std::string NameFiles(std::string value) {
+  static const uint8_t kBmp[54 + 16] = {'B', 'M', 70, 0, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0, 40,
+                                        0,   0,   0,  2, 0, 0, 0, 2, 0, 0, 0,  1, 0, 24};
+  static const MemoryFile bmp(kBmp, sizeof kBmp);
+  std::replace(value.begin(), value.end(), '/', '_');
+  if (value.starts_with('@')) value = bmp.Path() + value.substr(1);
+  return value;
+}
+
+void RunOption(const std::string& option, const std::string& value, Bitmap& bitmap) {
+  ParseSize(value), ParseArea(value), ParseColor(value), ParseStorage(value);
+  for (const OperationKind& kind : Kinds()) {
+    if (kind.option != option || IsLong(option, value)) continue;
+    if (const auto operation = kind.parse(NameFiles(value))) (*operation)(bitmap);
+  }
+  for (const auto& setting : Reduction::Settings()) {
+    if (setting.option != option) continue;
+    Reduction reduction;
+    if (reduction.Take(option, NameFiles(value))) reduction.Build()(bitmap);
+  }
+}
+
+void RunOptions(std::string_view text, Bitmap& bitmap) {
   if (Vn_CreateBitmap(bitmap, STORAGE_AUTO, 40, 30, 24, ORDER_BGR, nullptr, VIEW_TOP_FIRST) != OK) {
     return;
   }
-  const auto& kinds = OperationKinds();
-  const auto& settings = Reduction::Settings();
   for (int left = 8; left > 0 && !text.empty(); --left) {
     const std::string line(text.substr(0, text.find('\n')));
     text.remove_prefix(std::min(text.size(), line.size() + 1));
-    if (line.empty()) continue;
-    const std::string value = line.substr(1);
-    const size_t which = static_cast<uint8_t>(line[0] - 'a') % (kinds.size() + settings.size());
-    ParseSize(value), ParseArea(value), ParseColor(value), ParseStorage(value);
-    if (which < kinds.size()) {
-      if (IsLong(kinds[which], value)) return;
-      if (const auto operation = kinds[which].parse(value)) (*operation)(bitmap);
-      // A picture that grew beyond what a moment does is not gone on with.
-      if (bitmap->DataSize > 1 << 20) return;
-    } else if (value.find('/') == value.npos) {
-      Reduction reduction;
-      if (reduction.Take(settings[which - kinds.size()].option, value)) reduction.Build()(bitmap);
-    }
+    const size_t space = line.find(' ');
+    RunOption(line.substr(0, space), space == line.npos ? "" : line.substr(space + 1), bitmap);
+    // A picture that grew beyond what a moment does is not gone on with.
+    if (bitmap->DataSize > 1 << 20) return;
   }
 }
 
@@ -98,7 +126,7 @@ void Run(const uint8_t* data, size_t size) {
   }
   if (!isPicture) {
     Bitmap other;
-    RunOperations({reinterpret_cast<const char*>(data), size}, other);
+    RunOptions({reinterpret_cast<const char*>(data), size}, other);
     NoFile sink;
     if (other->Flags & FLAG_ALLOCATED) SaveBitmap(other, sink);
   }

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include <vncore/platform/headless/headless.h>
+#include "kernel/picture_size.h"
 
 namespace vn::fuzz {
 
@@ -65,7 +66,8 @@ Size World::TakeSize(Input& input, int32_t bits) {
   if (bits < 1 || bits > 32) bits = 32;
   const uint64_t stride = (uint64_t{width} * static_cast<uint32_t>(bits) + 31) / 32 * 4;
   // Impossible ones are left to the library.
-  if (stride * height > 0xFFFFFFFFu || stride * height <= kMostBytes) return {width, height};
+  const bool possible = SizeFits(static_cast<int32_t>(width), static_cast<int32_t>(height), bits);
+  if (!possible || stride * height <= kMostBytes) return {width, height};
   if (stride > kMostBytes) return {kMostBytes * 8 / static_cast<uint32_t>(bits), 1};
   return {width, static_cast<uint32_t>(kMostBytes / stride)};
 }
