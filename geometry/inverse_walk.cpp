@@ -4,8 +4,6 @@
 #include <cstdlib>
 #include <limits>
 
-#include "geometry/fixed_sine.h"
-
 namespace vn {
 namespace {
 
@@ -56,6 +54,11 @@ int64_t WalkCoordinate::Lag(int32_t step) const {
   if (step == 0) return std::numeric_limits<int64_t>::max();
   const int64_t behind = step < 0 ? fraction : -int64_t{fraction};
   return behind > 0 ? CeilingOf(behind, std::abs(step)) : 0;
+}
+
+int32_t FoldedAngle(int32_t rotation) {
+  const int32_t folded = static_cast<int32_t>(0u - static_cast<uint32_t>(rotation)) % kFullTurn;
+  return folded < 0 ? folded + kFullTurn : folded;
 }
 
 InverseWalk::InverseWalk(PictureSize source, PictureSize destination, int32_t angle)

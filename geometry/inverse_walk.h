@@ -5,7 +5,11 @@
 
 #include <cstdint>
 
+#include "geometry/fixed_sine.h"
+
 namespace vn {
+
+inline constexpr int32_t kFullTurn = 36000;  // in hundredths of a degree
 
 // A coordinate on its way: whole pixels, and a fraction of 14 bits with a sign of its own, below
 // one pixel in size. A step adds to the fraction; at a full pixel in either direction that pixel is
@@ -18,7 +22,15 @@ struct WalkCoordinate {
 
   // `value` in fixed point, truncated toward zero, from `origin` on.
   static WalkCoordinate At(int32_t value, int32_t origin);
-  // After `count` steps of at most one pixel each.
+  // Takes one step of at most one pixel. True when it carried.
+  bool Step(int32_t step) {
+    fraction += step;
+    const int32_t carried = Trunc14(fraction);  // 1, -1 or 0
+    fraction -= carried * kFixedOne;
+    whole += carried;
+    return carried != 0;
+  }
+  // After `count` such steps.
   WalkCoordinate After(int64_t count, int32_t step) const;
   // Steps for which it lags; INT64_MAX for ever, which is so for a step of 0.
   int64_t Lag(int32_t step) const;
@@ -43,9 +55,17 @@ struct PictureSize {
   int32_t width, height;
 };
 
+// A rotation's angle against which its walk runs, 0 to 35999: a positive rotation is clockwise where
+// row 0 is on top.
+int32_t FoldedAngle(int32_t rotation);
+// The angle of that walk in storage coordinates, 0 to 36000.
+constexpr int32_t WalkAngle(int32_t folded, bool bottomFirst) {
+  return bottomFirst ? kFullTurn - folded : folded;
+}
+
 class InverseWalk {
  public:
-  // `angle`, 0 to 36000, is that of the walk: it runs against the rotation where rows rise downward.
+  // `angle` is that of the walk, 0 to 36000.
   InverseWalk(PictureSize source, PictureSize destination, int32_t angle);
 
   // Size of the box that holds a picture turned by the angle of a walk. Its centre is a half rounded

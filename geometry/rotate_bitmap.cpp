@@ -9,15 +9,6 @@
 
 namespace {
 
-constexpr int32_t kFullTurn = 36000;
-
-// The angle against which the walk runs, 0 to 35999: a positive rotation is clockwise where row 0 is
-// on top.
-int32_t Folded(int32_t angle) {
-  const int32_t folded = static_cast<int32_t>(0u - static_cast<uint32_t>(angle)) % kFullTurn;
-  return folded < 0 ? folded + kFullTurn : folded;
-}
-
 // No turn at all is heard as one unit of work.
 VnStatus TellOnly(int32_t statusStart, int32_t statusEnd) {
   vn::Progress progress(1, statusStart, statusEnd);
@@ -27,7 +18,7 @@ VnStatus TellOnly(int32_t statusStart, int32_t statusEnd) {
 
 VnStatus RotateByWalk(BitmapHandle* bitmap, int32_t angle, int32_t folded, bool resize,
                       COLORREF fillColor, int32_t statusStart, int32_t statusEnd) {
-  const int32_t walkAngle = bitmap->ViewOrigin == VIEW_BOTTOM_FIRST ? kFullTurn - folded : folded;
+  const int32_t walkAngle = vn::WalkAngle(folded, bitmap->ViewOrigin == VIEW_BOTTOM_FIRST);
   const vn::PictureSize old = {bitmap->Width, bitmap->Height};
   const vn::PictureSize size = resize ? vn::InverseWalk::BoundingBox(old, walkAngle) : old;
   vn::ReplacementBitmap turned(bitmap);
@@ -51,7 +42,7 @@ VnStatus VN_CALL Vn_IntRotateBitmapFine(BitmapHandle* bitmap, int32_t angle, int
                                         COLORREF fillColor, int32_t statusStart,
                                         int32_t statusEnd) {
   if (!vn::HoldsItsPixels(bitmap)) return ERR_NO_BITMAP;
-  const int32_t folded = Folded(angle);
+  const int32_t folded = vn::FoldedAngle(angle);
   // A quarter turn that keeps the size of an oblong picture cuts it off, by the walk.
   const bool whole = resize || bitmap->Width == bitmap->Height;
   if (folded == 9000 && whole) {
