@@ -18,29 +18,38 @@ constexpr uint32_t kBlockRows = 32;
 uint32_t BlockColumns(int32_t bits) { return bits < 8 ? 512 : 256; }
 constexpr uint32_t kMostBlockBytes = 256 * 4;
 
-// Tiles of pictures in files, and the blocks in them, are square. The edge of the smallest is that
-// for which no memory is asked; its box in the source is at most this large, at any angle.
+// Tiles of pictures in files are twice as wide as high: the first write of a piece of a row costs more
+// than a read. Those for which no memory is asked are square; their box in the source is at most
+// this large, at any angle.
 constexpr uint32_t kFileTileBytes = 4u << 20;
 constexpr uint32_t kSmallEdge = 32;
 constexpr uint32_t kSmallBoxEdge = 64;
 
-// Edge of the box that holds every source pixel of a square of the result: its span, a margin for
-// the rounding of either end, and the pixels of a byte that the box begins with.
-uint32_t BoxEdge(const InverseWalk& walk, uint32_t edge) {
-  const auto steps =
-      static_cast<uint64_t>(std::abs(walk.stepX())) + static_cast<uint64_t>(std::abs(walk.stepY()));
-  return static_cast<uint32_t>((steps * edge >> 14) + 8 + 8);
+struct TileSize {
+  uint32_t rows, columns;
+  uint64_t Bytes(int32_t bits) const { return uint64_t{PixelTile::RowBytes(bits, columns)} * rows; }
+};
+
+// The box that holds every source pixel of a tile of the result: its span, a margin for the rounding
+// of either end, and the pixels of a byte that the box begins with.
+TileSize BoxOf(const InverseWalk& walk, TileSize tile) {
+  const auto span = [](int32_t step, uint32_t count) {
+    return static_cast<uint64_t>(std::abs(step)) * count;
+  };
+  const auto edge = [](uint64_t spans) { return static_cast<uint32_t>((spans >> 14) + 8 + 8); };
+  return {edge(span(walk.stepY(), tile.columns) + span(walk.stepX(), tile.rows)),
+          edge(span(walk.stepX(), tile.columns) + span(walk.stepY(), tile.rows))};
 }
 
-// The largest that its bytes allow, and no larger than what is there to turn.
-uint32_t FileEdge(const InverseWalk& walk, int32_t bits, uint32_t most) {
-  uint32_t edge = kBlockRows;
-  while (edge < most) {
-    const uint32_t box = BoxEdge(walk, edge + kBlockRows);
-    if (uint64_t{PixelTile::RowBytes(bits, box)} * box > kFileTileBytes) break;
-    edge += kBlockRows;
+// The largest tile that the bytes of its box allow, and no higher than what is there to turn.
+TileSize FileTile(const InverseWalk& walk, int32_t bits, uint32_t most) {
+  TileSize tile = {kBlockRows, 2 * kBlockRows};
+  while (tile.rows < most) {
+    const TileSize larger = {tile.rows + kBlockRows, tile.columns + 2 * kBlockRows};
+    if (BoxOf(walk, larger).Bytes(bits) > kFileTileBytes) break;
+    tile = larger;
   }
-  return edge;
+  return tile;
 }
 
 class FineRotation {
@@ -82,11 +91,11 @@ class FineRotation {
     tileRows_ = kBlockRows;
     tileColumns_ = width_;
     if (source_.InMemory() && target_.InMemory()) return;
-    const uint32_t edge = FileEdge(walk_, bits_, std::max(width_, height_));
-    tileRows_ = tileColumns_ = edge;
-    const uint32_t box = BoxEdge(walk_, edge);
-    if ((source_.InMemory() || source_.Allocate(PixelTile::RowBytes(bits_, box) * box)) &&
-        (target_.InMemory() || target_.Allocate(PixelTile::RowBytes(bits_, edge) * edge))) {
+    const TileSize tile = FileTile(walk_, bits_, std::max(width_, height_));
+    tileRows_ = tile.rows;
+    tileColumns_ = tile.columns;
+    if ((source_.InMemory() || source_.Allocate(BoxOf(walk_, tile).Bytes(bits_))) &&
+        (target_.InMemory() || target_.Allocate(tile.Bytes(bits_)))) {
       return;
     }
     tileRows_ = tileColumns_ = kSmallEdge;
@@ -139,7 +148,8 @@ class FineRotation {
     for (uint32_t done = 0; done < columns; done += blockColumns) {
       const uint32_t count = std::min(blockColumns, columns - done);
       for (uint32_t i = 0; i < rows; ++i) {
-        if (source_.InMemory()) Prefetch(lines_[i], tileColumn_ + done + blockColumns);
+        Prefetch(lines_[i], tileColumn_ + std::min(done + blockColumns, columns),
+                 tileColumn_ + columns);
         uint8_t* at = target_.Row(row + i - tileRow_) + ByteOfColumn(bits_, done);
         TurnPiece(lines_[i], tileColumn_ + done, count, at);
       }
@@ -148,16 +158,17 @@ class FineRotation {
 
   // Asks for the source pixels of the next block's row. A walk leaves every source row after a few
   // cache lines, so that the processor does not see by itself where it goes.
-  void Prefetch(const WalkRow& line, uint32_t column) const {
+  void Prefetch(const WalkRow& line, uint32_t column, uint32_t end) const {
     const int64_t first = std::max<int64_t>(column, line.inside.first);
-    const int64_t last = std::min<int64_t>(column + BlockColumns(bits_), line.inside.end);
+    const int64_t last =
+        std::min<int64_t>(std::min(column + BlockColumns(bits_), end), line.inside.end);
     if (first >= last) return;
     const int64_t apart = 384 / bits_;  // pixels, in less than a line of 64 bytes
     const WalkCoordinate x = walk_.ColumnAt(line, first), y = walk_.RowAt(line, first);
     int64_t column14 = x.whole * kFixedOne, row14 = y.whole * kFixedOne;
     for (int64_t at = first; at < last; at += apart) {
-      const uint8_t* row = source_.Row(0) + (row14 >> 14) * source_.Stride();
-      __builtin_prefetch(row + (column14 >> 14) * bits_ / 8, 0, 2);
+      const uint8_t* row = source_.Row(0) + ((row14 >> 14) - boxRow_) * source_.Stride();
+      __builtin_prefetch(row + ((column14 >> 14) - boxColumn_) * bits_ / 8, 0, 2);
       column14 += apart * walk_.stepX();
       row14 += apart * walk_.stepY();
     }

@@ -21,7 +21,7 @@ class PixelTile {
 
   bool InMemory() const { return base_ != nullptr; }
   // For a bitmap in a file: a buffer for the largest tile, from the heap or the caller's own.
-  bool Allocate(uint32_t bytes) {
+  bool Allocate(size_t bytes) {
     owned_ = ScratchBuffer<uint8_t>(bytes);
     buffer_ = owned_.data();
     return buffer_ != nullptr;
