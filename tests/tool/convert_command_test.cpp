@@ -276,12 +276,16 @@ TEST_F(Convert, OtherFormatsHoldTheResult) {
   }
 }
 
-#ifdef VNCORE_TOOL_JPEG
+#if defined(VNCORE_TOOL_JPEG) && defined(VNCORE_TOOL_TIFF)
 // A photograph comes upright by the number in its Exif block, in both orders of bytes, and a block
-// that says nothing clear changes nothing.
+// that says nothing clear changes nothing; a TIFF file by the number in its directory.
 TEST_F(Convert, PhotographsComeUpright) {
   ExpectRuns("convert in.png upright.jpg");
+  ExpectRuns("convert upright.jpg upright.tif");
   const std::string jpeg = ReadFile(work_.File("upright.jpg"));
+  std::string scan = ReadFile(work_.File("upright.tif"));
+  const size_t tag = scan.find(std::string("\x12\x1\x3\0\x1\0\0\0", 8));
+  ASSERT_NE(tag, std::string::npos);
   const auto exif = [&](const std::string& tiff) {
     const std::string block = std::string("Exif\0\0", 6) + tiff;
     const auto size = static_cast<char>(block.size() + 2);
@@ -302,13 +306,17 @@ TEST_F(Convert, PhotographsComeUpright) {
                                  "--rotate 270"};
   for (int i = 0; i < 8; ++i) {
     SCOPED_TRACE(upright[i]);
+    scan[tag + 8] = static_cast<char>(i + 1);
     WriteFile(work_.File("held.jpg"), exif(block(static_cast<char>(i + 1), i % 2)));
-    ExpectRuns("convert held.jpg out.png");
-    ExpectRuns("convert upright.jpg expected.png " + std::string(upright[i]));
-    EXPECT_TRUE(ReadFile(work_.File("out.png")) == ReadFile(work_.File("expected.png")));
-    ExpectRuns("convert held.jpg out.png --ignore-orientation");
-    ExpectRuns("convert upright.jpg expected.png");
-    EXPECT_TRUE(ReadFile(work_.File("out.png")) == ReadFile(work_.File("expected.png")));
+    WriteFile(work_.File("held.tif"), scan);
+    for (const std::string held : {"held.jpg", "held.tif"}) {
+      ExpectRuns("convert " + held + " out.png");
+      ExpectRuns("convert upright.jpg expected.png " + std::string(upright[i]));
+      EXPECT_TRUE(ReadFile(work_.File("out.png")) == ReadFile(work_.File("expected.png")));
+      ExpectRuns("convert " + held + " out.png --ignore-orientation");
+      ExpectRuns("convert upright.jpg expected.png");
+      EXPECT_TRUE(ReadFile(work_.File("out.png")) == ReadFile(work_.File("expected.png")));
+    }
   }
   const std::string good = block(6, false);
   for (const std::string& bad :

@@ -152,7 +152,7 @@ void AddConvertCommand(CLI::App& app) {
   convert->add_flag("--keep-size", options->geometry.keepSize,
                     "Pictures keep their size when they are turned: corners are cut off");
   convert->add_flag("--ignore-orientation", options->read.ignoreOrientation,
-                    "Leave photographs as the camera held them");
+                    "Leave photographs and scans as they lie in the file");
   convert->callback([convert, options] {
     options->read.background = options->geometry.background;
     Convert(*options, OperationsOf(*convert, *options));

@@ -22,7 +22,8 @@ struct PictureInfo {
   std::vector<RGBQUAD> colors;  // up to 8 bits: 2 to the power `bits` entries
   int32_t xDotsPerInch = 0;     // 0: the file does not say
   int32_t yDotsPerInch = 0;
-  int32_t orientation = 1;  // 1 to 8: how Exif says that the camera was held; 1 is upright
+  int32_t orientation =
+      1;  // 1 to 8, as Exif counts: how the picture is to be turned; 1: not at all
 };
 
 class PictureSource {
@@ -54,7 +55,7 @@ class PictureSink {
 // How a picture is to be seen.
 struct ReadOptions {
   Rgb background{255, 255, 255};   // under transparent pixels
-  bool ignoreOrientation = false;  // as the camera held it, not upright
+  bool ignoreOrientation = false;  // as it lies in the file, not upright
 };
 
 // Opens the picture in file `path`; the format is told by its first bytes.

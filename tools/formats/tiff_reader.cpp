@@ -61,7 +61,7 @@ bool IsTiff(const InputFile& file) {
 TiffReader::TiffReader(std::unique_ptr<InputFile> file, const ReadOptions& options)
     : input_(std::move(file)), background_(options.background) {
   const Header header = ReadHeader();
-  TakeOrientation();
+  if (!options.ignoreOrientation) TakeOrientation();
   TakeResolution();
   // Before anyone allocates rows of that width; again, once the depth is known.
   RequirePossibleSize(input_.Path(), header.shape.width, header.shape.height, 1);
@@ -102,13 +102,11 @@ TiffReader::Header TiffReader::ReadHeader() const {
   return header;
 }
 
+// The numbers are those of Exif. Rows from the bottom up need no turning afterwards.
 void TiffReader::TakeOrientation() {
   const auto orientation = input_.Field<uint16_t>(TIFFTAG_ORIENTATION);
-  if (orientation != ORIENTATION_TOPLEFT && orientation != ORIENTATION_BOTLEFT) {
-    input_.Fail("mirrored and turned pictures are not read (orientation " +
-                std::to_string(orientation) + ")");
-  }
   bottomUp_ = orientation == ORIENTATION_BOTLEFT;
+  if (!bottomUp_) info_.orientation = orientation;
 }
 
 void TiffReader::TakeResolution() {
