@@ -66,11 +66,12 @@ Band::Band(const PaintJob& job, const Form& form, BitmapInfo256* info)
   info->header.biBitCount = static_cast<WORD>(form.bits);
 }
 
-void Band::Commit(int32_t y) {
-  last_ = next_;
-  next_ += stride_;
+void Band::CommitRows(uint32_t rows, int32_t y) {
+  next_ += size_t{rows} * stride_;
+  last_ = next_ - stride_;
   y_ = y;
-  if (++count_ == capacity_) Send();
+  count_ += rows;
+  if (count_ == capacity_) Send();
 }
 
 void Band::Send() {

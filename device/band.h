@@ -45,6 +45,9 @@ class Band {
   // Where the next row is to be written.
   uint8_t* Row() const { return next_; }
   uint32_t Stride() const { return stride_; }
+  // Where the row behind the next `n` is to be written, and how many rows fit in front of a sending.
+  uint8_t* RowAt(uint32_t n) const { return next_ + size_t{n} * stride_; }
+  uint32_t Room() const { return capacity_ - count_; }
   // Writes the row before once more: it outlives its band.
   void RepeatRow() {
     if (next_ != last_) std::memcpy(next_, last_, stride_);
@@ -52,7 +55,9 @@ class Band {
 
   // The row at Row() stands complete and belongs to device row `y`, one above the row before it. A
   // full band goes out.
-  void Commit(int32_t y);
+  void Commit(int32_t y) { CommitRows(1, y); }
+  // The same of `rows` rows, at most Room(), of which the last belongs to device row `y`.
+  void CommitRows(uint32_t rows, int32_t y);
   // Sends what remains.
   void Finish() {
     if (count_) Send();

@@ -5,11 +5,15 @@
 
 #include <vncore/vncore.h>
 #include "device/dib_layout.h"
+#include "device/from_dib.h"
 #include "device/global_memory.h"
 #include "device/paint_plan.h"
 #include "kernel/guards.h"
+#include "kernel/owned_bitmap.h"
+#include "kernel/picture_size.h"
 #include "kernel/pixel_format.h"
 #include "kernel/platform_objects.h"
+#include "kernel/thread_settings.h"
 
 namespace vn {
 namespace {
@@ -34,29 +38,58 @@ HBITMAP CopyToDevice(HDC like, BitmapHandle* bitmap) {
   return object.Release();
 }
 
-// A DIB of what the object shows; 0 with `*status` when there is no memory, and when it cannot be
-// read.
-HGLOBAL ReadObject(HDC hDC, HBITMAP object, const BITMAP& shape, HPALETTE palette,
-                   VnStatus* status) {
+// An object that is to be read through a context.
+struct DeviceImage {
+  HDC context;
+  HBITMAP object;
+  HPALETTE palette;  // or null
   BITMAPINFOHEADER header;
-  FillDibHeader(&header, shape.bmWidth, shape.bmHeight, shape.bmPlanes * shape.bmBitsPixel);
-  const uint64_t image =
-      uint64_t{StrideOf(static_cast<uint32_t>(shape.bmWidth), header.biBitCount)} *
-      static_cast<uint32_t>(shape.bmHeight);
-  OwnedGlobal dib = OwnedGlobal::OfSize(DibPixelOffset(header) + image);
-  GlobalAddress block(dib.get());
-  if (!block) {
-    *status = ERR_NO_MEMORY;
-    return nullptr;
+
+  // All rows to `pixels`, and the colours behind the header of `info`. False when it cannot be read.
+  bool Read(BITMAPINFO* info, uint8_t* pixels) const {
+    const SelectedPalette realized(context, palette);
+    return GetDIBits(context, object, 0, static_cast<UINT>(header.biHeight), pixels, info,
+                     DIB_RGB_COLORS) != 0;
   }
-  std::memcpy(block.get(), &header, sizeof header);
-  const SelectedPalette realized(hDC, palette);
-  const int lines = GetDIBits(hDC, object, 0, static_cast<UINT>(shape.bmHeight),
-                              block.get() + DibPixelOffset(header),
-                              reinterpret_cast<BITMAPINFO*>(block.get()), DIB_RGB_COLORS);
+};
+
+// By way of a DIB, whose block becomes the storage.
+VnStatus ReadIntoBlock(BitmapHandle* bitmap, const DeviceImage& image) {
+  const uint64_t offset = DibPixelOffset(image.header);
+  const uint64_t rows =
+      uint64_t{StrideOf(static_cast<uint32_t>(image.header.biWidth), image.header.biBitCount)} *
+      static_cast<uint32_t>(image.header.biHeight);
+  OwnedGlobal dib = OwnedGlobal::OfSize(offset + rows);
+  GlobalAddress block(dib.get());
+  if (!block) return ERR_NO_MEMORY;
+  std::memcpy(block.get(), &image.header, sizeof image.header);
+  if (!image.Read(reinterpret_cast<BITMAPINFO*>(block.get()), block.get() + offset)) {
+    return ERR_INVALID_PARAMETER;
+  }
   block.Unlock();
-  *status = ERR_INVALID_PARAMETER;
-  return lines ? dib.Release() : nullptr;
+  const VnStatus status = Vn_ChangeFromDIB(bitmap, dib.get());
+  if (status == OK) dib.Release();
+  return status;
+}
+
+// Straight into the storage: what the way through a DIB comes to, without a second copy.
+VnStatus ReadIntoStorage(BitmapHandle* bitmap, const DeviceImage& image) {
+  OwnedBitmap made;
+  const BITMAPINFOHEADER& header = image.header;
+  VnStatus status = Vn_InitBitmap(made, static_cast<uint32_t>(header.biWidth),
+                                  static_cast<uint32_t>(header.biHeight), header.biBitCount);
+  if (status == OK) status = Vn_AllocateBitmap(made, STORAGE_AUTO);
+  if (status != OK) return status;
+  BitmapInfo256 info{};
+  info.header = header;
+  {
+    const BitmapLock lock(made);
+    if (!image.Read(reinterpret_cast<BITMAPINFO*>(&info), made->Bits)) return ERR_INVALID_PARAMETER;
+  }
+  TakeDibHead(made, info.colors, {});
+  *bitmap = *made.get();
+  *made.get() = {};
+  return OK;
 }
 
 }  // namespace
@@ -78,13 +111,17 @@ HBITMAP VN_CALL Vn_ChangeToDDB(HDC hDC, BitmapHandle* bitmap) {
 VnStatus VN_CALL Vn_ConvertFromDDB(HDC hDC, BitmapHandle* bitmap, HBITMAP object,
                                    HPALETTE palette) {
   BITMAP shape = {};
-  if (!object || !GetObjectA(object, sizeof shape, &shape)) return ERR_INVALID_PARAMETER;
-  VnStatus status;
-  const HGLOBAL dib = vn::ReadObject(hDC, object, shape, palette, &status);
-  if (!dib) return status;
-  status = Vn_ChangeFromDIB(bitmap, dib);
-  if (status != OK) GlobalFree(dib);
-  return status;
+  // Objects of other kinds give fewer bytes.
+  constexpr int kWhole = sizeof shape;
+  if (!bitmap || !object || GetObjectA(object, kWhole, &shape) != kWhole) {
+    return ERR_INVALID_PARAMETER;
+  }
+  vn::DeviceImage image{hDC, object, palette, {}};
+  vn::FillDibHeader(&image.header, shape.bmWidth, shape.bmHeight,
+                    shape.bmPlanes * shape.bmBitsPixel);
+  // Rows that widen can be too long where the object's are not.
+  if (!vn::SizeFits(shape.bmWidth, shape.bmHeight, image.header.biBitCount)) return ERR_NO_MEMORY;
+  return vn::OnWin32s() ? vn::ReadIntoBlock(bitmap, image) : vn::ReadIntoStorage(bitmap, image);
 }
 
 VnStatus VN_CALL Vn_ChangeFromDDB(HDC hDC, BitmapHandle* bitmap, HBITMAP object, HPALETTE palette) {

@@ -116,14 +116,18 @@ VnStatus TakeDib(BitmapHandle* bitmap, HGLOBAL dib, GlobalAddress* block, Foreig
     status = CopyBlock(bitmap, dib, block, found.PixelOffset());
     if (status != OK) return status;
   }
-  std::memcpy(bitmap->DibColors, colors, sizeof colors);
-  found.resolution.ReplaceZeros();
-  found.resolution.Apply(bitmap);
-  if (bitmap->ColorCount > 0) Vn_CreateBitmapTruePalette(bitmap);
+  TakeDibHead(bitmap, colors, found.resolution);
   return OK;
 }
 
 }  // namespace
+
+void TakeDibHead(BitmapHandle* bitmap, const RGBQUAD* colors, DibResolution resolution) {
+  std::memcpy(bitmap->DibColors, colors, sizeof bitmap->DibColors);
+  resolution.ReplaceZeros();
+  resolution.Apply(bitmap);
+  if (bitmap->ColorCount > 0) Vn_CreateBitmapTruePalette(bitmap);
+}
 
 VnStatus GlobalDibToBitmap(BitmapHandle* bitmap, HGLOBAL dib) {
   if (!dib) return ERR_NO_BITMAP;

@@ -23,7 +23,28 @@ struct FetchedColumns {
   }
 };
 
-// From the bottom line up. The pattern counts in source coordinates.
+// Rows that go out as they are, from the bottom line up. Those of a band are read as they lie in
+// storage, be the picture's lines in that order or in the other.
+void PaintStoredRows(const PaintJob& job, const ShiftMapping& mapping,
+                     const FetchedColumns& columns, Band* band) {
+  const RowSource source(job);
+  int32_t y = mapping.device.bottom;
+  for (int32_t line = mapping.source.bottom; line > mapping.source.top;) {
+    const uint32_t left = static_cast<uint32_t>(line) - static_cast<uint32_t>(mapping.source.top);
+    const uint32_t count = std::min(band->Room(), left);
+    for (uint32_t i = 0; i < count; ++i) {
+      const uint32_t n = job.BottomFirst() ? i : count - 1 - i;
+      const int64_t row = UnscaledStorageRow(job, line - 1 - static_cast<int32_t>(n));
+      source.Fetch(row, columns.span.start, columns.span.bytes, band->RowAt(n));
+    }
+    line -= static_cast<int32_t>(count);
+    y -= static_cast<int32_t>(count);
+    band->CommitRows(count, y);
+  }
+  band->Finish();
+}
+
+// Rows that are worked on, from the bottom line up. The pattern counts in source coordinates.
 void PaintRows(const PaintJob& job, const ShiftMapping& mapping, const FetchedColumns& columns,
                const RowOutput& output, uint8_t* fetched, Band* band) {
   const RowSource source(job);
@@ -33,13 +54,9 @@ void PaintRows(const PaintJob& job, const ShiftMapping& mapping, const FetchedCo
     --line;
     --y;
     const int64_t row = UnscaledStorageRow(job, line);
-    if (output.Direct()) {
-      source.Fetch(row, columns.span.start, columns.span.bytes, band->Row());
-    } else {
-      output.Write(band->Row(), source.Read(row, columns.span.start, columns.span.bytes, fetched),
-                   columns.skip, columns.skip + mapping.Columns(),
-                   static_cast<uint32_t>(lines.left), line);
-    }
+    output.Write(band->Row(), source.Read(row, columns.span.start, columns.span.bytes, fetched),
+                 columns.skip, columns.skip + mapping.Columns(), static_cast<uint32_t>(lines.left),
+                 line);
     band->Commit(y);
   }
   band->Finish();
@@ -67,7 +84,11 @@ VnStatus PaintUnscaled(const PaintJob& job, int32_t deviceBits, int32_t kind) {
   Band band(job, {output.Bits(), mapping.device.left, width + skip, skip, mapping.Rows()}, info);
   if (!band) return ERR_NO_MEMORY;
   band.SetUsage(SetBandColors(info, job.bitmap, output.Bits(), output.Dithers()));
-  PaintRows(job, mapping, columns, output, fetched.data(), &band);
+  if (output.Direct()) {
+    PaintStoredRows(job, mapping, columns, &band);
+  } else {
+    PaintRows(job, mapping, columns, output, fetched.data(), &band);
+  }
   return OK;
 }
 

@@ -6,6 +6,7 @@
 #include "device/dib_layout.h"
 #include "device/global_memory.h"
 #include "kernel/guards.h"
+#include "kernel/picture_size.h"
 #include "kernel/pixel_format.h"
 #include "kernel/scratch_buffer.h"
 #include "kernel/thread_settings.h"
@@ -22,6 +23,14 @@ struct DibPlan {
         height(static_cast<uint32_t>(bitmap.Height)),
         stride(widens ? StrideOf(width, bits) : bitmap.BytesPerLine),
         colors(bits <= 8 ? std::min(static_cast<uint32_t>(bitmap.ColorCount), kMaxColors) : 0) {}
+
+  // Whether the words of a DIB can tell its sizes. Rows that widen can be too long where the
+  // bitmap's are not.
+  bool Fits() const {
+    return SizeFits(static_cast<int32_t>(width), static_cast<int32_t>(height),
+                    static_cast<int32_t>(bits)) &&
+           BlockSize() <= UINT32_MAX;
+  }
 
   uint32_t PixelOffset() const { return kInfoHeaderBytes + colors * sizeof(RGBQUAD); }
   uint32_t ImageSize() const { return stride * height; }
@@ -43,32 +52,36 @@ struct DibPlan {
   uint32_t bits, width, height, stride, colors;
 };
 
-// Copies all rows to `to`, from the picture's lowest line up, as they stand.
-void CopyRows(BitmapHandle* bitmap, bool bottomFirst, uint8_t* to) {
-  const uint32_t stride = bitmap->BytesPerLine;
-  const auto height = static_cast<uint32_t>(bitmap->Height);
+// Where storage row `row` goes among the rows of a DIB, which begin with the picture's lowest line.
+// Rows are taken as they lie in storage: pages that are touched for the first time take the turned
+// order of writing well, and a file its order of reading.
+uint8_t* PlaceOf(const DibPlan& plan, bool bottomFirst, uint32_t row, uint8_t* pixels) {
+  return pixels + size_t{plan.stride} * (bottomFirst ? row : plan.height - 1 - row);
+}
+
+// Copies all rows as they stand.
+void CopyRows(BitmapHandle* bitmap, const DibPlan& plan, bool bottomFirst, uint8_t* pixels) {
   if (bottomFirst && (bitmap->Flags & FLAG_IN_MEMORY)) {
-    std::memcpy(to, bitmap->Bits, size_t{stride} * height);
+    std::memcpy(pixels, bitmap->Bits, size_t{plan.stride} * plan.height);
     return;
   }
-  for (uint32_t i = 0; i < height; ++i, to += stride)
-    Vn_GetBitmapRow(bitmap, to, bottomFirst ? i : height - 1 - i, stride);
+  for (uint32_t row = 0; row < plan.height; ++row)
+    Vn_GetBitmapRow(bitmap, PlaceOf(plan, bottomFirst, row, pixels), row, plan.stride);
 }
 
 // The same for rows of 16 and 32 bits, widened to 24 with the channels of `order` first. False when
 // there is no memory for a row.
 bool WidenRows(BitmapHandle* bitmap, const DibPlan& plan, bool bottomFirst, uint32_t order,
-               uint8_t* to) {
+               uint8_t* pixels) {
   const auto bits = static_cast<uint32_t>(bitmap->BitsPerPixel);
-  const ScratchBuffer<uint8_t> row(Vn_CalcConvertSize(plan.width, bits, plan.width, plan.bits),
-                                   Fill::kZero);
-  if (!row) return false;
-  for (uint32_t i = 0; i < plan.height; ++i, to += plan.stride) {
-    Vn_GetBitmapRow(bitmap, row.data(), bottomFirst ? i : plan.height - 1 - i,
-                    bitmap->BytesPerLine);
-    Vn_ConvertBuffer(row.data(), plan.width, bits, plan.bits, bitmap->ColorOrder, order, nullptr,
+  const ScratchBuffer<uint8_t> wide(Vn_CalcConvertSize(plan.width, bits, plan.width, plan.bits),
+                                    Fill::kZero);
+  if (!wide) return false;
+  for (uint32_t row = 0; row < plan.height; ++row) {
+    Vn_GetBitmapRow(bitmap, wide.data(), row, bitmap->BytesPerLine);
+    Vn_ConvertBuffer(wide.data(), plan.width, bits, plan.bits, bitmap->ColorOrder, order, nullptr,
                      nullptr);
-    std::memcpy(to, row.data(), plan.stride);
+    std::memcpy(PlaceOf(plan, bottomFirst, row, pixels), wide.data(), plan.stride);
   }
   return true;
 }
@@ -77,6 +90,7 @@ bool WidenRows(BitmapHandle* bitmap, const DibPlan& plan, bool bottomFirst, uint
 // caller's, so that neither the row cache nor the form of DibColors changes there.
 HGLOBAL CopyToDib(BitmapHandle* record) {
   const DibPlan plan(*record);
+  if (!plan.Fits()) return nullptr;
   OwnedGlobal dib = OwnedGlobal::OfSize(plan.BlockSize());
   GlobalAddress block(dib.get());
   if (!block) return nullptr;
@@ -95,7 +109,7 @@ HGLOBAL CopyToDib(BitmapHandle* record) {
   uint8_t* const pixels = block.get() + plan.PixelOffset();
   const bool bottomFirst = record->ViewOrigin == VIEW_BOTTOM_FIRST || record->ViewOrigin == 3;
   if (!plan.widens) {
-    CopyRows(record, bottomFirst, pixels);
+    CopyRows(record, plan, bottomFirst, pixels);
   } else if (!WidenRows(record, plan, bottomFirst, record->ColorOrder, pixels)) {
     // The order stays as it is: red and blue of ORDER_RGB change places. So it is wanted here.
     return nullptr;
@@ -104,44 +118,8 @@ HGLOBAL CopyToDib(BitmapHandle* record) {
   return dib.Release();
 }
 
-// The rows in a new block; empty when memory fails.
-HGLOBAL CopyForChange(BitmapHandle* bitmap, const DibPlan& plan) {
-  const bool bottomFirst = bitmap->ViewOrigin == VIEW_BOTTOM_FIRST;
-  OwnedGlobal dib = OwnedGlobal::OfSize(plan.BlockSize());
-  GlobalAddress block(dib.get());
-  if (!block) return nullptr;
-  const BitmapLock lock(bitmap);
-  uint8_t* const pixels = block.get() + plan.PixelOffset();
-  if (!plan.widens) {
-    CopyRows(bitmap, bottomFirst, pixels);
-  } else if (!WidenRows(bitmap, plan, bottomFirst, ORDER_BGR, pixels)) {
-    return nullptr;
-  }
-  block.Unlock();
-  return dib.Release();
-}
-
-// The bitmap's own block, grown, its rows moved up behind room for header and colours. The record
-// no longer owns it then. Null, with the bitmap as it was, when memory fails.
-HGLOBAL TakeBlock(BitmapHandle* bitmap, const DibPlan& plan) {
-  if (plan.BlockSize() > UINT32_MAX) return nullptr;
-  const HGLOBAL grown =
-      GlobalReAlloc(bitmap->Storage, static_cast<SIZE_T>(plan.BlockSize()), GMEM_MOVEABLE);
-  if (!grown) return nullptr;
-  bitmap->Storage = grown;
-  const GlobalAddress block(grown);
-  if (!block) return nullptr;
-  std::memmove(block.get() + plan.PixelOffset(), block.get(), plan.ImageSize());
-  bitmap->Flags &= ~uint32_t{FLAG_ALLOCATED | FLAG_IN_MEMORY};
-  return grown;
-}
-
-bool OwnsMovableBlock(const BitmapHandle& bitmap) {
-  return OnWin32s() && (bitmap.Flags & FLAG_IN_MEMORY) && bitmap.ViewOrigin == VIEW_BOTTOM_FIRST;
-}
-
 // Header and colours in front of the rows.
-void WriteDibHead(const BitmapHandle& bitmap, const DibPlan& plan, uint8_t* block) {
+void WriteHead(const BitmapHandle& bitmap, const DibPlan& plan, uint8_t* block) {
   BITMAPINFOHEADER header = plan.HeaderOf(bitmap);
   header.biClrUsed = static_cast<DWORD>(bitmap.ColorCount);
   std::memcpy(block, &header, sizeof header);
@@ -150,6 +128,43 @@ void WriteDibHead(const BitmapHandle& bitmap, const DibPlan& plan, uint8_t* bloc
   Vn_GetPaletteEntries(ActivePalette(bitmap), 0, plan.colors, colors);
   CopyDibColors(reinterpret_cast<const uint8_t*>(colors), sizeof(RGBQUAD), plan.colors,
                 reinterpret_cast<RGBQUAD*>(block + kInfoHeaderBytes));
+}
+
+// A new block; null when memory fails.
+HGLOBAL CopyForChange(BitmapHandle* bitmap, const DibPlan& plan) {
+  const bool bottomFirst = bitmap->ViewOrigin == VIEW_BOTTOM_FIRST;
+  OwnedGlobal dib = OwnedGlobal::OfSize(plan.BlockSize());
+  GlobalAddress block(dib.get());
+  if (!block) return nullptr;
+  const BitmapLock lock(bitmap);
+  uint8_t* const pixels = block.get() + plan.PixelOffset();
+  if (!plan.widens) {
+    CopyRows(bitmap, plan, bottomFirst, pixels);
+  } else if (!WidenRows(bitmap, plan, bottomFirst, ORDER_BGR, pixels)) {
+    return nullptr;
+  }
+  WriteHead(*bitmap, plan, block.get());
+  block.Unlock();
+  return dib.Release();
+}
+
+// The bitmap's own block, grown, its rows moved up behind room for header and colours. The record
+// no longer owns it then. Null, with the bitmap as it was, when memory fails.
+HGLOBAL TakeBlock(BitmapHandle* bitmap, const DibPlan& plan) {
+  const HGLOBAL grown =
+      GlobalReAlloc(bitmap->Storage, static_cast<SIZE_T>(plan.BlockSize()), GMEM_MOVEABLE);
+  if (!grown) return nullptr;
+  bitmap->Storage = grown;
+  const GlobalAddress block(grown);
+  if (!block) return nullptr;
+  std::memmove(block.get() + plan.PixelOffset(), block.get(), plan.ImageSize());
+  WriteHead(*bitmap, plan, block.get());
+  bitmap->Flags &= ~uint32_t{FLAG_ALLOCATED | FLAG_IN_MEMORY};
+  return grown;
+}
+
+bool OwnsMovableBlock(const BitmapHandle& bitmap) {
+  return OnWin32s() && (bitmap.Flags & FLAG_IN_MEMORY) && bitmap.ViewOrigin == VIEW_BOTTOM_FIRST;
 }
 
 }  // namespace
@@ -166,13 +181,10 @@ HGLOBAL VN_CALL Vn_ConvertToDIB(BitmapHandle* bitmap) {
 HGLOBAL VN_CALL Vn_ChangeToDIB(BitmapHandle* bitmap) {
   if (!bitmap || !(bitmap->Flags & FLAG_ALLOCATED) || (bitmap->Flags & FLAG_LOCKED)) return nullptr;
   const vn::DibPlan plan(*bitmap);
+  if (!plan.Fits()) return nullptr;
   const HGLOBAL dib = !plan.widens && vn::OwnsMovableBlock(*bitmap)
                           ? vn::TakeBlock(bitmap, plan)
                           : vn::CopyForChange(bitmap, plan);
-  if (!dib) return nullptr;
-  if (const vn::GlobalAddress block(dib); block) {
-    vn::WriteDibHead(*bitmap, plan, block.get());
-  }
-  Vn_FreeBitmap(bitmap);
+  if (dib) Vn_FreeBitmap(bitmap);
   return dib;
 }

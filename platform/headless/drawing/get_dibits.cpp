@@ -45,6 +45,16 @@ void WriteTable(const ColorTable& colors, UINT usage, const DibFormat& format, B
   }
 }
 
+// Zeroes the rows that are not drawn whole, up to their padding.
+void ClearOutside(const Surface& target, const Axis& columns, const Axis& rows, uint64_t stride) {
+  const uint64_t drawn = uint64_t{static_cast<uint32_t>(columns.count)} * target.layout.bits;
+  for (int32_t y = 0; y < target.height; ++y) {
+    const bool inside = y >= rows.first && y - rows.first < rows.count;
+    const auto from = static_cast<size_t>(inside ? drawn / 8 : 0);
+    std::memset(target.Row(y) + from, 0, static_cast<size_t>(stride) - from);
+  }
+}
+
 // The DIB and the bitmap share their upper left corner. Lines count from the DIB's lowest one, for
 // top-down DIBs too, and are written from the start of `bits` on; what lies outside of the bitmap
 // is zero. The number of lines that the bitmap has.
@@ -58,16 +68,9 @@ int ReadLines(const Surface& surface, const DibFormat& format, const ColorTable*
   const ColorMap map(surface.layout, from, target, {});
   const int32_t top = format.height - static_cast<int32_t>(first) - part.height;
   const Axis rows = MakeAxis(0, part.height, part.height, top, part.height, surface.height);
-  std::memset(bits, 0, static_cast<size_t>(part.bytes()));
-  Blit({&target,
-        nullptr,
-        MakeAxis(0, format.width, format.width, 0, format.width, surface.width),
-        rows,
-        &surface,
-        &map,
-        nullptr,
-        {},
-        RasterOp(SRCCOPY)});
+  const Axis columns = MakeAxis(0, format.width, format.width, 0, format.width, surface.width);
+  ClearOutside(target, columns, rows, format.stride);
+  Blit({&target, nullptr, columns, rows, &surface, &map, nullptr, {}, RasterOp(SRCCOPY)});
   return rows.count;
 }
 

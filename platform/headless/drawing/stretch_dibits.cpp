@@ -62,19 +62,20 @@ bool Meets(int32_t first, int32_t size, int32_t limit) {
   return std::min<int64_t>(first, end) < limit && std::max<int64_t>(first, end) > 0 && size != 0;
 }
 
-// Rectangles moved by x and y, and cut by a clip where there is one.
-ClipRects Reached(const ClipRects& rects, int32_t x, int32_t y, const ClipRects* clip) {
+// Rectangles moved by x and y, and cut by a surface and its clip where there is one.
+ClipRects Reached(const ClipRects& rects, int32_t x, int32_t y, const Surface& target,
+                  const ClipRects* clip) {
+  const ClipRects whole = {{0, 0, target.width, target.height}};
   ClipRects moved;
   for (const RECT& r : rects) {
-    const RECT at = {r.left + x, r.top + y, r.right + x, r.bottom + y};
-    if (!clip) {
-      moved.push_back(at);
-      continue;
-    }
-    for (const RECT& c : *clip) {
-      const RECT cut = {std::max(at.left, c.left), std::max(at.top, c.top),
-                        std::min(at.right, c.right), std::min(at.bottom, c.bottom)};
-      if (cut.left < cut.right && cut.top < cut.bottom) moved.push_back(cut);
+    for (const RECT& c : clip ? *clip : whole) {
+      const auto left = std::max<int64_t>(int64_t{r.left} + x, c.left);
+      const auto top = std::max<int64_t>(int64_t{r.top} + y, c.top);
+      const auto right = std::min<int64_t>(int64_t{r.right} + x, c.right);
+      const auto bottom = std::min<int64_t>(int64_t{r.bottom} + y, c.bottom);
+      if (left >= right || top >= bottom) continue;
+      moved.push_back({static_cast<LONG>(left), static_cast<LONG>(top), static_cast<LONG>(right),
+                       static_cast<LONG>(bottom)});
     }
   }
   return moved;
@@ -117,9 +118,12 @@ int Draw(const Headless_StretchCall& call) {
   const bool copies = call.rasterOp == SRCCOPY;
   const bool fromCorner = call.srcX == 0 && call.srcY == 0 && call.width == call.srcWidth &&
                           call.height == call.srcHeight;
-  const int32_t srcY = format.topDown && (!copies || fromCorner)
-                           ? call.srcY
-                           : format.height - call.srcY - call.srcHeight;
+  const int64_t fromTop = int64_t{format.height} - call.srcY - call.srcHeight;
+  // What lies out of reach is no part of a picture, wherever it is.
+  const int32_t srcY =
+      format.topDown && (!copies || fromCorner)
+          ? call.srcY
+          : static_cast<int32_t>(std::clamp<int64_t>(fromTop, INT32_MIN, INT32_MAX));
   const Axis columns =
       MakeAxis(call.x, call.width, target->width, call.srcX, call.srcWidth, format.width);
   const Axis rows =
@@ -128,7 +132,7 @@ int Draw(const Headless_StretchCall& call) {
   const ClipRects* clip = context->state.clip.get();
   ClipRects reached;
   if (format.runBytes && copies && fromCorner) {
-    reached = Reached(decoded.reached, call.x, call.y, clip);
+    reached = Reached(decoded.reached, call.x, call.y, *target, clip);
     clip = &reached;
   }
   Blit({target, clip, columns, rows, &source, &*map, Find<Brush>(context->state.brush), monochrome,

@@ -15,6 +15,7 @@
 #include "platform/headless/base/handle_table.h"
 #include "platform/headless/base/kernel_objects.h"
 #include "platform/headless/memory/free_memory.h"
+#include "platform/headless/memory/plain_memory.h"
 
 namespace headless {
 namespace {
@@ -49,8 +50,7 @@ GlobalHeap& Heap() {
 
 void* NewBytes(size_t bytes, UINT flags) {
   if (bytes == 0 && (flags & GMEM_MOVEABLE)) return nullptr;
-  const size_t size = bytes ? bytes : 1;
-  return flags & GMEM_ZEROINIT ? std::calloc(1, size) : std::malloc(size);
+  return PlainMemory(bytes, (flags & GMEM_ZEROINIT) != 0);
 }
 
 HGLOBAL Enter(GlobalHeap& heap, const Block& block) {

@@ -85,9 +85,9 @@ class Painter {
       unstretchedFirst_ = low->first;
       unstretched_.resize(static_cast<size_t>(high->last - unstretchedFirst_ + 1));
     } else if (copies_) {
-      copiesBytes_ = job.map->identity() && bits_ >= 8;
+      copiesBytes_ = job.map->identity();
       // The table of all bytes must be worth its while.
-      copiesTable_ = bits_ <= 8 && job.source->layout.bits == bits_ &&
+      copiesTable_ = !copiesBytes_ && bits_ <= 8 && job.source->layout.bits == bits_ &&
                      int64_t{job.columns.count} * job.rows.count >= 256;
     }
     if (copiesTable_) FillByteTable();
@@ -126,36 +126,50 @@ class Painter {
     }
   }
 
-  // The two ways that need no words in between. False when neither does.
+  // The two ways that need no words in between: bytes as they are, or through a table. False when
+  // neither does.
   bool CopyRow(const uint8_t* from, uint8_t* row, int32_t x, int32_t count) const {
     const uint64_t first = static_cast<uint64_t>(x) * bits_;
     const uint64_t end = first + static_cast<uint64_t>(count) * bits_;
     const uint64_t source = static_cast<uint64_t>(job_.columns.SourcesOf(x).first) * bits_;
-    if (copiesBytes_) {
-      // The caller's rows may lie in the target's own memory.
-      std::memmove(row + first / 8, from + source / 8, (end - first) / 8);
-      return true;
-    }
     // Pixels must keep their places in the bytes.
-    if (!copiesTable_ || first % 8 != source % 8) return false;
+    if ((!copiesTable_ && !copiesBytes_) || first % 8 != source % 8) return false;
     from += source / 8;
     row += first / 8;
-    const auto bytes = static_cast<size_t>(end / 8 - first / 8);
     const uint32_t head = 0xFFu >> first % 8;   // the run's bits in its first byte
     const uint32_t tail = ~(0xFFu >> end % 8);  // and in the one behind the last whole
-    if (bytes == 0) {
-      CopyBits(from[0], &row[0], head & tail);
-    } else {
-      CopyBits(from[0], &row[0], head);
-      for (size_t i = 1; i < bytes; ++i)
-        row[i] = bytes_[from[i]];
-      if (end % 8) CopyBits(from[bytes], &row[bytes], tail);
+    if (first / 8 == end / 8) {
+      CopyBits(*from, row, head & tail);
+      return true;
     }
+    if (first % 8) CopyBits(*from++, row++, head);
+    const auto whole = static_cast<size_t>(end / 8 - (first + 7) / 8);
+    CopyWhole(from, row, whole);
+    if (end % 8) CopyBits(from[whole], row + whole, tail);
     return true;
   }
 
   void CopyBits(uint8_t from, uint8_t* to, uint32_t mask) const {
-    *to = static_cast<uint8_t>((*to & ~mask) | (bytes_[from] & mask));
+    const uint32_t mapped = copiesBytes_ ? from : bytes_[from];
+    *to = static_cast<uint8_t>((*to & ~mask) | (mapped & mask));
+  }
+
+  void CopyWhole(const uint8_t* from, uint8_t* to, size_t count) const {
+    // The caller's rows may lie in the target's own memory.
+    if (copiesBytes_) {
+      std::memmove(to, from, count);
+      return;
+    }
+    size_t i = 0;
+    for (; i + 8 <= count; i += 8) {
+      uint64_t eight, mapped = 0;
+      std::memcpy(&eight, from + i, sizeof eight);
+      for (uint32_t shift = 0; shift < 64; shift += 8)
+        mapped |= uint64_t{bytes_[eight >> shift & 0xFF]} << shift;
+      std::memcpy(to + i, &mapped, sizeof mapped);
+    }
+    for (; i < count; ++i)
+      to[i] = bytes_[from[i]];
   }
 
   // Values of the target for what columns x to x + count - 1 take from a source row.
