@@ -58,7 +58,9 @@ bool ReadDibFormat(const BITMAPINFO* info, DibFormat* format, bool runsAllowed) 
   if (!info || !ReadHeader(info, &header)) return false;
   const uint32_t bits = header.biBitCount;
   if (!DepthExists(bits) || !CompressionFits(header, runsAllowed)) return false;
-  if (header.biWidth <= 0 || header.biHeight == 0 || header.biHeight == INT32_MIN) return false;
+  if (header.biPlanes == 0 || header.biWidth <= 0 || header.biHeight == 0 ||
+      header.biHeight == INT32_MIN)
+    return false;
 
   *format = {};
   format->width = header.biWidth;

@@ -99,9 +99,11 @@ int GetDIBits(HDC context, HBITMAP bitmap, UINT firstLine, UINT lines, LPVOID bi
     if (format.layout.indexed()) {
       colors = &AnswerColors(surface, format.layout.bits);
       WriteTable(*colors, usage, format, info);
-      if (!core) header.biClrUsed = 0;
     }
-    if (!core) header.biSizeImage = static_cast<DWORD>(format.bytes());
+    if (!core) {
+      header.biClrUsed = 0;
+      header.biSizeImage = static_cast<DWORD>(format.bytes());
+    }
     const auto height = static_cast<UINT>(format.height);
     if (!bits || lines == 0 || firstLine >= height) return 1;
     return ReadLines(surface, format, colors, firstLine, std::min(lines, height - firstLine), bits);
