@@ -2,13 +2,13 @@
 # functions that the library has, with their decorated names (the linker and dlltool strip the
 # decoration again; the import library needs it).
 #
-# usage: cmake -DTABLE=kernel/vncore32.def -DLIBRARY=libvncore.a -DNM=nm -DOUTPUT=file.def -P ...
-execute_process(COMMAND ${NM} --defined-only --extern-only ${LIBRARY}
+# usage: cmake -DTABLE=kernel/vncore32.def -DOBJECTS=file;... -DNM=nm -DOUTPUT=file.def -P ...
+execute_process(COMMAND ${NM} --defined-only --extern-only ${OBJECTS}
   OUTPUT_VARIABLE symbols ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
 file(STRINGS ${TABLE} lines)
 set(text "")
 foreach(line IN LISTS lines)
-  if(line MATCHES "^ *([A-Za-z0-9_]+) +(@[0-9]+)$")
+  if(line MATCHES "^ *([A-Za-z0-9_]+) +(@[0-9]+( PRIVATE)?)$")
     set(name ${CMAKE_MATCH_1})
     set(ordinal ${CMAKE_MATCH_2})
     if(symbols MATCHES " T _(${name}@[0-9]+)\n")

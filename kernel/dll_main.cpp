@@ -1,4 +1,5 @@
-// The library's entry point, and the words of the process that it alone writes.
+// Where the loader reaches the library, and the words of the process that are written here alone.
+// This file is compiled once for each form of the library: the shared one has an entry point.
 //
 // On Win32s one copy of these words serves all processes; the count keeps the work of the first
 // attachment to the first.
@@ -42,20 +43,39 @@ BOOL DetachProcess(HINSTANCE instance) {
 bool OnWin32s() { return onWin32s; }
 bool BridgeActive() { return bridgeActive; }
 
-}  // namespace vn
-
-BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+BOOL OnLoaderCall(HINSTANCE instance, DWORD reason) {
   switch (reason) {
     case DLL_PROCESS_ATTACH:
-      return vn::AttachProcess(instance);
+      return AttachProcess(instance);
     case DLL_PROCESS_DETACH:
-      return vn::DetachProcess(instance);
+      return DetachProcess(instance);
     case DLL_THREAD_ATTACH:
-      return vn::CreateThreadSettings();
+      return CreateThreadSettings();
     case DLL_THREAD_DETACH:
-      vn::FreeThreadSettings();
+      FreeThreadSettings();
       return TRUE;
     default:
       return TRUE;
   }
 }
+
+}  // namespace vn
+
+#ifndef VNCORE_STATIC_FORM
+
+extern "C" VN_API BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+  return vn::OnLoaderCall(instance, reason);
+}
+
+#elif defined(_WIN32)
+
+// A program or DLL that holds the static form has an entry point of its own. The loader calls, ahead
+// of that one and with the same reasons, what lies between the C runtime's marks .CRT$XLA and
+// .CRT$XLZ. (Elsewhere the headless platform's loader calls.)
+static void NTAPI OnTlsEvent(PVOID instance, DWORD reason, PVOID) {
+  vn::OnLoaderCall(static_cast<HINSTANCE>(instance), reason);
+}
+extern "C" __attribute__((section(".CRT$XLB"), used)) const PIMAGE_TLS_CALLBACK vn_onTlsEvent =
+    OnTlsEvent;
+
+#endif

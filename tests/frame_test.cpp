@@ -10,6 +10,7 @@
 #include <string>
 #include <thread>
 
+#include "kernel/process.h"
 #include "kernel/progress.h"
 #include "tests/support/bitmaps.h"
 #include "tests/support/headless_control.h"
@@ -143,10 +144,10 @@ TEST(Frame, StaticObjectsFindTheLibraryAttached) {
 
 // A thread without a block, and without a slot to put one in, works with the initial values.
 TEST(Frame, WithoutAnAttachmentTheDefaultsHold) {
-  ASSERT_EQ(DllMain(nullptr, DLL_PROCESS_DETACH, nullptr), 1);
+  ASSERT_EQ(OnLoaderCall(nullptr, DLL_PROCESS_DETACH), 1);
   EXPECT_EQ(Vn_SetDefaultXResolution(75), 150);
   EXPECT_EQ(Vn_GetDefaultXResolution(), 75);
-  ASSERT_EQ(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr), 1);
+  ASSERT_EQ(OnLoaderCall(nullptr, DLL_PROCESS_ATTACH), 1);
   EXPECT_EQ(Vn_GetDefaultXResolution(), 150);
 }
 
@@ -166,7 +167,7 @@ TEST(Frame, AThreadThatNeverLookedInEndsTheProcess) {
 HEADLESS_TEST(Frame, AFailedAttachmentChangesNothing) {
   Vn_SetDefaultXResolution(96);
   Headless_FailNth(HEADLESS_MEMORY, 1);
-  EXPECT_EQ(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr), 0);
+  EXPECT_EQ(OnLoaderCall(nullptr, DLL_PROCESS_ATTACH), 0);
   Headless_FailNth(HEADLESS_MEMORY, 0);
   EXPECT_EQ(Vn_SetDefaultXResolution(150), 96);
 }

@@ -68,15 +68,8 @@ TEST(Threads, FourAtOnceComeToWhatOneComesToAlone) {
   std::vector<std::thread> threads;
   for (auto& rounds : sums) {
     threads.emplace_back([&rounds] {
-#ifdef _WIN32
-      // The library is linked statically here, so nobody else attaches it to the thread.
-      DllMain(GetModuleHandleA(nullptr), DLL_THREAD_ATTACH, nullptr);
-#endif
       for (uint64_t& sum : rounds)
         sum = Work();
-#ifdef _WIN32
-      DllMain(GetModuleHandleA(nullptr), DLL_THREAD_DETACH, nullptr);
-#endif
     });
   }
   for (std::thread& thread : threads)

@@ -1,4 +1,5 @@
 // The kernel's rows: frame, system layer, storage and rows, copies, single pixels.
+#include "kernel/process.h"
 #include "tests/failures/failure_rows.h"
 
 namespace vn::test {
@@ -63,9 +64,9 @@ VnStatus KeepColor(Scene& s, COLORREF color) {
 const AddRows rows({
     {"DllMain, thread",
      [](Scene&) -> VnStatus {
-       DllMain(nullptr, DLL_THREAD_DETACH, nullptr);
-       if (DllMain(nullptr, DLL_THREAD_ATTACH, nullptr)) return OK;
-       DllMain(nullptr, DLL_THREAD_ATTACH, nullptr);  // the test's thread goes on
+       OnLoaderCall(nullptr, DLL_THREAD_DETACH);
+       if (OnLoaderCall(nullptr, DLL_THREAD_ATTACH)) return OK;
+       OnLoaderCall(nullptr, DLL_THREAD_ATTACH);  // the test's thread goes on
        return ERR_NO_MEMORY;
      }},
     {"Vn_InitBitmap", [](Scene& s) { return Vn_InitBitmap(s.result, 3, 4, 8); }},

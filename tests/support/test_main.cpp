@@ -10,11 +10,7 @@
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
-  // The library is linked statically here, so nobody else attaches it.
-  if (!DllMain(GetModuleHandleA(nullptr), DLL_PROCESS_ATTACH, nullptr)) return 2;
-  const int result = RUN_ALL_TESTS();
-  DllMain(GetModuleHandleA(nullptr), DLL_PROCESS_DETACH, nullptr);
-  return result;
+  return RUN_ALL_TESTS();
 }
 
 #else

@@ -1,4 +1,4 @@
-/* Entry and frame of the library: attachment, bitmap records, defaults, the status callback. */
+/* Frame of the library: version, bitmap records, defaults, the status callback. */
 #ifndef VNCORE_VN_FRAME_H
 #define VNCORE_VN_FRAME_H
 
@@ -14,11 +14,6 @@ typedef struct VersionRecord {
   char BuildDate[16]; /* zero-padded */
   char BuildTime[16]; /* zero-padded */
 } VersionRecord;
-
-/* The loader's entry point; users do not call it. Process attachment detects Win32s, takes the
- * thread-local slot and makes the thread's settings; thread attachment makes a thread's settings;
- * the detachments give them back. Returns 1, or 0 when an attachment failed. */
-VN_API BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
 
 /* Fills `bitmap` as a record without storage: `width` by `height` pixels of `bitsPerPixel`, bottom
  * line first, the thread's default resolution and dithering method. An allocated record is simply

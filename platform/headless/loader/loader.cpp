@@ -1,4 +1,4 @@
-// The loader's part: DllMain sees the process come and go, and threads as they first need it.
+// The loader's part: the library sees the process come and go, and threads as they first need it.
 //
 // Attachment runs from a constructor ahead of all ordinary static objects, and detachment after
 // them, so a static object of the program may hold a bitmap. A thread is attached at its first look
@@ -15,7 +15,9 @@
 #include "platform/headless/memory/pages.h"
 
 // The library that is loaded defines it; a loader knows it by name alone.
-extern "C" __attribute__((visibility("default"))) BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID);
+namespace vn {
+BOOL OnLoaderCall(HINSTANCE instance, DWORD reason);
+}
 
 namespace headless {
 namespace {
@@ -28,13 +30,13 @@ constinit std::atomic<uint32_t> attachment{0};
 constinit uint32_t attachmentsSoFar = 0;
 constinit thread_local uint32_t threadAttachment = 0;
 
-constinit std::mutex dllMainMutex;  // DllMain runs one call at a time
+constinit std::mutex callMutex;  // the library hears one call at a time
 constinit pthread_key_t threadEndKey = 0;
 constinit bool hasThreadEndKey = false;
 
-BOOL CallDllMain(DWORD reason) {
+BOOL CallLibrary(DWORD reason) {
   // Any address that is the library's own will do as its instance.
-  return DllMain(reinterpret_cast<HINSTANCE>(&attachment), reason, nullptr);
+  return vn::OnLoaderCall(reinterpret_cast<HINSTANCE>(&attachment), reason);
 }
 
 // Marks the calling thread as belonging to an attachment, to be detached at its end.
@@ -44,27 +46,27 @@ void MarkAttached(uint32_t number) {
 }
 
 void DetachThread(void*) {
-  const std::lock_guard lock(dllMainMutex);
+  const std::lock_guard lock(callMutex);
   if (threadAttachment == 0 || threadAttachment != attachment) return;
-  CallDllMain(DLL_THREAD_DETACH);
+  CallLibrary(DLL_THREAD_DETACH);
   threadAttachment = 0;
 }
 
 BOOL AttachProcess() {
-  const std::lock_guard lock(dllMainMutex);
+  const std::lock_guard lock(callMutex);
   if (!hasThreadEndKey) hasThreadEndKey = pthread_key_create(&threadEndKey, DetachThread) == 0;
   MarkAttached(++attachmentsSoFar);
   attachment = threadAttachment;
-  const BOOL attached = CallDllMain(DLL_PROCESS_ATTACH);
+  const BOOL attached = CallLibrary(DLL_PROCESS_ATTACH);
   if (!attached) attachment = threadAttachment = 0;
   return attached;
 }
 
 void DetachProcess() {
-  const std::lock_guard lock(dllMainMutex);
+  const std::lock_guard lock(callMutex);
   if (attachment == 0) return;
   threadAttachment = attachment;  // a thread that never looked in must not be attached by this
-  CallDllMain(DLL_PROCESS_DETACH);
+  CallLibrary(DLL_PROCESS_DETACH);
   attachment = threadAttachment = 0;
 }
 
@@ -83,9 +85,9 @@ __attribute__((destructor(101))) void OnUnload() {
 void AttachThreadOnce() {
   const uint32_t process = attachment.load(std::memory_order_acquire);
   if (threadAttachment == process || process == 0) return;
-  const std::lock_guard lock(dllMainMutex);
-  MarkAttached(process);  // first, because DllMain looks into thread-local storage itself
-  CallDllMain(DLL_THREAD_ATTACH);
+  const std::lock_guard lock(callMutex);
+  MarkAttached(process);  // first, because the library looks into thread-local storage itself
+  CallLibrary(DLL_THREAD_ATTACH);
 }
 
 }  // namespace headless

@@ -4,7 +4,7 @@
 
 namespace headless {
 
-// Lets DllMain see a new thread before the thread's first look into its local storage.
+// Lets the library see a new thread before the thread's first look into its local storage.
 void AttachThreadOnce();
 
 }  // namespace headless

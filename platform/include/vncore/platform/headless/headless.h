@@ -88,8 +88,8 @@ HEADLESS_API void Headless_SetPrintSink(Headless_PrintSink sink, void* data);
 #define HEADLESS_VERSION_WIN32S 0xC0000A03u /* top bit set, major version 3 */
 HEADLESS_API void Headless_SetVersion(uint32_t version);
 
-/* Detaches and attaches the process again, on the calling thread: DllMain sees both, and reads the
- * version anew. Bitmaps and thread settings of the earlier attachment must be gone. Returns what
+/* Detaches and attaches the process again, on the calling thread: the library sees both, and reads
+ * the version anew. Bitmaps and thread settings of the earlier attachment must be gone. Returns what
  * the attachment returned. */
 HEADLESS_API int32_t Headless_Restart(void);
 
