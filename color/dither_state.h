@@ -22,7 +22,7 @@ using DitherLineProc = void (*)(DitherRecord& run, uint32_t order, const uint8_t
 
 }  // namespace vn
 
-struct DitherRecord {
+struct Vn_DitherRecord {
   uint32_t LineCount;         // lines done under the ordered methods; others leave it alone
   uint32_t TargetCount;       // entries of the target table
   RGBQUAD SourceColors[256];  // the source bitmap's palette, up to 8 bits

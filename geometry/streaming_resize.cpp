@@ -3,7 +3,7 @@
 #include "geometry/scale_row.h"
 #include "geometry/scale_row_in_place.h"
 
-struct ResizeState {
+struct Vn_ResizeState {
   int32_t LastRow;   // row of the call before, at first -1
   int32_t Backward;  // 1 while the accumulator counts for falling rows
   int32_t OldWidth;

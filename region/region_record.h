@@ -9,7 +9,7 @@
 
 // Rectangles are in storage coordinates, lie inside the bitmap and do not overlap; their order is
 // the source's. header.rcBound is transformed along with them, never computed from them.
-struct RegionRecord {
+struct Vn_RegionRecord {
   HRGN CachedRegion;          // built from the list, or null
   int32_t CacheHasTransform;  // nonzero: CachedTransform belongs to CachedRegion
   RegionTransform CachedTransform;

@@ -1,8 +1,8 @@
 /* A device context that draws straight into a bitmap's pixels. */
+#include "vn_bitmap.h"
+
 #ifndef VNCORE_VN_DEVICE_CONTEXT_H
 #define VNCORE_VN_DEVICE_CONTEXT_H
-
-#include "vn_bitmap.h"
 
 VN_BEGIN_C
 
@@ -11,10 +11,10 @@ VN_BEGIN_C
  * VIEW_BOTTOM_FIRST are turned over for it, and stay so. The storage must be a mapped section, which
  * it always is on Win32. Delete the context with Vn_DeleteVornDC before the bitmap is freed.
  * Returns 0 for any failure. */
-VN_API HDC VN_CALL Vn_CreateVornDC(BitmapHandle* bitmap);
+VN_API Vn_HDC VN_CALL Vn_CreateVornDC(Vn_BitmapHandle* bitmap);
 /* Deletes a context of Vn_CreateVornDC; the bitmap keeps what was drawn. Returns nonzero on
  * success. */
-VN_API int32_t VN_CALL Vn_DeleteVornDC(HDC hDC);
+VN_API int32_t VN_CALL Vn_DeleteVornDC(Vn_HDC hDC);
 
 VN_END_C
 

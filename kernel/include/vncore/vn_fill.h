@@ -1,8 +1,8 @@
 /* Pixels written under the control of a region: row segments, fill and clear. */
+#include "vn_bitmap.h"
+
 #ifndef VNCORE_VN_FILL_H
 #define VNCORE_VN_FILL_H
-
-#include "vn_bitmap.h"
 
 VN_BEGIN_C
 
@@ -13,16 +13,16 @@ VN_BEGIN_C
  * Pixels that would come to lie outside the row's bytes are left out, and so is a row from Height on.
  * Returns OK, ERR_FILE_SEEK (also without storage), ERR_FILE_READ or ERR_FILE_WRITE; earlier pairs
  * then stay written. */
-VN_API VnStatus VN_CALL Vn_PutBitmapRowSegments(BitmapHandle* bitmap, const void* source,
-                                                uint32_t row, int32_t columnOffset,
-                                                const int32_t* segments, int32_t count);
+VN_API Vn_Status VN_CALL Vn_PutBitmapRowSegments(Vn_BitmapHandle* bitmap, const void* source,
+                                                 uint32_t row, int32_t columnOffset,
+                                                 const int32_t* segments, int32_t count);
 
 /* Fills the bitmap, or its region, with the colour, or with pixel value 0. Failing writes to a
  * temporary file are not reported; a record without storage is left alone. Return OK, ERR_NO_BITMAP
  * for null, ERR_NO_MEMORY, or what the status callback returned; stopped, the rows so far stay
  * written. */
-VN_API VnStatus VN_CALL Vn_FillBitmap(BitmapHandle* bitmap, COLORREF color);
-VN_API VnStatus VN_CALL Vn_ClearBitmap(BitmapHandle* bitmap);
+VN_API Vn_Status VN_CALL Vn_FillBitmap(Vn_BitmapHandle* bitmap, Vn_COLORREF color);
+VN_API Vn_Status VN_CALL Vn_ClearBitmap(Vn_BitmapHandle* bitmap);
 
 VN_END_C
 

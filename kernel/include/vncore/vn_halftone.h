@@ -1,15 +1,15 @@
 /* Halftoning: a 1-bit bitmap by comparison with a threshold matrix. */
+#include "vn_bitmap.h"
+
 #ifndef VNCORE_VN_HALFTONE_H
 #define VNCORE_VN_HALFTONE_H
-
-#include "vn_bitmap.h"
 
 VN_BEGIN_C
 
 /* Threshold matrices of halftoning. */
 enum {
-  HALFTONE_CLUSTERED = 0, /* grows two clustered dots, for printers */
-  HALFTONE_ORDERED = 1    /* scatters single dots */
+  VN_HALFTONE_CLUSTERED = 0, /* grows two clustered dots, for printers */
+  VN_HALFTONE_ORDERED = 1    /* scatters single dots */
 };
 
 /* Turns a bitmap of any depth into a 1-bit bitmap with the 2-colour fixed palette: a pixel is white
@@ -20,12 +20,18 @@ enum {
  * whose rows are too short for its pixels), ERR_INVALID_PARAMETER for another `type`,
  * ERR_NO_MEMORY, or what the status callback returned. On anything but OK the bitmap is as it
  * was. */
-VN_API VnStatus VN_CALL Vn_HalfToneBitmap(BitmapHandle* bitmap, uint32_t type);
+VN_API Vn_Status VN_CALL Vn_HalfToneBitmap(Vn_BitmapHandle* bitmap, uint32_t type);
 
 /* The same with the matrix turned by `angle`, in hundredths of a degree: clockwise where row 0 is
  * the top line, and so counterclockwise in a picture of VIEW_BOTTOM_FIRST. */
-VN_API VnStatus VN_CALL Vn_HalfToneBitmapExt(BitmapHandle* bitmap, uint32_t type, int32_t angle);
+VN_API Vn_Status VN_CALL Vn_HalfToneBitmapExt(Vn_BitmapHandle* bitmap, uint32_t type,
+                                              int32_t angle);
 
 VN_END_C
 
+#endif
+
+#if !defined(VNCORE_PREFIXED) && !defined(VNCORE_VN_HALFTONE_NAMES)
+#define VNCORE_VN_HALFTONE_NAMES
+enum { HALFTONE_CLUSTERED = VN_HALFTONE_CLUSTERED, HALFTONE_ORDERED = VN_HALFTONE_ORDERED };
 #endif

@@ -1,11 +1,14 @@
 /* What every public header of VNCORE32 stands on: the platform's types, the calling convention and
  * the export mark. */
-#ifndef VNCORE_VN_PLATFORM_H
-#define VNCORE_VN_PLATFORM_H
-
 #include <stdint.h>
 
+#include <vncore/platform/types.h>
+#ifndef VNCORE_PREFIXED
 #include <vncore/platform/win32.h>
+#endif
+
+#ifndef VNCORE_VN_PLATFORM_H
+#define VNCORE_VN_PLATFORM_H
 
 /* Calling convention of every exported function and of every callback. */
 #if defined(_WIN32) && !defined(_WIN64)

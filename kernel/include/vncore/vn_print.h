@@ -1,8 +1,8 @@
 /* Bitmaps on printer pages. */
+#include "vn_bitmap.h"
+
 #ifndef VNCORE_VN_PRINT_H
 #define VNCORE_VN_PRINT_H
-
-#include "vn_bitmap.h"
 
 VN_BEGIN_C
 
@@ -24,18 +24,18 @@ VN_BEGIN_C
  * ended; after `last` the context is dead either way. */
 
 /* Keeps the job's context per thread. */
-VN_API HDC VN_CALL Vn_PrintBitmap(BitmapHandle* bitmap, int32_t x, int32_t y, int32_t width,
-                                  int32_t height, int32_t last);
+VN_API Vn_HDC VN_CALL Vn_PrintBitmap(Vn_BitmapHandle* bitmap, int32_t x, int32_t y, int32_t width,
+                                     int32_t height, int32_t last);
 /* Takes the job's context, or null for a new job. The caller of a context of its own has called
  * StartDoc and StartPage; with `last` the job ends and the context is deleted all the same. */
-VN_API HDC VN_CALL Vn_PrintBitmapExt(HDC hDC, BitmapHandle* bitmap, int32_t x, int32_t y,
-                                     int32_t width, int32_t height, int32_t last);
+VN_API Vn_HDC VN_CALL Vn_PrintBitmapExt(Vn_HDC hDC, Vn_BitmapHandle* bitmap, int32_t x, int32_t y,
+                                        int32_t width, int32_t height, int32_t last);
 /* The same in one device call, without scaling, placement or progress: all of the bitmap's size is
  * printed at x, y, and `width` and `height` tell how much of the bitmap, from its first pixel, goes
  * there. Bitmaps on disk and those of 16 or 32 bits go the way of Vn_PrintBitmapExt. A
  * VIEW_TOP_FIRST bitmap is turned over for the call and back. */
-VN_API HDC VN_CALL Vn_PrintBitmapFast(HDC hDC, BitmapHandle* bitmap, int32_t x, int32_t y,
-                                      int32_t width, int32_t height, int32_t last);
+VN_API Vn_HDC VN_CALL Vn_PrintBitmapFast(Vn_HDC hDC, Vn_BitmapHandle* bitmap, int32_t x, int32_t y,
+                                         int32_t width, int32_t height, int32_t last);
 
 VN_END_C
 

@@ -5,19 +5,19 @@
  * angle asks for each pixel of the result which source pixel lies there, in 14-bit fixed point, and
  * copies it: colours are never mixed. What no source pixel covers takes the fill colour. Two turns
  * of such angles are not one of their sum. */
+#include "vn_bitmap.h"
+
 #ifndef VNCORE_VN_ROTATE_H
 #define VNCORE_VN_ROTATE_H
-
-#include "vn_bitmap.h"
 
 VN_BEGIN_C
 
 /* Vn_IntRotateBitmapFine by whole degrees, black around the picture, progress from 0 to 100. */
-VN_API VnStatus VN_CALL Vn_RotateBitmap(BitmapHandle* bitmap, int32_t angle, int32_t resize);
+VN_API Vn_Status VN_CALL Vn_RotateBitmap(Vn_BitmapHandle* bitmap, int32_t angle, int32_t resize);
 
 /* Vn_IntRotateBitmapFine with progress from 0 to 100. */
-VN_API VnStatus VN_CALL Vn_RotateBitmapFine(BitmapHandle* bitmap, int32_t angle, int32_t resize,
-                                            COLORREF fillColor);
+VN_API Vn_Status VN_CALL Vn_RotateBitmapFine(Vn_BitmapHandle* bitmap, int32_t angle, int32_t resize,
+                                             Vn_COLORREF fillColor);
 
 /* Replaces `bitmap` by its copy turned by `angle`, the region turned with it. With `resize` the
  * result grows to hold the whole turned picture; without, it keeps its size and corners are cut
@@ -27,9 +27,9 @@ VN_API VnStatus VN_CALL Vn_RotateBitmapFine(BitmapHandle* bitmap, int32_t angle,
  * the allocation, ERR_NO_MEMORY (also when the region could not be turned), or what the status
  * callback returned. On anything but OK the bitmap is as it was, but for a half turn, which works
  * in place: stopped, it leaves the rows done so far turned. */
-VN_API VnStatus VN_CALL Vn_IntRotateBitmapFine(BitmapHandle* bitmap, int32_t angle, int32_t resize,
-                                               COLORREF fillColor, int32_t statusStart,
-                                               int32_t statusEnd);
+VN_API Vn_Status VN_CALL Vn_IntRotateBitmapFine(Vn_BitmapHandle* bitmap, int32_t angle,
+                                                int32_t resize, Vn_COLORREF fillColor,
+                                                int32_t statusStart, int32_t statusEnd);
 
 VN_END_C
 

@@ -1,8 +1,8 @@
 /* Shear: a bitmap slanted to the side. Pixels are moved and never mixed. */
+#include "vn_bitmap.h"
+
 #ifndef VNCORE_VN_SHEAR_H
 #define VNCORE_VN_SHEAR_H
-
-#include "vn_bitmap.h"
 
 VN_BEGIN_C
 
@@ -25,8 +25,8 @@ VN_BEGIN_C
  * negative angle that stop is forgotten, the result is OK, and the callback is asked again, with
  * percentages that go on rising, until it returns OK: a callback must not refuse percentages above
  * 100. */
-VN_API VnStatus VN_CALL Vn_ShearBitmap(BitmapHandle* bitmap, int32_t angle, int32_t horizontal,
-                                       COLORREF fillColor);
+VN_API Vn_Status VN_CALL Vn_ShearBitmap(Vn_BitmapHandle* bitmap, int32_t angle, int32_t horizontal,
+                                        Vn_COLORREF fillColor);
 
 VN_END_C
 

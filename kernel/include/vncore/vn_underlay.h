@@ -1,14 +1,14 @@
 /* A texture laid under a picture. */
+#include "vn_bitmap.h"
+
 #ifndef VNCORE_VN_UNDERLAY_H
 #define VNCORE_VN_UNDERLAY_H
-
-#include "vn_bitmap.h"
 
 VN_BEGIN_C
 
 enum {
-  UNDERLAY_TILE = 0,   /* the texture at its own size, repeated across and down */
-  UNDERLAY_STRETCH = 1 /* the texture resized to the destination's size */
+  VN_UNDERLAY_TILE = 0,   /* the texture at its own size, repeated across and down */
+  VN_UNDERLAY_STRETCH = 1 /* the texture resized to the destination's size */
 };
 
 /* Lays `underlay`, a bitmap of any depth, under the picture of `destination`: each gray level g of
@@ -25,9 +25,14 @@ enum {
  * Returns OK, ERR_NO_BITMAP (null or without storage, on either side; a texture that cannot be
  * reduced to gray), ERR_INVALID_PARAMETER (`mode`), ERR_NO_MEMORY, a file error, or what the status
  * callback returned. A failure midway leaves the rows already written changed. */
-VN_API VnStatus VN_CALL Vn_UnderlayBitmap(BitmapHandle* destination, BitmapHandle* underlay,
-                                          uint32_t mode);
+VN_API Vn_Status VN_CALL Vn_UnderlayBitmap(Vn_BitmapHandle* destination, Vn_BitmapHandle* underlay,
+                                           uint32_t mode);
 
 VN_END_C
 
+#endif
+
+#if !defined(VNCORE_PREFIXED) && !defined(VNCORE_VN_UNDERLAY_NAMES)
+#define VNCORE_VN_UNDERLAY_NAMES
+enum { UNDERLAY_TILE = VN_UNDERLAY_TILE, UNDERLAY_STRETCH = VN_UNDERLAY_STRETCH };
 #endif

@@ -7,10 +7,15 @@
  *
  * C99 and C++. Settings are per thread; a record is used by one thread at a time; no function
  * locks.
+ *
+ * Names. Everything is declared with a prefix, `Vn_` for functions and types, `VN_` for constants
+ * and macros: Vn_BitmapHandle, VN_OK. Types and constants then get short names, BitmapHandle and OK,
+ * which comments use, and <vncore/platform/win32.h> brings Win32's own. A source that defines
+ * VNCORE_PREFIXED before the include gets the prefixed names alone, so that this header stands
+ * beside any other library's, in either order (on Windows, <windows.h> is included all the same).
+ * Both names mean the same thing, and a source may see both: who includes this header again without
+ * VNCORE_PREFIXED gets the short names then. That is why no header here is guarded as a whole.
  */
-#ifndef VNCORE_VNCORE_H
-#define VNCORE_VNCORE_H
-
 #include "vn_bitmap.h"
 #include "vn_clipboard.h"
 #include "vn_color_res.h"
@@ -39,5 +44,3 @@
 #include "vn_storage.h"
 #include "vn_system.h"
 #include "vn_underlay.h"
-
-#endif

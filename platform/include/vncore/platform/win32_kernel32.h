@@ -77,7 +77,7 @@ VNW_DECLARE(LPVOID, TlsGetValue, (DWORD slot));
 VNW_DECLARE(BOOL, TlsSetValue, (DWORD slot, LPVOID value));
 VNW_DECLARE(DWORD, GetVersion, (void));
 
-typedef intptr_t(WINAPI* FARPROC)(void);
+typedef Vn_FARPROC FARPROC;
 #define SEM_FAILCRITICALERRORS 0x0001
 #define SEM_NOOPENFILEERRORBOX 0x8000
 VNW_DECLARE(HMODULE, LoadLibraryA, (LPCSTR name));

@@ -1,10 +1,12 @@
-/* Types and records of the Win32 subset. Words have their Windows widths on every machine; handles
- * and pointers are native. */
+/* Types and records of the Win32 subset, in Win32's names. Words have their Windows widths on every
+ * machine; handles and pointers are native. What the public headers name as well is in types.h. */
 #ifndef VNCORE_PLATFORM_WIN32_TYPES_H
 #define VNCORE_PLATFORM_WIN32_TYPES_H
 
 #include <stddef.h>
 #include <stdint.h>
+
+#include "types.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -28,7 +30,7 @@ typedef uint32_t UINT;
 typedef int32_t LONG;
 typedef uint32_t ULONG;
 typedef size_t SIZE_T;
-typedef uintptr_t UINT_PTR;
+typedef Vn_UINT_PTR UINT_PTR;
 typedef uintptr_t ULONG_PTR;
 typedef ULONG_PTR DWORD_PTR;
 typedef char CHAR;
@@ -39,7 +41,7 @@ typedef DWORD* LPDWORD;
 typedef LONG* PLONG;
 typedef char* LPSTR;
 typedef const char* LPCSTR;
-typedef DWORD COLORREF;
+typedef Vn_COLORREF COLORREF;
 
 #ifndef TRUE
 #define TRUE 1
@@ -47,37 +49,32 @@ typedef DWORD COLORREF;
 #endif
 #define MAX_PATH 260
 
-typedef void* HANDLE;
+typedef Vn_HANDLE HANDLE;
+typedef Vn_HGLOBAL HGLOBAL;
 typedef void* HGDIOBJ;
-typedef HANDLE HGLOBAL;
-#define VNW_DECLARE_HANDLE(name) typedef struct name##__* name
-VNW_DECLARE_HANDLE(HINSTANCE);
-VNW_DECLARE_HANDLE(HWND);
-VNW_DECLARE_HANDLE(HDC);
-VNW_DECLARE_HANDLE(HPALETTE);
-VNW_DECLARE_HANDLE(HBITMAP);
-VNW_DECLARE_HANDLE(HRGN);
-VNW_DECLARE_HANDLE(HBRUSH);
+typedef Vn_HWND HWND;
+typedef Vn_HDC HDC;
+typedef Vn_HPALETTE HPALETTE;
+typedef Vn_HBITMAP HBITMAP;
+typedef Vn_HRGN HRGN;
+typedef struct Vn_HBRUSH_Tag* HBRUSH;
+typedef struct Vn_HINSTANCE_Tag* HINSTANCE;
 typedef HINSTANCE HMODULE;
 
 #define INVALID_HANDLE_VALUE ((HANDLE)(intptr_t)-1)
 
-typedef struct tagPOINT {
-  LONG x, y;
-} POINT, *LPPOINT;
+typedef Vn_POINT POINT, *LPPOINT;
 
 typedef struct tagSIZE {
   LONG cx, cy;
 } SIZE;
 
-typedef struct tagRECT {
-  LONG left, top, right, bottom;
-} RECT, *LPRECT;
+typedef Vn_RECT RECT, *LPRECT;
 typedef const RECT* LPCRECT;
 
-typedef struct tagRGBQUAD {
-  BYTE rgbBlue, rgbGreen, rgbRed, rgbReserved;
-} RGBQUAD;
+typedef Vn_RGBQUAD RGBQUAD;
+typedef Vn_BITMAPINFOHEADER BITMAPINFOHEADER;
+typedef Vn_BITMAPINFO BITMAPINFO;
 
 typedef struct tagPALETTEENTRY {
   BYTE peRed, peGreen, peBlue, peFlags;
@@ -88,25 +85,6 @@ typedef struct tagLOGPALETTE {
   WORD palNumEntries;
   PALETTEENTRY palPalEntry[1];
 } LOGPALETTE;
-
-typedef struct tagBITMAPINFOHEADER {
-  DWORD biSize;
-  LONG biWidth;
-  LONG biHeight;
-  WORD biPlanes;
-  WORD biBitCount;
-  DWORD biCompression;
-  DWORD biSizeImage;
-  LONG biXPelsPerMeter;
-  LONG biYPelsPerMeter;
-  DWORD biClrUsed;
-  DWORD biClrImportant;
-} BITMAPINFOHEADER;
-
-typedef struct tagBITMAPINFO {
-  BITMAPINFOHEADER bmiHeader;
-  RGBQUAD bmiColors[1];
-} BITMAPINFO;
 
 typedef struct tagBITMAP {
   LONG bmType;

@@ -5,10 +5,15 @@
  * The settings are process-wide. Nothing here is safe against calls from several threads at once
  * unless it says so.
  */
+#include <stdint.h>
+
+#include <vncore/platform/types.h>
+#ifndef VNCORE_PREFIXED
+#include <vncore/platform/win32.h>
+#endif
+
 #ifndef VNCORE_PLATFORM_HEADLESS_HEADLESS_H
 #define VNCORE_PLATFORM_HEADLESS_HEADLESS_H
-
-#include <vncore/platform/win32.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -42,15 +47,15 @@ typedef struct Headless_Surface {
   uint8_t* bits;         /* the uppermost row; owned by the platform or by a mapping */
   int32_t width, height; /* pixels */
   int32_t bitsPerPixel;
-  int32_t stride;      /* bytes from a row to the one below; negative over bottom-up rows */
-  RGBQUAD colors[256]; /* what each pixel value shows, up to 8 bits */
+  int32_t stride;         /* bytes from a row to the one below; negative over bottom-up rows */
+  Vn_RGBQUAD colors[256]; /* what each pixel value shows, up to 8 bits */
 } Headless_Surface;
 /* The screen's pixels, until the next SetDisplay. */
 HEADLESS_API void Headless_GetScreen(Headless_Surface* surface);
 /* The pixels that a context draws on, while the context lives and its bitmap stays selected; so a
  * program draws on them with any library, beside the context's own calls and past its clip. The
  * pixels of a bitmap of Vn_CreateVornDC are the bitmap's own. Returns 1, or 0 for a dead context. */
-HEADLESS_API int32_t Headless_GetSurface(HDC context, Headless_Surface* surface);
+HEADLESS_API int32_t Headless_GetSurface(Vn_HDC context, Headless_Surface* surface);
 
 /* The printer. */
 typedef struct Headless_Printer {
@@ -71,7 +76,7 @@ typedef enum Headless_PrintEvent {
   HEADLESS_PRINT_ABORTED = 2 /* AbortDoc, or the context was deleted: the pages count for nothing */
 } Headless_PrintEvent;
 typedef struct Headless_Page {
-  HDC context;
+  Vn_HDC context;
   const char* document; /* its name */
   int32_t number;       /* of the page, from 1; at the document's end that of its last page */
   int32_t dotsPerInch;
@@ -96,16 +101,17 @@ HEADLESS_API int32_t Headless_Restart(void);
 /* What GetProcAddress finds under a name that the library looks up: "CreateDIBSection" in "GDI32",
  * and "UTRegister", "UTUnRegister" in "KERNEL32", which are absent at start. Null makes a name
  * absent. Returns 1, or 0 for any other name. */
-HEADLESS_API int32_t Headless_SetProcedure(const char* module, const char* name, FARPROC address);
+HEADLESS_API int32_t Headless_SetProcedure(const char* module, const char* name,
+                                           Vn_FARPROC address);
 
 /* Watching StretchDIBits. `bits` points to the rows of the call as given. The observer runs on the
  * calling thread, before the pixels are drawn. Null turns it off. */
 typedef struct Headless_StretchCall {
-  HDC context;
+  Vn_HDC context;
   int32_t x, y, width, height;
   int32_t srcX, srcY, srcWidth, srcHeight;
   const void* bits;
-  const BITMAPINFO* info;
+  const Vn_BITMAPINFO* info;
   uint32_t usage;
   uint32_t rasterOp;
 } Headless_StretchCall;
