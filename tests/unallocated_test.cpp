@@ -47,6 +47,7 @@ const Row kRefused[] = {
     ASKS(ERR_NO_BITMAP, Vn_CopyBitmapRect(&o.made, b, 0, 0, 2, 2)),
     ASKS(VN_NO_PIXEL, Vn_GetPixelColor(b, 0, 0)),
     ASKS(ERR_NO_BITMAP, Vn_PutPixelColor(b, 0, 0, 0)),
+    ASKS(ERR_INVALID_PARAMETER, Vn_GetBitmapColors(b, 0, 1, o.colors)),
     ASKS(ERR_NO_BITMAP, Vn_PutBitmapColors(b, 0, 1, o.colors)),
     ASKS(ERR_INVALID_PARAMETER, Vn_ColorResBitmap(b, &o.made, 8, 0, nullptr, 0, nullptr, 0)),
     ASKS(ERR_NO_BITMAP, Vn_GrayScaleBitmap(b)),
@@ -99,6 +100,8 @@ const Row kRefused[] = {
 const Row kServed[] = {
     ASKS(ERR_FILE_SEEK, Vn_PutBitmapRowSegments(b, o.bytes, 0, 0, o.numbers, 2)),
     ASKS(ERR_NO_BITMAP, Vn_PaintRgnDC(PAINT)),
+    ASKS(OK, Vn_PaintDCBuffer(PAINT, o.bytes, 0, 7)),
+    ASKS(OK, Vn_PaintRgnDCBuffer(PAINT, o.bytes, 0, 7)),
     ASKS(ERR_INVALID_PARAMETER, Vn_PaintRgnDCEffect(PAINT, EFFECT_PLAIN)),
     ASKS(OK, Vn_StartDithering(b, nullptr, 16)),
     ASKS(OK, Vn_DitherLine(b, o.bytes, o.bytes + 600)),
