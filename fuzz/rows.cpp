@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "kernel/process.h"
+
 namespace vn::fuzz {
 
 namespace {
@@ -188,10 +190,10 @@ const Call kCalls[] = {
     &Decoded<&Vn_GetDefaultXResolution>,
     &Decoded<&Vn_GetDefaultYResolution>,
     &Decoded<&Vn_GetStatusCallBack>,
-    // A thread's settings go with it, and are there again for one that comes.
+    // As by DllMain: a thread's settings go with it, and are there again for one that comes.
     [](World&, Input& input) {
-      DllMain(nullptr, input.Flag() ? DLL_THREAD_DETACH : DLL_THREAD_ATTACH, nullptr);
-      if (!DllMain(nullptr, DLL_THREAD_ATTACH, nullptr)) std::abort();
+      OnLoaderCall(nullptr, input.Flag() ? DLL_THREAD_DETACH : DLL_THREAD_ATTACH);
+      if (!OnLoaderCall(nullptr, DLL_THREAD_ATTACH)) std::abort();
     },
 };
 
