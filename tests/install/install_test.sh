@@ -52,9 +52,8 @@ if [ "$SYSTEM" = Windows ]; then
   programs+=(examples/example_by_ordinal 'package/load_client package\libclient.dll
     package\libclient_entry.dll package\libclient_entry_static.dll')
   for program in "${programs[@]}"; do
-    program=${program//$'\n'/ }
     set -- $program
-    printf '%s || exit /b 1\r\n' "${1//\//\\} ${*:2}"
+    printf '@%s\r\n@if errorlevel 1 exit 1\r\n' "${1//\//\\} ${*:2}"
   done >run.bat
   WINEPATH=$prefix/bin $RUN cmd /c run.bat || fail 'a program fails'
 else
