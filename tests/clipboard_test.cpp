@@ -4,10 +4,9 @@
 #include <cstring>
 #include <thread>
 
-#include <vncore/vncore.h>
+#include "device/realized_palette.h"
 #include "tests/support/bitmaps.h"
 #include "tests/support/headless_control.h"
-#include "tests/support/storage_kinds.h"
 
 namespace vn::test {
 namespace {
@@ -29,37 +28,25 @@ class ClipboardScope {
   ~ClipboardScope() { EmptyTheClipboard(); }
 };
 
-std::vector<COLORREF> Seen(BitmapHandle* bitmap) {
-  std::vector<COLORREF> colors;
-  for (int32_t row = 0; row < bitmap->Height; ++row)
-    for (int32_t x = 0; x < bitmap->Width; ++x)
-      colors.push_back(Vn_GetPixelColor(bitmap, row, x));
-  return colors;
-}
-
-class RandomBitmap : public Bitmap {
+// In random colours, as a paste gives it.
+class Picture : public RandomBitmap {
  public:
-  explicit RandomBitmap(int32_t bits, int32_t storage = STORAGE_AUTO)
-      : RandomBitmap(Random(static_cast<uint64_t>(bits)), bits, storage) {}
-
- private:
-  RandomBitmap(Random random, int32_t bits, int32_t storage)
-      : Bitmap(29, 13, bits, VIEW_BOTTOM_FIRST, ORDER_BGR, RandomColors(random, 256).data(),
-               storage) {
-    FillRandom(get(), random);
+  explicit Picture(int32_t bits, Random random = Random(7))
+      : RandomBitmap(random, 29, 13, bits, STORAGE_AUTO, RandomColors(random, 256).data()) {
+    get()->ColorOrder = ORDER_BGR;
   }
 };
 
 TEST(Clipboard, GivesBackWhatWasCopied) {
   for (const int32_t bits : kDepths) {
     SCOPED_TRACE(bits);
-    RandomBitmap bitmap(bits);
+    Picture bitmap(bits);
     ASSERT_EQ(Vn_CopyToClipboard(nullptr, bitmap), 1);
     EXPECT_TRUE(Vn_ClipboardReady());
     for (int pastes = 0; pastes < 2; ++pastes) {  // the clipboard keeps its own
       Bitmap pasted;
       ASSERT_EQ(Vn_CopyFromClipboard(nullptr, pasted), 1);
-      EXPECT_EQ(Seen(pasted), Seen(bitmap));
+      EXPECT_EQ(SeenColors(pasted), SeenColors(bitmap));
     }
   }
   EmptyTheClipboard();
@@ -69,7 +56,7 @@ TEST(Clipboard, GivesBackWhatWasCopied) {
 }
 
 HEADLESS_TEST(Clipboard, HoldsTheFormatsAskedFor) {
-  RandomBitmap deep(24);
+  Picture deep(24);
   for (const int32_t screenBits : {8, 24}) {
     const DisplayScope display(screenBits);
     for (uint32_t flags = 0; flags < 16; flags += 2) {
@@ -88,17 +75,17 @@ HEADLESS_TEST(Clipboard, HoldsTheFormatsAskedFor) {
       ASSERT_EQ(Vn_CopyFromClipboard(nullptr, first), 1);
       EXPECT_EQ(first->BitsPerPixel, screenBits);
       if (screenBits == 24) {
-        EXPECT_EQ(Seen(first), Seen(deep));
+        EXPECT_EQ(SeenColors(first), SeenColors(deep));
       }
       const ClipboardScope again(first, COPY_DDB);
       ASSERT_EQ(Vn_CopyFromClipboard(nullptr, second), 1);
-      EXPECT_EQ(Seen(second), Seen(first));
+      EXPECT_EQ(SeenColors(second), SeenColors(first));
     }
   }
 }
 
 HEADLESS_TEST(Clipboard, FailsWhileSomebodyElseHoldsIt) {
-  RandomBitmap bitmap(8);
+  Picture bitmap(8);
   EmptyTheClipboard();
   std::thread([&] {
     ASSERT_TRUE(OpenClipboard(nullptr));
@@ -119,7 +106,7 @@ HEADLESS_TEST(Clipboard, FailsWhileSomebodyElseHoldsIt) {
 
 // A block from elsewhere that is too short, for its colours or for its rows.
 HEADLESS_TEST(Clipboard, ReadsNothingBehindAForeignBlock) {
-  RandomBitmap bitmap(8);
+  Picture bitmap(8);
   const HGLOBAL whole = Vn_ConvertToDIB(bitmap);
   const SIZE_T size = GlobalSize(whole);
   for (const SIZE_T bytes : {SIZE_T{39}, SIZE_T{40}, SIZE_T{500}, size - 1, size}) {
@@ -160,44 +147,41 @@ HEADLESS_TEST(ScreenCapture, TakesWhatThePaintLeft) {
   for (const int32_t screenBits : {1, 4, 8, 24, 32}) {
     SCOPED_TRACE(screenBits);
     const DisplayScope display(screenBits);
-    HDC screen = GetDC(nullptr);
-    RandomBitmap bitmap(24);
+    const ScreenDC screen;
+    Picture bitmap(24);
     const RECT where = {10, 20, 10 + bitmap->Width, 20 + bitmap->Height};
-    HPALETTE palette = Vn_CreatePaintPalette(screen, bitmap);
-    if (palette) SelectPalette(screen, palette, FALSE);
-    RealizePalette(screen);
-    ASSERT_EQ(Vn_PaintDC(screen, bitmap, nullptr, nullptr, &where, nullptr, SRCCOPY), OK);
+    const RealizedPalette palette(screen.get(), Vn_CreatePaintPalette(screen.get(), bitmap));
+    ASSERT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &where, nullptr, SRCCOPY), OK);
     // The bottom above the top counts by magnitude, from the top down.
     const RECT turned = {where.left, where.top, where.right, where.top - bitmap->Height};
     for (const RECT& rect : {where, turned}) {
       Bitmap captured;
-      ASSERT_EQ(Vn_ScreenCaptureBitmap(screen, captured, &rect), OK);
+      ASSERT_EQ(Vn_ScreenCaptureBitmap(screen.get(), captured, &rect), OK);
       EXPECT_EQ(captured->BitsPerPixel, screenBits == 32 ? 24 : screenBits);
       if (screenBits >= 24) {
-        EXPECT_EQ(Seen(captured), Seen(bitmap));
+        EXPECT_EQ(SeenColors(captured), SeenColors(bitmap));
       }
       for (int32_t line = 0; line < bitmap->Height; ++line) {
         for (int32_t x = 0; x < bitmap->Width; ++x) {
           ASSERT_EQ(Vn_GetPixelColor(captured, bitmap->Height - 1 - line, x),
-                    GetPixel(screen, 10 + x, 20 + line));
+                    GetPixel(screen.get(), 10 + x, 20 + line));
         }
       }
     }
-    ReleaseDC(nullptr, screen);
-    if (palette) DeleteObject(palette);
   }
 }
 
 TEST(ScreenCapture, RefusesEmptyRectangles) {
-  HDC screen = GetDC(nullptr);
+  const ScreenDC screen;
   Bitmap bitmap;
+  const auto capture = [&](BitmapHandle* to, const RECT* rect) {
+    return Vn_ScreenCaptureBitmap(screen.get(), to, rect);
+  };
   const RECT good = {0, 0, 4, 4};
-  for (const RECT& rect : {RECT{4, 0, 4, 9}, RECT{5, 0, 4, 9}, RECT{0, 7, 4, 7}}) {
-    EXPECT_EQ(Vn_ScreenCaptureBitmap(screen, bitmap, &rect), ERR_INVALID_PARAMETER);
-  }
-  EXPECT_EQ(Vn_ScreenCaptureBitmap(screen, bitmap, nullptr), ERR_INVALID_PARAMETER);
-  EXPECT_EQ(Vn_ScreenCaptureBitmap(screen, nullptr, &good), ERR_INVALID_PARAMETER);
-  ReleaseDC(nullptr, screen);
+  for (const RECT& rect : {RECT{4, 0, 4, 9}, RECT{5, 0, 4, 9}, RECT{0, 7, 4, 7}})
+    EXPECT_EQ(capture(bitmap, &rect), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(capture(bitmap, nullptr), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(capture(nullptr, &good), ERR_INVALID_PARAMETER);
 }
 
 }  // namespace

@@ -11,32 +11,9 @@
 namespace vn::test {
 namespace {
 
-// A picture of a few soft blobs, so that boxes differ in weight.
-void FillBlobs(BitmapHandle* bitmap, Random& random) {
-  Bytes row(bitmap->BytesPerLine);
-  for (int32_t y = 0; y < bitmap->Height; ++y) {
-    for (int32_t x = 0; x < bitmap->Width; ++x) {
-      const int base = random.Between(0, 3) * 60;
-      const SlowColor c{base + random.Between(0, 70), base / 2 + random.Between(0, 40),
-                        255 - base - random.Between(0, 70)};
-      SetSlowPixel(row, static_cast<size_t>(x), static_cast<uint32_t>(bitmap->BitsPerPixel),
-                   bitmap->ColorOrder, c);
-    }
-    WriteRow(bitmap, static_cast<uint32_t>(y), row);
-  }
-}
-
-Colors ColorsOf(BitmapHandle* bitmap) {
-  Colors colors(static_cast<size_t>(bitmap->ColorCount));
-  EXPECT_EQ(Vn_GetBitmapColors(bitmap, 0, static_cast<uint32_t>(bitmap->ColorCount), colors.data()),
-            OK);
-  return colors;
-}
-
 TEST(ColorRes, OptimizedColorsWithFixedAndReservedSlots) {
   Random random(26);
-  Bitmap source(64, 64, 24);
-  FillBlobs(source, random);
+  RandomBitmap source(random, 64, 64, 24);
   // Free, fixed, and fixed without being matched to.
   Colors slots(256, RGBQUAD{0, 0, 0, 2});
   slots[0] = {10, 20, 30, 0};
@@ -45,7 +22,7 @@ TEST(ColorRes, OptimizedColorsWithFixedAndReservedSlots) {
   ASSERT_EQ(
       Vn_ColorResBitmap(source, result, 8, RES_OPTIMIZED_PALETTE, slots.data(), 100, nullptr, 0),
       OK);
-  const Colors colors = ColorsOf(result);
+  const Colors colors = PaletteOf(result);
   EXPECT_EQ(colors[0].rgbRed, 30);
   EXPECT_EQ(colors[5].rgbGreen, 50);
   Colors built(98);
@@ -55,11 +32,8 @@ TEST(ColorRes, OptimizedColorsWithFixedAndReservedSlots) {
     EXPECT_EQ(std::memcmp(&colors[i], &built[next++], 3), 0) << i;
   }
   EXPECT_EQ(std::memcmp(&colors[100], "\2\2\2", 3), 0);
-  for (uint32_t y = 0; y < 64; ++y) {
-    const Bytes row = ReadRow(result, y);
-    for (size_t x = 0; x < 64; ++x)
-      EXPECT_TRUE(row[x] != 5 && row[x] < 100);
-  }
+  for (const uint8_t index : ReadAll(result))
+    EXPECT_TRUE(index != 5 && index < 100);
 }
 
 TEST(ColorRes, PixelsWithoutAPaletteEntryCountAsFiller) {
@@ -115,7 +89,7 @@ HEADLESS_TEST(ColorRes, ReservesSystemColorsOnPaletteDisplays) {
   Bitmap source(40, 3, 4, VIEW_BOTTOM_FIRST, ORDER_BGR, own.data()), result;
   FillRandom(source, random);
   ASSERT_EQ(Vn_ColorResBitmap(source, result, 8, RES_SYSTEM_COLORS, nullptr, 64, nullptr, 0), OK);
-  const Colors made = ColorsOf(result);
+  const Colors made = PaletteOf(result);
   Colors built(44);
   ASSERT_EQ(OptimizePalette(source, built.data(), 44, nullptr), OK);
   EXPECT_EQ(std::memcmp(made.data(), colors.data(), 40), 0);

@@ -1,4 +1,4 @@
-// Colour spaces: known pixels, trips there and back, and equal results for any count.
+// Colour spaces: known pixels. Trips between all of them are in the numbered cases.
 #include <cstring>
 
 #include "tests/support/bitmaps.h"
@@ -43,23 +43,6 @@ TEST(ColorSpace, KnownPixels) {
   EXPECT_EQ(Convert(Color(0, 255, 0), SPACE_BGR, SPACE_HSV), (Bytes{85, 255, 255}));
   EXPECT_EQ(Convert(Color(0, 0, 255), SPACE_BGR, SPACE_HLS), (Bytes{170, 127, 255}));
   EXPECT_EQ(Convert(Color(255, 0, 10), SPACE_BGR, SPACE_HLS), (Bytes{254, 127, 255}));
-}
-
-// What a trip through a space may cost a channel: nothing where bytes are complements, little where
-// full scale is 16384, and up to a step of the hue circle where that has a byte: at its steepest
-// the HSV hue moves a channel by 8.5 a degree, and a step is 1.4 degrees.
-TEST(ColorSpace, ThereAndBack) {
-  constexpr int kLoss[] = {0, 2, 0, 12, 8, 4, 0};
-  Random random(5);
-  Bytes colors(3 * 5000);
-  random.Fill(colors.data(), colors.size());
-  for (uint32_t space = 0; space < 7; ++space) {
-    const Bytes back = Convert(Convert(colors, SPACE_BGR, space), space, SPACE_BGR);
-    int worst = 0;
-    for (size_t i = 0; i < colors.size(); ++i)
-      worst = std::max(worst, std::abs(colors[i] - back[i]));
-    EXPECT_LE(worst, kLoss[space]) << "space " << space;
-  }
 }
 
 }  // namespace

@@ -2,14 +2,9 @@
 // both vector forms, regions, overlaps, storage kinds.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
+#include <numeric>
 
-#include "compose/combine_plan.h"
-#include "kernel/vector.h"
 #include "tests/support/bitmaps.h"
-#include "tests/support/failure_walk.h"
-#include "tests/support/pixels.h"
 #include "tests/support/status_log.h"
 #include "tests/support/storage_kinds.h"
 
@@ -103,11 +98,8 @@ std::vector<Bytes> Model(BitmapHandle* destination, const Placing& p, BitmapHand
                          uint32_t flags) {
   const int32_t bits = destination->BitsPerPixel;
   const bool usesSource = NeedsOf(flags, bits).source;
-  std::vector<Bytes> rows, sourceRows;
-  for (int32_t y = 0; y < destination->Height; ++y)
-    rows.push_back(ReadRow(destination, static_cast<uint32_t>(y)));
-  for (int32_t y = 0; usesSource && y < source->Height; ++y)
-    sourceRows.push_back(ReadRow(source, static_cast<uint32_t>(y)));
+  std::vector<Bytes> rows = ReadRows(destination);
+  const Pixels pixels = usesSource ? StoredPixels(source) : Pixels();
   RECT bounds{};
   if (usesSource) Vn_GetBitmapRgnBounds(source, nullptr, &bounds);
   for (int32_t j = 0; j < p.height; ++j) {
@@ -117,12 +109,10 @@ std::vector<Bytes> Model(BitmapHandle* destination, const Placing& p, BitmapHand
       if (usesSource &&
           (sx < bounds.left || sx >= bounds.right || sy < bounds.top || sy >= bounds.bottom))
         continue;
-      Bytes& row = rows[static_cast<size_t>(y)];
-      const auto column = static_cast<size_t>(x);
-      const uint32_t s =
-          usesSource ? PixelBits(sourceRows[static_cast<size_t>(sy)], static_cast<size_t>(sx), bits)
-                     : 0;
-      SetPixelBits(&row, column, bits, ModelPixel(flags, PixelBits(row, column, bits), s, bits));
+      const auto row = static_cast<size_t>(y), column = static_cast<size_t>(x);
+      const uint32_t d = PixelBits(rows[row], column, bits);
+      const uint32_t s = usesSource ? pixels[static_cast<size_t>(sy)][static_cast<size_t>(sx)] : 0;
+      SetPixelBits(&rows[row], column, bits, ModelPixel(flags, d, s, bits));
     }
   }
   return rows;
@@ -142,8 +132,7 @@ void ExpectCombined(BitmapHandle* destination, const Placing& p, BitmapHandle* s
                                   << p.width << ", " << p.height);
   const std::vector<Bytes> expected = Model(destination, p, source, flags);
   ASSERT_EQ(Combine(destination, p, source, flags), OK);
-  for (uint32_t y = 0; y < expected.size(); ++y)
-    ASSERT_EQ(ReadRow(destination, y), expected[y]) << "row " << y;
+  ASSERT_EQ(ReadRows(destination), expected);
 }
 
 bool Exist(uint32_t flags) {
@@ -160,76 +149,46 @@ Placing RandomPlacing(Random& random, BitmapHandle* destination, BitmapHandle* s
 // An ellipse with a hole, on one bitmap in three.
 void MaybeSetRegion(BitmapHandle* bitmap, Random& random) {
   if (!random.Chance(3)) return;
-  const RECT box = {random.Between(-4, 20), -1, bitmap->Width - random.Between(-4, 20),
-                    bitmap->Height};
-  const RECT hole = {20, 1, 33, 3};
-  ASSERT_EQ(Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE), OK);
-  ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &hole, REGION_COMBINE_OLD_MINUS_NEW), OK);
+  const int32_t left = random.Between(-4, 20), right = bitmap->Width - random.Between(-4, 20);
+  SelectEllipse(bitmap, {left, -1, right, bitmap->Height});
+  Select(bitmap, {20, 1, 33, 3}, REGION_COMBINE_OLD_MINUS_NEW);
 }
 
-void AllFlagsEqualTheModel(int32_t storage, uint32_t step) {
-  Random random(42);
-  for (const VectorLevel level : {VectorLevel::kNone, VectorLevel::kAvx2}) {
-    const VectorLevel before = SetVectorLevel(level);
-    for (const int32_t bits : kDepths) {
-      for (uint32_t flags = random.Next() % step; flags < 0x10000; flags += step) {
-        if (!Exist(flags)) continue;
-        const auto width = static_cast<uint32_t>(random.Between(30, 1600 / bits + 40));
-        Bitmap destination(width, 5, bits, VIEW_TOP_FIRST, ORDER_BGR, nullptr, storage);
-        Bitmap source(width + 7, 6, bits, VIEW_BOTTOM_FIRST, ORDER_BGR, nullptr, storage);
-        FillRandom(destination, random);
-        FillRandom(source, random);
-        MaybeSetRegion(destination, random);
-        MaybeSetRegion(source, random);
-        ExpectCombined(destination, RandomPlacing(random, destination, source), source, flags);
-        ASSERT_FALSE(testing::Test::HasFatalFailure());
+TEST(Combine, AllFlagsEqualTheModel) {
+  WithEachStorage([](const StorageKind& kind) {
+    WithEachVectorForm([&] {
+      Random random(42);
+      const uint32_t step = kind.win32s ? 41 : 1;
+      for (const int32_t bits : kDepths) {
+        for (uint32_t flags = random.Next() % step; flags < 0x10000; flags += step) {
+          if (!Exist(flags)) continue;
+          const int32_t width = random.Between(30, 1600 / bits + 40);
+          RandomBitmap destination(random, width, 5, bits, kind.request);
+          RandomBitmap source(random, width + 7, 6, bits, kind.request);
+          MaybeSetRegion(destination, random);
+          MaybeSetRegion(source, random);
+          ExpectCombined(destination, RandomPlacing(random, destination, source), source, flags);
+          if (testing::Test::HasFatalFailure()) return;
+        }
       }
-    }
-    SetVectorLevel(before);
-  }
-}
-
-TEST(Combine, AllFlagsEqualTheModel) { AllFlagsEqualTheModel(STORAGE_AUTO, 1); }
-
-HEADLESS_TEST(Combine, FlagsEqualTheModelOnWin32s) {
-  const Win32sScope scope;
-  AllFlagsEqualTheModel(STORAGE_MEMORY, 37);
-  AllFlagsEqualTheModel(STORAGE_DISK, 41);
+    });
+  });
 }
 
 // Every pair of channel values, so that quotients are right to the last.
 TEST(Combine, AllPairsOfChannels) {
-  for (const VectorLevel level : {VectorLevel::kNone, VectorLevel::kAvx2}) {
-    const VectorLevel before = SetVectorLevel(level);
+  WithEachVectorForm([] {
     for (uint32_t operation = 3; operation <= 11; ++operation) {
       Bitmap destination(256, 256, 8), source(256, 256, 8);
       Bytes ramp(256);
-      for (uint32_t i = 0; i < 256; ++i)
-        ramp[i] = static_cast<uint8_t>(i);
+      std::iota(ramp.begin(), ramp.end(), uint8_t{0});
       for (uint32_t y = 0; y < 256; ++y) {
         WriteRow(destination, y, ramp);
         WriteRow(source, y, Bytes(256, static_cast<uint8_t>(y)));
       }
       ExpectCombined(destination, {0, 0, 256, 256, 0, 0}, source, operation << 8);
-      ASSERT_FALSE(testing::Test::HasFatalFailure());
     }
-    SetVectorLevel(before);
-  }
-}
-
-TEST(Combine, PlansNeedWhatTheResultDependsOn) {
-  for (uint32_t flags = 0; flags < 0x10000; ++flags) {
-    ASSERT_EQ(AreCombineFlags(flags), Exist(flags)) << flags;
-    if (!Exist(flags)) continue;
-    for (const int32_t bits : {1, 8}) {
-      const CombinePlan plan = PlanCombination(flags, bits == 1);
-      const Needs needs = NeedsOf(flags, bits);
-      ASSERT_EQ(plan.needsSource, needs.source) << flags;
-      ASSERT_EQ(plan.needsDestination, needs.destination) << flags;
-      ASSERT_EQ(plan.code < kFirstArithmetic, needs.boolean) << flags;
-    }
-  }
-  EXPECT_FALSE(AreCombineFlags(0x10000));
+  });
 }
 
 // One bitmap onto itself, moved in every direction, and by parts of a byte.
@@ -237,8 +196,7 @@ TEST(Combine, OneBitmapMovesOverItself) {
   Random random(43);
   for (int32_t round = 0; round < 400; ++round) {
     const int32_t bits = kDepths[round % 6];
-    Bitmap bitmap(150, 9, bits);
-    FillRandom(bitmap, random);
+    RandomBitmap bitmap(random, 150, 9, bits);
     Placing p = {20, 2, 100, 5, 20 + random.Between(-19, 19), 2 + random.Between(-2, 2)};
     if (random.Chance(3)) p.sourceY = p.y;
     MaybeSetRegion(bitmap, random);
@@ -250,32 +208,28 @@ TEST(Combine, OneBitmapMovesOverItself) {
 
 TEST(Combine, LooksAtTheSourceOnlyWhereItCounts) {
   Bitmap bitmap(20, 4, 8), other(20, 4, 24), empty;
-  EXPECT_EQ(Vn_CombineBitmap(bitmap, 0, 0, 20, 4, nullptr, 0, 0, COMBINE_SUB_SRC | COMBINE_SRC_0),
-            OK);
-  EXPECT_EQ(Vn_CombineBitmap(bitmap, 0, 0, 20, 4, nullptr, 0, 0, COMBINE_RES_1 | COMBINE_MUL), OK);
+  const Placing all = {0, 0, 20, 4, 0, 0};
+  EXPECT_EQ(Combine(bitmap, all, nullptr, COMBINE_SUB_SRC | COMBINE_SRC_0), OK);
+  EXPECT_EQ(Combine(bitmap, all, nullptr, COMBINE_RES_1 | COMBINE_MUL), OK);
   EXPECT_EQ(ReadRow(bitmap, 3), Bytes(20, 255));
-  for (BitmapHandle* source : {static_cast<BitmapHandle*>(nullptr), other.get(), empty.get()}) {
-    EXPECT_EQ(Vn_CombineBitmap(bitmap, 0, 0, 20, 4, source, 0, 0, COMBINE_XOR | COMBINE_SRC_1), OK);
-    EXPECT_EQ(Vn_CombineBitmap(bitmap, 0, 0, 20, 4, source, 0, 0, COMBINE_XOR),
-              ERR_INVALID_PARAMETER);
-    EXPECT_EQ(Vn_CombineBitmap(bitmap, 0, 0, 20, 4, source, 0, 0, COMBINE_DIV_SRC | COMBINE_SRC_0),
-              ERR_INVALID_PARAMETER);
+  for (BitmapHandle* none : {static_cast<BitmapHandle*>(nullptr), other.get(), empty.get()}) {
+    EXPECT_EQ(Combine(bitmap, all, none, COMBINE_XOR | COMBINE_SRC_1), OK);
+    for (const uint32_t flags : {0u + COMBINE_XOR, 0u + COMBINE_DIV_SRC + COMBINE_SRC_0})
+      EXPECT_EQ(Combine(bitmap, all, none, flags), ERR_INVALID_PARAMETER);
+    if (none != other.get()) {
+      EXPECT_EQ(Combine(none, all, bitmap, COMBINE_RES_0), ERR_INVALID_PARAMETER);
+    }
   }
-  for (BitmapHandle* destination : {static_cast<BitmapHandle*>(nullptr), empty.get()}) {
-    EXPECT_EQ(Vn_CombineBitmap(destination, 0, 0, 9, 9, bitmap, 0, 0, COMBINE_RES_0),
-              ERR_INVALID_PARAMETER);
-  }
-  for (const uint32_t flags : {0x4u, 0x40u, 0xC00u, 0x4000u, 0x10000u}) {
-    EXPECT_EQ(Vn_CombineBitmap(bitmap, 0, 0, 9, 9, bitmap, 0, 0, flags), ERR_INVALID_PARAMETER);
-  }
+  for (const uint32_t flags : {0x4u, 0x40u, 0xC00u, 0x4000u, 0x10000u})
+    EXPECT_EQ(Combine(bitmap, all, bitmap, flags), ERR_INVALID_PARAMETER);
 }
 
 // Coordinates are any numbers; sums wrap, and nothing outside of the bitmaps is touched.
 TEST(Combine, AnyCoordinatesStayInside) {
-  constexpr int32_t kEnds[] = {INT32_MIN, INT32_MIN + 3, -1, 0, 5, INT32_MAX - 3, INT32_MAX};
+  static constexpr int32_t kEnds[] = {INT32_MIN, INT32_MIN + 3, -1, 0, 5, INT32_MAX - 3, INT32_MAX};
   Random random(44);
   Bitmap destination(20, 4, 24), source(13, 6, 24);
-  const auto any = [&] { return kEnds[random.Between(0, 6)]; };
+  const auto any = [&] { return random.OneOf(kEnds); };
   for (int32_t round = 0; round < 2000; ++round) {
     const Placing p = {any(), any(), any(), any(), any(), any()};
     EXPECT_EQ(Combine(destination, p, source, COMBINE_XOR), OK);

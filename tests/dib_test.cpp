@@ -1,13 +1,10 @@
 // DIBs and device bitmaps: what a bitmap becomes there, and what comes back.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
-#include <numeric>
 
-#include <vncore/vncore.h>
+#include "kernel/platform_objects.h"
 #include "tests/support/bitmaps.h"
-#include "tests/support/failure_walk.h"
 #include "tests/support/headless_control.h"
 #include "tests/support/storage_kinds.h"
 
@@ -48,33 +45,6 @@ class Dib {
   HGLOBAL memory_;
 };
 
-// A picture of random pixels and colours, with a resolution of its own.
-class RandomBitmap : public Bitmap {
- public:
-  RandomBitmap(uint64_t seed, int32_t bits, uint32_t origin, uint32_t order,
-               int32_t storage = STORAGE_AUTO)
-      : RandomBitmap(Random(seed), bits, origin, order, storage) {}
-
- private:
-  RandomBitmap(Random random, int32_t bits, uint32_t origin, uint32_t order, int32_t storage)
-      : Bitmap(37, 11, bits, origin, order, RandomColors(random, 256).data(), storage) {
-    FillRandom(get(), random);
-    get()->XResolution = 150;
-    get()->YResolution = 299;
-  }
-};
-
-// The picture's colours from the top line down, whatever its order of rows.
-std::vector<COLORREF> Seen(BitmapHandle* bitmap) {
-  std::vector<COLORREF> colors;
-  for (int32_t line = 0; line < bitmap->Height; ++line) {
-    const int32_t row = bitmap->ViewOrigin == VIEW_BOTTOM_FIRST ? bitmap->Height - 1 - line : line;
-    for (int32_t x = 0; x < bitmap->Width; ++x)
-      colors.push_back(Vn_GetPixelColor(bitmap, row, x));
-  }
-  return colors;
-}
-
 std::vector<COLORREF> RedAndBlueSwapped(std::vector<COLORREF> colors) {
   for (COLORREF& c : colors)
     c = RGB(GetBValue(c), GetGValue(c), GetRValue(c));
@@ -104,32 +74,38 @@ void ExpectDib(const Dib& dib, const BitmapHandle& source, DWORD colorsUsed) {
     ASSERT_EQ(bytes[i], 0) << "a flags byte of the table";
 }
 
-// All depths, row orders and channel orders, in one kind of storage.
+// All depths, row orders and channel orders, in each storage, with a resolution.
 template <class Check>
-void WithEachPicture(int32_t storage, Check check) {
-  uint64_t seed = 1;
-  for (const int32_t bits : kDepths) {
-    for (const uint32_t origin : {VIEW_TOP_FIRST, VIEW_BOTTOM_FIRST}) {
-      for (const uint32_t order : {ORDER_RGB, ORDER_BGR}) {
-        SCOPED_TRACE(testing::Message()
-                     << bits << " bits, origin " << origin << ", order " << order);
-        RandomBitmap bitmap(++seed, bits, origin, order, storage);
-        check(bitmap);
+void WithEachPicture(Check check) {
+  WithEachStorage([&](const StorageKind& kind) {
+    Random random(1);
+    for (const int32_t bits : kDepths) {
+      for (const uint32_t origin : {VIEW_TOP_FIRST, VIEW_BOTTOM_FIRST}) {
+        for (const uint32_t order : {ORDER_RGB, ORDER_BGR}) {
+          SCOPED_TRACE(testing::Message()
+                       << bits << " bits, origin " << origin << ", order " << order);
+          Bitmap bitmap(37, 11, bits, origin, order, RandomColors(random, 256).data(),
+                        kind.request);
+          FillRandom(bitmap, random);
+          bitmap->XResolution = 150;
+          bitmap->YResolution = 299;
+          check(bitmap);
+        }
       }
     }
-  }
+  });
 }
 
 // To a DIB and back, by copy and by move, both ways.
-void CheckRoundTrips(RandomBitmap& bitmap) {
-  const std::vector<COLORREF> seen = Seen(bitmap);
-  const BitmapHandle before = *bitmap.get();
+void CheckRoundTrips(BitmapHandle* bitmap) {
+  const std::vector<COLORREF> seen = SeenColors(bitmap);
+  const BitmapHandle before = *bitmap;
   const bool deep = before.BitsPerPixel > 8;
   const bool widened = before.BitsPerPixel == 16 || before.BitsPerPixel == 32;
 
   Dib copied(Vn_ConvertToDIB(bitmap));
   ASSERT_NE(copied.get(), nullptr);
-  EXPECT_EQ(std::memcmp(&before, bitmap.get(), sizeof before), 0) << "the source has changed";
+  EXPECT_EQ(std::memcmp(&before, bitmap, sizeof before), 0) << "the source has changed";
   ExpectDib(copied, before, 0);
   Dib moved(Vn_ChangeToDIB(bitmap));
   ASSERT_NE(moved.get(), nullptr);
@@ -146,26 +122,16 @@ void CheckRoundTrips(RandomBitmap& bitmap) {
     EXPECT_EQ(back->YResolution, 299);
     // A copy keeps bytes in their order and calls it blue first; so does the move at 24 bits.
     const bool swaps = deep && before.ColorOrder == ORDER_RGB && !(back == fromMoved && widened);
-    EXPECT_EQ(Seen(back), swaps ? RedAndBlueSwapped(seen) : seen);
+    EXPECT_EQ(SeenColors(back), swaps ? RedAndBlueSwapped(seen) : seen);
   }
   EXPECT_EQ(fromCopy->ColorOrder, static_cast<uint32_t>(ORDER_BGR));
   EXPECT_EQ(fromMoved->ColorOrder, static_cast<uint32_t>(deep ? ORDER_BGR : ORDER_RGB));
 }
 
-#ifndef _WIN32
-TEST(Dib, RoundTripsInEachStorage) {
-  WithEachStorage([](const StorageKind& kind) {
-    WithEachPicture(kind.request, [](RandomBitmap& bitmap) { CheckRoundTrips(bitmap); });
-  });
-}
-#else
-TEST(Dib, RoundTrips) {
-  WithEachPicture(STORAGE_AUTO, [](RandomBitmap& bitmap) { CheckRoundTrips(bitmap); });
-}
-#endif
+TEST(Dib, RoundTrips) { WithEachPicture(CheckRoundTrips); }
 
 TEST(Dib, CopiesFromLockedBitmapsAndMovesOnlyOthers) {
-  RandomBitmap bitmap(5, 8, VIEW_TOP_FIRST, ORDER_BGR);
+  Bitmap bitmap(37, 11, 8);
   const int32_t state = Vn_LockBitmap(bitmap);
   EXPECT_EQ(Vn_ChangeToDIB(bitmap), nullptr);
   const Dib dib(Vn_ConvertToDIB(bitmap));
@@ -182,23 +148,27 @@ TEST(Dib, CopiesFromLockedBitmapsAndMovesOnlyOthers) {
 }
 
 TEST(Dib, OriginThreeIsBottomFirstForTheCopyAlone) {
-  RandomBitmap bitmap(6, 24, VIEW_BOTTOM_FIRST, ORDER_BGR);
-  const std::vector<COLORREF> seen = Seen(bitmap);
+  Random random(6);
+  Bitmap bitmap(37, 11, 24);
+  FillRandom(bitmap, random);
+  const std::vector<COLORREF> seen = SeenColors(bitmap);
   bitmap->ViewOrigin = 3;
   const Dib copied(Vn_ConvertToDIB(bitmap));
   Dib moved(Vn_ChangeToDIB(bitmap));
   Bitmap fromCopy, fromMoved;
   ASSERT_EQ(FromDibByCopy(fromCopy, copied), OK);
   ASSERT_EQ(FromDibByCopy(fromMoved, moved), OK);
-  EXPECT_EQ(Seen(fromCopy), seen);
+  EXPECT_EQ(SeenColors(fromCopy), seen);
   fromMoved->ViewOrigin = VIEW_TOP_FIRST;
-  EXPECT_EQ(Seen(fromMoved), seen);
+  EXPECT_EQ(SeenColors(fromMoved), seen);
 }
 
 HEADLESS_TEST(Dib, Win32sMovesPicturesWithinTheirBlock) {
   const Win32sScope win32s;
-  RandomBitmap bitmap(7, 8, VIEW_BOTTOM_FIRST, ORDER_BGR, STORAGE_MEMORY);
-  const std::vector<COLORREF> seen = Seen(bitmap);
+  Random random(7);
+  Bitmap bitmap(37, 11, 8, VIEW_BOTTOM_FIRST, ORDER_BGR, nullptr, STORAGE_MEMORY);
+  FillRandom(bitmap, random);
+  const std::vector<COLORREF> seen = SeenColors(bitmap);
   const HANDLE block = bitmap->Storage;
   Dib dib(Vn_ChangeToDIB(bitmap));
   EXPECT_EQ(dib.get(), block);
@@ -206,7 +176,7 @@ HEADLESS_TEST(Dib, Win32sMovesPicturesWithinTheirBlock) {
   ASSERT_EQ(Vn_ChangeFromDIB(back, dib.get()), OK);
   EXPECT_EQ(back->Storage, dib.Release());
   EXPECT_FALSE(back->Flags & FLAG_LOCKED);
-  EXPECT_EQ(Seen(back), seen);
+  EXPECT_EQ(SeenColors(back), seen);
 }
 
 // A DIB in bytes: 8 bits, 5 by 3 pixels, ten colours.
@@ -235,9 +205,9 @@ Bytes SmallDib(uint32_t headerBytes) {
 }
 
 TEST(Dib, ReadsHeadersOfEveryLengthAndTheColoursThatThereAre) {
-  HDC screen = GetDC(nullptr);
-  const int across = GetDeviceCaps(screen, HORZRES), down = GetDeviceCaps(screen, VERTRES);
-  ReleaseDC(nullptr, screen);
+  const ScreenDC screen;
+  const int across = GetDeviceCaps(screen.get(), HORZRES);
+  const int down = GetDeviceCaps(screen.get(), VERTRES);
   const auto inch = [](int perMetre) { return (254 * perMetre + 5000) / 10000; };
   for (const uint32_t headerBytes : {12u, 40u, 108u, 124u}) {
     SCOPED_TRACE(headerBytes);
@@ -328,64 +298,46 @@ TEST(Dib, ConvertsFromPartsThatTheCallerVouchesFor) {
   EXPECT_EQ(Vn_ConvertFromDIB(none, &bad, nullptr), ERR_EMPTY_BITMAP);
 }
 
-// The picture that a device bitmap of `bitmap` shows.
-std::vector<COLORREF> SeenOnDevice(BitmapHandle* bitmap) {
-  HDC screen = GetDC(nullptr);
-  Bitmap back;
-  EXPECT_EQ(Vn_ChangeFromDDB(screen, back, Vn_ConvertToDDB(nullptr, bitmap), nullptr), OK);
-  ReleaseDC(nullptr, screen);
-  return Seen(back);
-}
-
 HEADLESS_TEST(DeviceBitmap, ShowsOnEachScreenWhatTheScreenCanShow) {
   for (const int32_t screenBits : {1, 4, 8, 24, 32}) {
+    SCOPED_TRACE(screenBits);
     const DisplayScope display(screenBits);
-    WithEachStorage([&](const StorageKind& kind) {
-      WithEachPicture(kind.request, [&](RandomBitmap& bitmap) {
-        SCOPED_TRACE(screenBits);
-        const std::vector<COLORREF> seen = Seen(bitmap);
-        HDC screen = GetDC(nullptr);
-        const HBITMAP object = Vn_ConvertToDDB(screen, bitmap);
-        Bitmap back;
-        ASSERT_EQ(Vn_ConvertFromDDB(screen, back, object, nullptr), OK);
-        EXPECT_EQ(back->BitsPerPixel, screenBits == 32 ? 24 : screenBits);
-        ReleaseDC(nullptr, screen);
-        DeleteObject(object);
-        const std::vector<COLORREF> shown = Seen(back);
-        // Channels go to the device in the order in which they stand.
-        const bool swaps = bitmap->BitsPerPixel > 8 && bitmap->ColorOrder == ORDER_RGB;
-        if (screenBits >= 24) {
-          EXPECT_EQ(shown, swaps ? RedAndBlueSwapped(seen) : seen);
-        }
-        // What a screen can show it shows again, through the moving forms.
-        EXPECT_EQ(SeenOnDevice(back), shown);
-        const HBITMAP moved = Vn_ChangeToDDB(nullptr, back);
-        ASSERT_NE(moved, nullptr);
-        EXPECT_FALSE(back->Flags & FLAG_ALLOCATED);
-        DeleteObject(moved);
-      });
+    WithEachPicture([&](BitmapHandle* bitmap) {
+      const ScreenDC screen;
+      const std::vector<COLORREF> seen = SeenColors(bitmap);
+      const OwnedObject<HBITMAP> object(Vn_ConvertToDDB(screen.get(), bitmap));
+      Bitmap back;
+      ASSERT_EQ(Vn_ConvertFromDDB(screen.get(), back, object.get(), nullptr), OK);
+      EXPECT_EQ(back->BitsPerPixel, screenBits == 32 ? 24 : screenBits);
+      const std::vector<COLORREF> shown = SeenColors(back);
+      // Channels go to the device in the order in which they stand.
+      const bool swaps = bitmap->BitsPerPixel > 8 && bitmap->ColorOrder == ORDER_RGB;
+      if (screenBits >= 24) {
+        EXPECT_EQ(shown, swaps ? RedAndBlueSwapped(seen) : seen);
+      }
+      // What a screen can show it shows again, through the moving forms.
+      Bitmap again;
+      const HBITMAP moved = Vn_ChangeToDDB(nullptr, back);
+      EXPECT_FALSE(back->Flags & FLAG_ALLOCATED);
+      ASSERT_EQ(Vn_ChangeFromDDB(screen.get(), again, moved, nullptr), OK);
+      EXPECT_EQ(SeenColors(again), shown);
     });
   }
 }
 
 TEST(DeviceBitmap, ConvertingFailsWithoutAnObject) {
-  HDC screen = GetDC(nullptr);
-  Bitmap bitmap;
-  EXPECT_EQ(Vn_ConvertFromDDB(screen, bitmap, nullptr, nullptr), ERR_INVALID_PARAMETER);
+  const ScreenDC screen;
+  Bitmap bitmap, picture(37, 11, 24);
+  EXPECT_EQ(Vn_ConvertFromDDB(screen.get(), bitmap, nullptr, nullptr), ERR_INVALID_PARAMETER);
   // Of another kind: nothing of it is deleted.
-  HPALETTE palette = Vn_CreateFixedPalette(4);
-  const auto foreign = reinterpret_cast<HBITMAP>(palette);
-  EXPECT_EQ(Vn_ChangeFromDDB(screen, bitmap, foreign, palette), ERR_INVALID_PARAMETER);
-  EXPECT_EQ(Vn_GetPaletteSize(palette), 16u);
-  DeleteObject(palette);
+  const OwnedObject<HPALETTE> palette(Vn_CreateFixedPalette(4));
+  const auto foreign = reinterpret_cast<HBITMAP>(palette.get());
+  EXPECT_EQ(Vn_ChangeFromDDB(screen.get(), bitmap, foreign, palette.get()), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_GetPaletteSize(palette.get()), 16u);
   // A context is needed to read one, and a lost one leaves the object to the caller.
-  RandomBitmap picture(9, 24, VIEW_TOP_FIRST, ORDER_BGR);
-  const HBITMAP object = Vn_ConvertToDDB(screen, picture);
+  const HBITMAP object = Vn_ConvertToDDB(screen.get(), picture);
   EXPECT_EQ(Vn_ChangeFromDDB(nullptr, bitmap, object, nullptr), ERR_INVALID_PARAMETER);
-  BITMAP shape = {};
-  EXPECT_NE(GetObjectA(object, sizeof shape, &shape), 0);
   EXPECT_TRUE(DeleteObject(object));
-  ReleaseDC(nullptr, screen);
 }
 
 }  // namespace

@@ -2,10 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "compose/pixel_pattern.h"
-#include "kernel/vector.h"
 #include "tests/support/bitmaps.h"
-#include "tests/support/headless_control.h"
-#include "tests/support/pixels.h"
 #include "tests/support/status_log.h"
 #include "tests/support/storage_kinds.h"
 
@@ -40,9 +37,7 @@ TEST(SegmentWrite, EqualsSinglePixels) {
     for (int32_t i = 0; i < 500; ++i) {
       const int32_t bits = kDepths[i % 6];
       const int32_t width = random.Between(1, 70);
-      Bitmap bitmap(static_cast<uint32_t>(width), 3, bits, VIEW_BOTTOM_FIRST, ORDER_BGR, nullptr,
-                    kind.request);
-      FillRandom(bitmap, random);
+      RandomBitmap bitmap(random, width, 3, bits, kind.request);
       Bytes source(bitmap->BytesPerLine + 16);
       random.Fill(source.data(), source.size());
       const int32_t unit = bits == 1 ? 8 : bits == 4 ? 2 : 1;
@@ -51,37 +46,30 @@ TEST(SegmentWrite, EqualsSinglePixels) {
           RandomSegments(random, std::max(0, -offset), std::min(width, width - offset));
       SCOPED_TRACE(testing::Message() << bits << " bits, offset " << offset << ", segments "
                                       << testing::PrintToString(segments));
-      const Bytes above = ReadRow(bitmap, 0), below = ReadRow(bitmap, 2);
-      Bytes expected = ReadRow(bitmap, 1);
+      std::vector<Bytes> expected = ReadRows(bitmap);
       for (size_t s = 0; s < segments.size(); s += 2) {
         for (int32_t c = segments[s]; c < segments[s + 1]; ++c) {
-          SetPixelBits(&expected, static_cast<size_t>(c + offset), bits,
+          SetPixelBits(&expected[1], static_cast<size_t>(c + offset), bits,
                        PixelBits(source, static_cast<size_t>(c), bits));
         }
       }
       ASSERT_EQ(PutSegments(bitmap, source, 1, offset, segments), OK);
-      ASSERT_EQ(ReadRow(bitmap, 1), expected);
-      ASSERT_EQ(ReadRow(bitmap, 0), above);
-      ASSERT_EQ(ReadRow(bitmap, 2), below);
+      ASSERT_EQ(ReadRows(bitmap), expected);
     }
   });
 }
 
 // No region, an irregular one, one outside of the bitmap, or long runs.
 void SetRegion(BitmapHandle* bitmap, int32_t kind) {
-  const RECT box = {2, 1, 31, 13}, hole = {9, 4, 17, 9}, outside = {100, 100, 110, 110};
   if (kind == 1) {
-    ASSERT_EQ(Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE), OK);
-    ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &hole, REGION_COMBINE_OLD_MINUS_NEW), OK);
+    SelectEllipse(bitmap, {2, 1, 31, 13});
+    Select(bitmap, {9, 4, 17, 9}, REGION_COMBINE_OLD_MINUS_NEW);
   }
-  if (kind >= 2) {
-    ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &outside, REGION_COMBINE_REPLACE), OK);
-  }
+  if (kind >= 2) Select(bitmap, {100, 100, 110, 110});
   Random random(54);
   for (int32_t n = 0; kind == 3 && n < 20; ++n) {
     const int32_t left = random.Between(0, 150), top = random.Between(0, 14);
-    const RECT run = {left, top, left + random.Between(1, 180), top + 1};
-    ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &run, REGION_COMBINE_OR), OK);
+    Select(bitmap, {left, top, left + random.Between(1, 180), top + 1}, REGION_COMBINE_OR);
   }
 }
 
@@ -90,17 +78,16 @@ template <class Fill>
 void ExpectFilled(BitmapHandle* bitmap, uint32_t value, Fill fill) {
   Random random(52);
   FillRandom(bitmap, random);
-  std::vector<Bytes> expected;
+  std::vector<Bytes> expected = ReadRows(bitmap);
   for (int32_t row = 0; row < bitmap->Height; ++row) {
-    expected.push_back(ReadRow(bitmap, static_cast<uint32_t>(row)));
     for (int32_t x = 0; x < bitmap->Width; ++x) {
       if (!Vn_IsPtInBitmapRgn(bitmap, row, x)) continue;
-      SetPixelBits(&expected.back(), static_cast<size_t>(x), bitmap->BitsPerPixel, value);
+      SetPixelBits(&expected[static_cast<size_t>(row)], static_cast<size_t>(x),
+                   bitmap->BitsPerPixel, value);
     }
   }
   ASSERT_EQ(fill(), OK);
-  for (uint32_t row = 0; row < expected.size(); ++row)
-    ASSERT_EQ(ReadRow(bitmap, row), expected[row]) << "row " << row;
+  ASSERT_EQ(ReadRows(bitmap), expected);
 }
 
 // In a colour whose bytes differ.
@@ -148,14 +135,12 @@ TEST(Fill, PatternsAreTheSameInEveryForm) {
     Bytes expected(400, 0xEE);
     for (size_t i = 0; i < count; ++i)
       expected[start + i] = pixel[i % pixelBytes];
-    for (const VectorLevel level : {VectorLevel::kNone, VectorLevel::kAvx2}) {
-      const VectorLevel before = SetVectorLevel(level);
+    WithEachVectorForm([&] {
       const PixelPattern pattern(pixel, pixelBytes);
-      SetVectorLevel(before);
       Bytes bytes(400, 0xEE);
       pattern.Write(bytes.data() + start, count);
       ASSERT_EQ(bytes, expected) << pixelBytes << " bytes, " << count << " from " << start;
-    }
+    });
   }
 }
 
@@ -170,14 +155,6 @@ TEST(Fill, MemoryIsOneUnitOfProgress) {
   EXPECT_EQ(Vn_ClearBitmap(bitmap), -40);  // after the last row
   EXPECT_EQ(log.percents(), (std::vector<int32_t>{0, 100}));
   EXPECT_EQ(ReadRow(bitmap, 3), Bytes(4, 0));
-}
-
-TEST(Fill, WithoutStorageNothingIsWritten) {
-  BitmapHandle record;
-  Vn_InitBitmap(&record, 4, 4, 8);
-  const StatusLog log;
-  EXPECT_EQ(Vn_FillBitmap(&record, 0), OK);
-  EXPECT_EQ(log.percents(), (std::vector<int32_t>{0, 100}));
 }
 
 HEADLESS_TEST(Fill, FilesTellProgressByRows) {

@@ -6,28 +6,8 @@
 #include "tests/support/bitmaps.h"
 #include "tests/support/headless_control.h"
 
-static bool operator==(const RGBQUAD& a, const RGBQUAD& b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
 namespace vn::test {
 namespace {
-
-RGBQUAD Quad(int red, int green, int blue, int flags = 0) {
-  return {static_cast<BYTE>(blue), static_cast<BYTE>(green), static_cast<BYTE>(red),
-          static_cast<BYTE>(flags)};
-}
-
-Colors Fixed(uint32_t bits) {
-  const RGBQUAD* colors = Vn_IntGetFixedPalette(bits);
-  return {colors, colors + (size_t{1} << bits)};
-}
-
-Colors Entries(HPALETTE palette) {
-  Colors colors(300, Quad(1, 2, 3, 4));
-  colors.resize(Vn_GetPaletteEntries(palette, 0, 256, colors.data()));
-  return colors;
-}
 
 using Palette = OwnedObject<HPALETTE>;
 
@@ -43,23 +23,22 @@ HEADLESS_TEST(PaletteObjects, SystemPaletteOnPaletteDevicesOnly) {
   }
   const DisplayScope display(8);
   const Palette palette(Vn_CreateSystemPalette());
+  const ScreenDC screen;
   PALETTEENTRY system[256];
-  const HDC screen = GetDC(nullptr);
-  ASSERT_EQ(GetSystemPaletteEntries(screen, 0, 256, system), 256u);
-  ReleaseDC(nullptr, screen);
-  const Colors colors = Entries(palette.get());
-  ASSERT_EQ(colors.size(), 256u);
+  ASSERT_EQ(GetSystemPaletteEntries(screen.get(), 0, 256, system), 256u);
+  RGBQUAD colors[256];
+  ASSERT_EQ(Vn_GetPaletteEntries(palette.get(), 0, 256, colors), 256u);
   for (size_t i = 0; i < 256; ++i) {
-    EXPECT_EQ(colors[i],
-              Quad(system[i].peRed, system[i].peGreen, system[i].peBlue, system[i].peFlags));
+    const PALETTEENTRY& e = system[i];
+    const RGBQUAD expected = {e.peBlue, e.peGreen, e.peRed, e.peFlags};
+    EXPECT_EQ(std::memcmp(&colors[i], &expected, sizeof expected), 0) << i;
   }
 }
 
 TEST(BitmapPalette, AFixedPaletteIsMadeWithoutBecomingTheActiveOne) {
-  const Colors colors(16, Quad(1, 2, 3));
-  Bitmap bitmap(3, 2, 4, VIEW_BOTTOM_FIRST, ORDER_BGR, colors.data());
+  Bitmap bitmap(3, 2, 4, VIEW_BOTTOM_FIRST, ORDER_BGR, Colors(16, RGBQUAD{3, 2, 1, 0}).data());
   EXPECT_EQ(Vn_CreateBitmapFixedPalette(bitmap), 1);
-  EXPECT_EQ(Entries(bitmap->PaintPalette), Fixed(4));
+  EXPECT_EQ(Vn_CompareHandleToPalette(bitmap->PaintPalette, Vn_IntGetFixedPalette(4), 16), 1);
   EXPECT_FALSE(bitmap->Flags & FLAG_FIXED_PALETTE);
   const Palette made(std::exchange(bitmap->PaintPalette, nullptr));
   Bitmap color(3, 2, 24);

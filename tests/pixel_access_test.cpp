@@ -1,45 +1,27 @@
 // Single pixels by colour, at every depth and through every storage.
 #include <gtest/gtest.h>
 
-#include "tests/support/bitmaps.h"
-#include "tests/support/headless_control.h"
-#include "tests/support/pixels.h"
+#include "tests/support/slow_color.h"
 #include "tests/support/storage_kinds.h"
 
 namespace vn::test {
 namespace {
 
-uint32_t Widen(uint32_t field) { return field * 8 + field / 4; }
-
 // The colour of a raw pixel, from the words of the record alone.
 COLORREF ColorOfBits(BitmapHandle* bitmap, const Bytes& row, size_t x) {
-  const bool rgb = bitmap->ColorOrder == ORDER_RGB;
-  if (bitmap->BitsPerPixel <= 8) {
-    RGBQUAD colors[256];
-    EXPECT_EQ(Vn_GetBitmapColors(bitmap, 0, static_cast<uint32_t>(bitmap->ColorCount), colors), OK);
-    const RGBQUAD& c = colors[PixelBits(row, x, bitmap->BitsPerPixel)];
-    return RGB(c.rgbRed, c.rgbGreen, c.rgbBlue);
-  }
-  if (bitmap->BitsPerPixel == 16) {
-    const uint32_t word = row.at(2 * x) | static_cast<uint32_t>(row.at(2 * x + 1)) << 8;
-    const uint32_t low = Widen(word % 32), high = Widen(word / 1024 % 32);
-    return RGB(rgb ? low : high, Widen(word / 32 % 32), rgb ? high : low);
-  }
-  const size_t at = x * static_cast<size_t>(bitmap->BitsPerPixel / 8);
-  return rgb ? RGB(row.at(at), row.at(at + 1), row.at(at + 2))
-             : RGB(row.at(at + 2), row.at(at + 1), row.at(at));
+  const SlowColor c = SlowPixel(row, x, static_cast<uint32_t>(bitmap->BitsPerPixel),
+                                bitmap->ColorOrder, PaletteOf(bitmap).data());
+  return RGB(c.red, c.green, c.blue);
 }
 
 void ReadsAndWritesAgree(int32_t bits, uint32_t order, int32_t storage) {
   SCOPED_TRACE(testing::Message() << bits << " bits, order " << order << ", storage " << storage);
   Random random(static_cast<uint64_t>(bits) * 16 + order);
-  const Colors colors = RandomColors(random, bits <= 8 ? size_t{1} << bits : 0);
-  Bitmap bitmap(37, 5, bits, VIEW_BOTTOM_FIRST, order, colors.empty() ? nullptr : colors.data(),
-                storage);
+  Bitmap bitmap(37, 5, bits, VIEW_BOTTOM_FIRST, order, RandomColors(random, 256).data(), storage);
   FillRandom(bitmap, random);
   for (int32_t i = 0; i < 200; ++i) {
     const int32_t row = random.Between(0, 4), column = random.Between(0, 36);
-    Bytes before = ReadRow(bitmap, static_cast<uint32_t>(row));
+    Bytes before = ReadRow(bitmap, row);
     const COLORREF color = ColorOfBits(bitmap, before, static_cast<size_t>(column));
     ASSERT_EQ(Vn_GetPixelColor(bitmap, row, column), color);
     // A colour that the format holds exactly comes back; nothing beside the pixel moves.
@@ -47,7 +29,7 @@ void ReadsAndWritesAgree(int32_t bits, uint32_t order, int32_t storage) {
     const COLORREF next = ColorOfBits(bitmap, before, static_cast<size_t>(other));
     ASSERT_EQ(Vn_PutPixelColor(bitmap, row, column, next), OK);
     ASSERT_EQ(Vn_GetPixelColor(bitmap, row, column), next);
-    Bytes after = ReadRow(bitmap, static_cast<uint32_t>(row));
+    Bytes after = ReadRow(bitmap, row);
     const int32_t written = bits == 32 ? 24 : bits;  // the fourth byte stays
     for (int32_t bit = column * bits; bit < column * bits + written; ++bit) {
       SetPixelBits(&after, static_cast<size_t>(bit), 1, 0);
@@ -85,8 +67,7 @@ TEST(PixelAccess, WritesKeepToTheRegionReadsDoNot) {
     EXPECT_EQ(Vn_GetPixelColor(bitmap, row, column), VN_NO_PIXEL) << row << ", " << column;
   }
   ASSERT_EQ(Vn_FillBitmap(bitmap, RGB(1, 2, 3)), OK);
-  const RECT rect = {2, 3, 5, 6};
-  ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);
+  Select(bitmap, {2, 3, 5, 6});
   for (int32_t row = 0; row < 10; ++row) {
     for (int32_t column = 0; column < 10; ++column) {
       const bool inside = row >= 3 && row < 6 && column >= 2 && column < 5;

@@ -83,39 +83,6 @@ TEST(PlatformRegion, CombinesLikePixelSets) {
   }
 }
 
-// Pictures measured on Windows.
-TEST(PlatformRegion, CurvesCoverWhatTheyCoverOnWindows) {
-  const auto picture = [](HRGN region) {
-    const Region owned(region);
-    RECT box;
-    GetRgnBox(region, &box);
-    std::string rows;
-    for (int32_t y = box.top; y < box.bottom; ++y) {
-      for (int32_t x = box.left; x < box.right; ++x)
-        rows += PtInRegion(region, x, y) ? '#' : '.';
-      rows += '/';
-    }
-    return Text(box) + " " + rows;
-  };
-  const auto ellipse = [&](int32_t width, int32_t height) {
-    const RECT box = {5, 7, 5 + width, 7 + height};
-    return picture(CreateEllipticRgnIndirect(&box));
-  };
-  EXPECT_EQ(ellipse(11, 11),
-            "5,7,15,17 ...####.../..######../.########./##########/##########/##########/"
-            "##########/.########./..######../...####.../");
-  EXPECT_EQ(ellipse(8, 6), "5,7,12,12 ..###../#######/#######/#######/..###../");
-  EXPECT_EQ(ellipse(13, 4), "5,7,17,10 ..########../############/..########../");
-  // Corners in the other order, and boxes with nothing inside.
-  EXPECT_EQ(ellipse(-8, -6), "-3,1,4,6 ..###../#######/#######/#######/..###../");
-  EXPECT_EQ(ellipse(1, 9), "0,0,0,0 ");
-  EXPECT_EQ(ellipse(0, 3), "4,7,5,9 #/#/");
-  EXPECT_EQ(picture(CreateRoundRectRgn(-2, -3, 9, 8, 8, 5)),
-            "-2,-3,8,7 ..######../.########./##########/##########/##########/##########/"
-            "##########/##########/.########./..######../");
-  EXPECT_EQ(picture(CreateRoundRectRgn(0, 0, 0, 0, 5, 5)), "-1,-1,0,0 #/");
-}
-
 TEST(PlatformRegion, DeadHandlesCombineToNothing) {
   const Region living(CreateRectRgn(1, 2, 30, 40));
   const HRGN dead = CreateRectRgn(0, 0, 9, 9);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -12,6 +11,8 @@
 #include <vector>
 #ifndef _WIN32
 #include <sys/stat.h>
+
+#include "tests/support/temporary_folder.h"
 #endif
 
 #include <vncore/platform/win32.h>
@@ -79,16 +80,13 @@ TEST(PlatformSystem, LargeMappingsLieInAFile) {
   EXPECT_TRUE(UnmapViewOfFile(view));
   EXPECT_TRUE(CloseHandle(mapping));
 
-  const char* const folder = std::getenv("TMPDIR");
-  const std::string before = folder ? folder : "";
-  setenv("TMPDIR", "/dev/null", 1);
+  const TempDirScope nowhere("/dev/null");
   EXPECT_EQ(NewMapping(kSize), nullptr);
   EXPECT_EQ(GlobalAlloc(GMEM_MOVEABLE, kSize), nullptr);
   Headless_SetFreeMemory(kSize);
   const HANDLE inMemory = NewMapping(kSize);
   EXPECT_TRUE(CloseHandle(inMemory));
   EXPECT_EQ(GlobalFree(GlobalAlloc(GMEM_MOVEABLE, kSize)), nullptr);
-  folder ? setenv("TMPDIR", before.c_str(), 1) : unsetenv("TMPDIR");
   Headless_SetFreeMemory(0);
 }
 
@@ -109,7 +107,7 @@ TEST(PlatformSystem, FilesGrowWithoutHoles) {
   for (const uint32_t size : {3u << 20, 5u << 20}) {
     EXPECT_EQ(SetFilePointer(file, static_cast<LONG>(size - 1), nullptr, FILE_BEGIN), size - 1);
     if (size == 3u << 20) {
-      EXPECT_TRUE(WriteFile(file, "", 1, &done, nullptr));
+      EXPECT_TRUE(::WriteFile(file, "", 1, &done, nullptr));
     } else {
       SetFilePointer(file, 1, nullptr, FILE_CURRENT);
       EXPECT_TRUE(SetEndOfFile(file));

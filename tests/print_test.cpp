@@ -1,64 +1,19 @@
 // Printing: placement on the page, the life of a job, and what stands on the page.
 #ifndef _WIN32
 
-#include <cstring>
-#include <string>
-
 #include "device/page_layout.h"
 #include "kernel/guards.h"
-#include "kernel/platform_objects.h"
 #include "kernel/thread_settings.h"
-#include "tests/support/headless_control.h"
+#include "tests/support/pixel_set.h"
+#include "tests/support/screen.h"
 #include "tests/support/status_log.h"
 #include "tests/support/storage_kinds.h"
+#include "tests/support/test_printer.h"
 
 namespace vn::test {
 namespace {
 
-constexpr int32_t kWidth = 120, kHeight = 90;
-
-// A printer while it lives, and all that it was told.
-class TestPrinter {
- public:
-  explicit TestPrinter(int32_t bits, bool working = true) : working_(working) {
-    const Headless_Printer printer = {"Test Printer,TESTDRV,LPT1:",
-                                      {kWidth, kHeight, bits, 0, 0, DT_RASPRINTER, 300},
-                                      bits == 1 ? 2 : 0};
-    EXPECT_EQ(Headless_SetPrinter(&printer), 1);
-    Headless_SetPrintSink(&Hear, this);
-  }
-  TestPrinter(const TestPrinter&) = delete;
-  TestPrinter& operator=(const TestPrinter&) = delete;
-  ~TestPrinter() {
-    Headless_SetPrintSink(nullptr, nullptr);
-    Headless_SetPrinter(nullptr);
-    Headless_Counts counts;
-    Headless_GetCounts(&counts);
-    EXPECT_EQ(counts.contexts, 0u);
-  }
-
-  std::string events;  // "P" for a page, "D" done, "A" aborted
-  std::string document;
-  Bytes page;  // the last one
-
- private:
-  static int32_t Hear(void* data, Headless_PrintEvent event, const Headless_Page* page) {
-    auto* self = static_cast<TestPrinter*>(data);
-    self->events += "PDA"[event];
-    self->document = page->document;
-    const Headless_Surface& surface = page->surface;
-    if (event == HEADLESS_PRINT_PAGE) {
-      self->page.assign(surface.bits, surface.bits + surface.stride * kHeight);
-    }
-    return self->working_;
-  }
-  bool working_;
-};
-
-std::string Text(const RECT& r) {
-  return std::to_string(r.left) + "," + std::to_string(r.top) + "," + std::to_string(r.right) +
-         "," + std::to_string(r.bottom);
-}
+constexpr int32_t kWidth = TestPrinter::kWidth, kHeight = TestPrinter::kHeight;
 
 TEST(Print, PlacesPicturesOnThePage) {
   const RECT page = {1, 1, 1001, 801};
@@ -108,24 +63,17 @@ TEST(Print, PrintsWhatAPaintShows) {
     WithEachStorage([&](const StorageKind& kind) {
       TestPrinter printer(bits);
       Random random(bits);
-      Bitmap bitmap(37, 23, 24, VIEW_TOP_FIRST, ORDER_RGB, nullptr, kind.request);
-      FillRandom(bitmap, random);
-      Headless_Display display = DisplayOf(bits);
-      display.width = kWidth, display.height = kHeight;
-      const DisplayScope screen(display);
-      Headless_Surface shown;
-      Headless_GetScreen(&shown);
-      Bytes expected(shown.stride * kHeight, 255);
-      std::memcpy(const_cast<uint8_t*>(shown.bits), expected.data(), expected.size());
-      {
+      RandomBitmap bitmap(random, 37, 23, 24, kind.request);
+      const DisplayScope display({kWidth, kHeight, bits, 0, 0, DT_RASDISPLAY, 96});
+      const Bytes expected = [&] {
         const DisplayModeScope mode(
             ~0u, MODE_DITHER | (bits == 1 ? MODE_ORDERED_DITHER | MODE_CLUSTERED_MATRIX : 0));
         const ScreenDC context;
         const RECT where = {7, 3, 107, 83};
-        ASSERT_EQ(Vn_PaintDC(context.get(), bitmap, nullptr, nullptr, &where, nullptr, SRCCOPY),
-                  OK);
-      }
-      std::memcpy(expected.data(), shown.bits, expected.size());
+        return ShownBy(context.get(), WHITENESS, [&] {
+          Vn_PaintDC(context.get(), bitmap, nullptr, nullptr, &where, nullptr, SRCCOPY);
+        });
+      }();
 
       EXPECT_NE(Vn_PrintBitmap(bitmap, 7, 3, 100, 80, 1), nullptr);
       EXPECT_EQ(printer.page, expected) << "in one paint";

@@ -9,8 +9,6 @@
 namespace vn::test {
 namespace {
 
-constexpr int32_t kLow = 0, kHigh = 48;
-
 RECT BoundsOf(BitmapHandle* bitmap, const RegionTransform* transform = nullptr) {
   RECT bounds;
   EXPECT_EQ(Vn_GetBitmapRgnBounds(bitmap, transform, &bounds), OK);
@@ -36,42 +34,6 @@ TEST(Region, NothingToTransformNothingSelected) {
   EXPECT_EQ(Text(BoundsOf(bitmap)), "0,0,0,0");
   EXPECT_EQ(Vn_GetBitmapClipSegments(bitmap, 0, segments, &count), OK);
   EXPECT_EQ(count, 0);
-}
-
-// The runs of a row are its pixels, whatever the order of the list, and the cursor of the row loops
-// tells what the public function tells.
-TEST(Region, SegmentsAreThePointTestOfTheirRow) {
-  Random random(54);
-  for (int32_t round = 0; round < 60; ++round) {
-    Plain bitmap(random);
-    bitmap.Select(RandomRegion(random).get());
-    RECT* rects = bitmap->Region->begin();
-    const auto count = static_cast<int32_t>(bitmap->Region->header.nCount);
-    if (round % 3 == 1) std::reverse(rects, rects + count);
-    if (round % 3 == 2) {
-      for (int32_t i = count - 1; i > 0; --i)
-        std::swap(rects[i], rects[random.Between(0, i)]);
-    }
-    RegionRows rows(bitmap->Region);
-    std::vector<int32_t> runs(ClipSegmentsCapacity(bitmap) + 1), same(runs.size());
-    for (int32_t i = 0; i < 2 * bitmap->Height; ++i) {
-      const int32_t row = i < bitmap->Height ? i : random.Between(-2, bitmap->Height + 1);
-      int32_t entries = -1;
-      ASSERT_EQ(Vn_GetBitmapClipSegments(bitmap, row, runs.data(), &entries), OK);
-      ASSERT_LE(static_cast<size_t>(entries), ClipSegmentsCapacity(bitmap));
-      PixelSet found(kLow, kHigh);
-      for (int32_t k = 0; k < entries; k += 2) {
-        for (int32_t x = runs[k]; x < runs[k + 1]; ++x)
-          found.Set(x, 0, true);
-      }
-      for (int32_t x = 0; x < kHigh; ++x) {
-        ASSERT_EQ(found.At(x, 0), Vn_IsPtInBitmapRgn(bitmap, row, x) != 0) << x << ", " << row;
-        ASSERT_EQ(found.At(x, 0), rows.Contains(row, x)) << x << ", " << row;
-      }
-      ASSERT_EQ(rows.Segments(row, same.data()), entries);
-      ASSERT_TRUE(std::equal(runs.begin(), runs.begin() + entries, same.begin()));
-    }
-  }
 }
 
 // A run takes two entries, and the maximum that is reported counts one.

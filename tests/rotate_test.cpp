@@ -5,9 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "kernel/vector.h"
 #include "tests/support/bitmaps.h"
-#include "tests/support/pixels.h"
 #include "tests/support/status_log.h"
 #include "tests/support/storage_kinds.h"
 
@@ -63,19 +61,15 @@ Turned Model(BitmapHandle* bitmap, int32_t angle, bool resize, uint32_t fill) {
   const int32_t bits = bitmap->BitsPerPixel;
   const int32_t dw = turned.width / 2, dh = turned.height / 2;
   const auto stride = static_cast<size_t>((turned.width * bits + 31) / 32 * 4);
-  std::vector<Bytes> source;
-  for (int32_t row = 0; row < h; ++row)
-    source.push_back(ReadRow(bitmap, static_cast<uint32_t>(row)));
+  const Pixels source = StoredPixels(bitmap);
   Mover rowX(dh * s - dw * c, w / 2), rowY(-(dh * c + dw * s), h / 2);
   for (int32_t row = 0; row < turned.height; ++row) {
     Bytes line(stride);
     Mover x = rowX, y = rowY;
     for (int32_t column = 0; column < turned.width; ++column) {
       const bool inside = x.whole >= 0 && x.whole < w && y.whole >= 0 && y.whole < h;
-      SetPixelBits(&line, static_cast<size_t>(column), bits,
-                   inside ? PixelBits(source[static_cast<size_t>(y.whole)],
-                                      static_cast<size_t>(x.whole), bits)
-                          : fill);
+      const auto sx = static_cast<size_t>(x.whole), sy = static_cast<size_t>(y.whole);
+      SetPixelBits(&line, static_cast<size_t>(column), bits, inside ? source[sy][sx] : fill);
       x.Move(c);
       y.Move(s);
     }
@@ -89,16 +83,9 @@ Turned Model(BitmapHandle* bitmap, int32_t angle, bool resize, uint32_t fill) {
 // The colour around the picture, and its pixel as it lies in a row of blue, green, red.
 constexpr COLORREF kAround = RGB(255, 255, 0);
 uint32_t AroundPixel(BitmapHandle* bitmap) {
-  switch (bitmap->BitsPerPixel) {
-    case 16:
-      return 0xE07F;
-    case 24:
-      return 0x00FFFF;
-    case 32:
-      return 0x00FFFF00;
-    default:
-      return GetNearestPaletteIndex(bitmap->PaintPalette, kAround);
-  }
+  constexpr uint32_t kPixels[] = {0, 0, 0xE07F, 0x00FFFF, 0x00FFFF00};
+  return bitmap->BitsPerPixel > 8 ? kPixels[bitmap->BitsPerPixel / 8]
+                                  : GetNearestPaletteIndex(bitmap->PaintPalette, kAround);
 }
 
 void ExpectAsModel(BitmapHandle* bitmap, int32_t angle, bool resize) {
@@ -119,58 +106,48 @@ int32_t RandomAngle(Random& random) {
   return angle % 9000 ? angle : angle + 1;
 }
 
-void RotateAnySizes(int32_t storage, uint64_t seed, int32_t rounds) {
-  Random random(seed);
+void RotateAnySizes(int32_t storage, int32_t rounds) {
+  Random random(80 + static_cast<uint64_t>(storage));
   for (int32_t i = 0; i < rounds; ++i) {
     const int32_t bits = kDepths[i % 6], most = i % 5 ? 60 : 400;
-    const auto size = [&] { return static_cast<uint32_t>(random.Between(1, most)); };
-    Bitmap bitmap(size(), size(), bits, random.Chance(2) ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST,
-                  bits > 8 && random.Chance(2) ? ORDER_RGB : ORDER_BGR, nullptr, storage);
-    FillRandom(bitmap, random);
+    const int32_t width = random.Between(1, most), height = random.Between(1, most);
+    RandomBitmap bitmap(random, width, height, bits, storage);
     int32_t angle = RandomAngle(random);
     bool resize = random.Chance(2);
-    if (random.Chance(10) && bitmap->Width != bitmap->Height) {
+    if (random.Chance(10) && width != height) {
       angle = random.Chance(2) ? 9000 : -9000;  // cut off, by the walk
       resize = false;
     }
-    SCOPED_TRACE(testing::Message() << bitmap->Width << " by " << bitmap->Height << ", " << bits
-                                    << " bits, by " << angle << (resize ? ", grown" : ""));
+    SCOPED_TRACE(testing::Message() << width << " by " << height << ", " << bits << " bits, by "
+                                    << angle << (resize ? ", grown" : ""));
     ASSERT_NO_FATAL_FAILURE(ExpectAsModel(bitmap, angle, resize));
   }
 }
 
 TEST(Rotate, PicksWhatTheWalkFinds) {
-  RotateAnySizes(STORAGE_AUTO, 80, 400);
-  const VectorLevel level = SetVectorLevel(VectorLevel::kNone);
-  RotateAnySizes(STORAGE_AUTO, 81, 200);
-  SetVectorLevel(level);
+  WithEachVectorForm([] { RotateAnySizes(STORAGE_AUTO, 300); });
 }
 
-#ifndef _WIN32  // steers the headless platform
 // Through one tile, through many, and without memory for any.
 HEADLESS_TEST(Rotate, PicksTheSameInOtherStorage) {
   const Win32sScope scope;
-  RotateAnySizes(STORAGE_MEMORY, 82, 60);
+  RotateAnySizes(STORAGE_MEMORY, 60);
   Random random(83);
   for (const int32_t bits : kDepths) {
     // One bit and 24 bits make several tiles.
     const bool tiles = bits == 1 || bits == 24;
-    Bitmap bitmap(bits == 1 ? 5600 : 1200, tiles ? 300 : 40, bits, VIEW_BOTTOM_FIRST, ORDER_BGR,
-                  nullptr, STORAGE_DISK);
-    FillRandom(bitmap, random);
+    RandomBitmap bitmap(random, bits == 1 ? 5600 : 1200, tiles ? 300 : 40, bits, STORAGE_DISK);
     Headless_SetLargestBlock(tiles ? bitmap->DataSize / 2 : 5000);
     ExpectAsModel(bitmap, random.Between(100, 2000), true);
     Headless_SetLargestBlock(0);
     EXPECT_TRUE(bitmap->Flags & FLAG_ON_DISK);
   }
 }
-#endif
 
 TEST(Rotate, FoldsAnglesAndTellsOfNoTurn) {
   Random random(84);
   for (const int32_t angle : {0, 36000, -72000}) {
-    Bitmap bitmap(9, 7, 8);
-    FillRandom(bitmap, random);
+    RandomBitmap bitmap(random, 9, 7, 8);
     const Bytes before = ReadAll(bitmap);
     uint8_t* const bits = bitmap->Bits;
     const StatusLog log;
@@ -184,9 +161,9 @@ TEST(Rotate, FoldsAnglesAndTellsOfNoTurn) {
   }
   // Whole degrees, and whole turns more.
   for (const int32_t degrees : {17, 90, 180, -90, INT32_MIN}) {
-    Bitmap a(40, 31, 24), b(40, 31, 24);
-    FillRandom(a, random);
-    ASSERT_EQ(Vn_CopyBitmapData(b, a), OK);
+    RandomBitmap a(random, 40, 31, 24);
+    Bitmap b;
+    ASSERT_EQ(Vn_CopyBitmap(b, a), OK);
     const auto hundredths = static_cast<int32_t>(static_cast<uint32_t>(degrees) * 100);
     EXPECT_EQ(Vn_RotateBitmap(a, degrees, 1), OK);
     EXPECT_EQ(Vn_RotateBitmapFine(b, hundredths % 36000 - 36000, 1, 0), OK);
@@ -194,48 +171,22 @@ TEST(Rotate, FoldsAnglesAndTellsOfNoTurn) {
   }
 }
 
-TEST(Rotate, TellsProgressByRowsAndKeepsTheBitmapWhenStopped) {
-  Random random(85);
+// Percentages that run backward wrap, but come out where they should.
+TEST(Rotate, TellsAnyRangeOfProgress) {
   Bitmap bitmap(60, 70, 8);
-  FillRandom(bitmap, random);
-  const Bytes before = ReadAll(bitmap);
-  for (const size_t stopAt : {size_t{1}, size_t{2}, size_t{71}}) {
-    const StatusLog log(stopAt, 0);
-    EXPECT_EQ(Vn_RotateBitmapFine(bitmap, 1730, 0, 0), 0);
-    EXPECT_EQ(log.percents().size(), stopAt);
-    EXPECT_TRUE(ReadAll(bitmap) == before);
-    EXPECT_FALSE(bitmap->Flags & FLAG_LOCKED);
-  }
   const StatusLog log;
-  EXPECT_EQ(Vn_RotateBitmapFine(bitmap, 1730, 0, 0), OK);
-  EXPECT_EQ(log.percents(), ExpectedPercents(70));
-  // Percentages that run backward wrap, but come out where they should.
-  const StatusLog backward;
   EXPECT_EQ(Vn_IntRotateBitmapFine(bitmap, 1730, 0, 0, INT32_MAX, INT32_MIN + 9), OK);
   EXPECT_EQ(Vn_IntRotateBitmapFine(bitmap, 1730, 0, 0, 70, 0), OK);
-  EXPECT_EQ(backward.percents().back(), 0);
+  EXPECT_EQ(log.percents().back(), 0);
 }
 
-// A region turns with the picture: what a selected pixel shows is selected afterwards.
 TEST(Rotate, TakesTheRegionAlong) {
   Random random(86);
   for (int32_t i = 0; i < 20; ++i) {
-    Bitmap bitmap(50, 41, 8, i & 1 ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST);
-    const RECT rect = {random.Between(0, 20), random.Between(0, 20), random.Between(21, 50),
-                       random.Between(21, 41)};
-    for (int32_t row = 0; row < 41; ++row) {
-      Bytes line(bitmap->BytesPerLine);
-      for (int32_t x = rect.left; x < rect.right; ++x)
-        line[static_cast<size_t>(x)] = row >= rect.top && row < rect.bottom;
-      WriteRow(bitmap, static_cast<uint32_t>(row), line);
-    }
-    ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);
+    Bitmap bitmap(50, 41, 24, i & 1 ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST);
+    MarkRegion(bitmap, {3, 5, 30, 41});
     ASSERT_EQ(Vn_RotateBitmapFine(bitmap, RandomAngle(random), 1, 0), OK);
-    for (int32_t row = 0; row < bitmap->Height; ++row) {
-      const Bytes line = ReadRow(bitmap, static_cast<uint32_t>(row));
-      for (int32_t x = 0; x < bitmap->Width; ++x)
-        ASSERT_EQ(Vn_IsPtInBitmapRgn(bitmap, row, x) != 0, line[static_cast<size_t>(x)] == 1);
-    }
+    ExpectRegionOnMark(bitmap);
   }
 }
 

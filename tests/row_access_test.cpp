@@ -27,9 +27,7 @@ TEST(RowAccess, AStepAddsAndAJumpMultiplies) {
 
 HEADLESS_TEST(RowAccess, FileErrorsHaveTheirCodes) {
   const Win32sScope win32s;
-  BitmapHandle bitmap;
-  Vn_InitBitmap(&bitmap, 10, 10, 8);
-  ASSERT_EQ(Vn_AllocateBitmap(&bitmap, STORAGE_DISK), OK);
+  Bitmap bitmap(10, 10, 8, VIEW_TOP_FIRST, ORDER_BGR, nullptr, STORAGE_DISK);
   uint8_t bytes[64] = {};
   const auto failing = [&](uint32_t n, auto call) {
     Headless_FailNth(HEADLESS_FILE, n);
@@ -37,19 +35,18 @@ HEADLESS_TEST(RowAccess, FileErrorsHaveTheirCodes) {
     Headless_FailNth(HEADLESS_FILE, 0);
     return result;
   };
-  const auto read = [&] { return Vn_GetBitmapRow(&bitmap, bytes, 4, 12); };
-  const auto write = [&] { return Vn_PutBitmapRowCol(&bitmap, bytes, 6, 2, 10); };
+  const auto read = [&] { return Vn_GetBitmapRow(bitmap, bytes, 4, 12); };
+  const auto write = [&] { return Vn_PutBitmapRowCol(bitmap, bytes, 6, 2, 10); };
   EXPECT_EQ(failing(1, read), ERR_FILE_SEEK);
-  EXPECT_EQ(bitmap.CurrentRow, 4u);  // a failed call moves the cache all the same
+  EXPECT_EQ(bitmap->CurrentRow, 4u);  // a failed call moves the cache all the same
   EXPECT_EQ(failing(2, read), ERR_FILE_READ);
   EXPECT_EQ(failing(1, write), ERR_FILE_SEEK);
   EXPECT_EQ(failing(2, write), ERR_FILE_WRITE);
-  EXPECT_EQ(bitmap.CurrentRow, 6u);
-  EXPECT_EQ(bitmap.CurrentOffset, 72u);
+  EXPECT_EQ(bitmap->CurrentRow, 6u);
+  EXPECT_EQ(bitmap->CurrentOffset, 72u);
   // The file has one byte behind the last row; less than asked is no failure, and none at all too.
-  EXPECT_EQ(Vn_GetBitmapRow(&bitmap, bytes, 9, 64), 13);
-  EXPECT_EQ(Vn_GetBitmapRow(&bitmap, bytes, 50, 12), 0);
-  Vn_FreeBitmap(&bitmap);
+  EXPECT_EQ(Vn_GetBitmapRow(bitmap, bytes, 9, 64), 13);
+  EXPECT_EQ(Vn_GetBitmapRow(bitmap, bytes, 50, 12), 0);
 }
 
 }  // namespace

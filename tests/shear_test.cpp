@@ -5,25 +5,11 @@
 #include <cmath>
 
 #include "tests/support/bitmaps.h"
-#include "tests/support/headless_control.h"
-#include "tests/support/pixels.h"
 #include "tests/support/status_log.h"
+#include "tests/support/storage_kinds.h"
 
 namespace vn::test {
 namespace {
-
-// Pixel values by line from the top, and column.
-using Seen = std::vector<std::vector<uint32_t>>;
-
-Seen SeenPixels(BitmapHandle* bitmap) {
-  Seen seen;
-  for (int32_t line = 0; line < bitmap->Height; ++line) {
-    const int32_t row = bitmap->ViewOrigin == VIEW_BOTTOM_FIRST ? bitmap->Height - 1 - line : line;
-    seen.push_back(RowPixels(ReadRow(bitmap, static_cast<uint32_t>(row)),
-                             static_cast<size_t>(bitmap->Width), bitmap->BitsPerPixel));
-  }
-  return seen;
-}
 
 int64_t Fixed(int32_t hundredths) {
   return std::llround(16384 * std::sin(hundredths / 18000.0 * std::acos(-1.0)));
@@ -45,12 +31,12 @@ struct SlowShear {
   }
 };
 
-Seen SlowSheared(const Seen& seen, int32_t angle, bool horizontal, uint32_t fill) {
+Pixels SlowSheared(const Pixels& seen, int32_t angle, bool horizontal, uint32_t fill) {
   const SlowShear shear(angle);
   const size_t height = seen.size(), width = seen[0].size();
   const auto wider = static_cast<size_t>(shear.Most(horizontal ? height : width));
-  Seen result(height + (horizontal ? 0 : wider),
-              std::vector<uint32_t>(width + (horizontal ? wider : 0), fill));
+  Pixels result(height + (horizontal ? 0 : wider),
+                std::vector<uint32_t>(width + (horizontal ? wider : 0), fill));
   for (size_t y = 0; y < height; ++y) {
     for (size_t x = 0; x < width; ++x) {
       if (horizontal) {
@@ -66,19 +52,15 @@ Seen SlowSheared(const Seen& seen, int32_t angle, bool horizontal, uint32_t fill
 void ShearAny(int32_t storage, int32_t rounds) {
   Random random(81 + static_cast<uint64_t>(storage));
   for (int32_t i = 0; i < rounds; ++i) {
-    const int32_t bits = kDepths[i % 6];
-    const auto side = [&] { return static_cast<uint32_t>(random.Between(1, i % 4 ? 40 : 150)); };
+    const int32_t bits = kDepths[i % 6], most = i % 4 ? 40 : 150;
     const int32_t angles[] = {0, 4500, -4500, 1, random.Between(-4500, 4500)};
-    const int32_t angle = angles[random.Between(0, 4)];
-    const bool horizontal = random.Chance(2);
-    Bitmap bitmap(side(), side(), bits, i & 1 ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST,
-                  random.Chance(2) ? ORDER_RGB : ORDER_BGR, nullptr, storage);
-    SCOPED_TRACE(testing::Message() << bits << " bits, " << bitmap->Width << "x" << bitmap->Height
-                                    << " by " << angle << (horizontal ? "" : ", vertical"));
-    FillRandom(bitmap, random);
-    const bool white = random.Chance(2);
+    const int32_t angle = random.OneOf(angles), width = random.Between(1, most);
+    const bool horizontal = random.Chance(2), white = random.Chance(2);
+    RandomBitmap bitmap(random, width, random.Between(1, most), bits, storage);
+    SCOPED_TRACE(testing::Message() << bits << " bits, " << width << "x" << bitmap->Height << " by "
+                                    << angle << (horizontal ? "" : ", vertical"));
     const uint32_t ones = bits == 16 ? 0xFF7F : bits == 32 ? 0xFFFFFF00 : (1ull << bits) - 1;
-    const Seen expected = SlowSheared(SeenPixels(bitmap), angle, horizontal, white ? ones : 0);
+    const Pixels expected = SlowSheared(SeenPixels(bitmap), angle, horizontal, white ? ones : 0);
     ASSERT_EQ(Vn_ShearBitmap(bitmap, angle, horizontal, white ? RGB(255, 255, 255) : 0), OK);
     ASSERT_EQ(SeenPixels(bitmap), expected);
     ASSERT_TRUE(bits > 8 || (bitmap->Flags & FLAG_PALETTE_INDEXES));
@@ -99,8 +81,7 @@ TEST(ShearBitmap, DropsRegionAndResolutionsButNotThePalette) {
   Random random(82);
   const Colors colors = RandomColors(random, 16);
   Bitmap bitmap(9, 9, 4, VIEW_TOP_FIRST, 0, colors.data());
-  const RECT rect = {1, 1, 5, 5};
-  ASSERT_EQ(Vn_SetBitmapRgnRect(bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);
+  Select(bitmap, {1, 1, 5, 5});
   bitmap->XResolution = 301;
   ASSERT_EQ(Vn_ShearBitmap(bitmap, 0, 1, 0), OK);
   EXPECT_EQ(bitmap->Region, nullptr);
@@ -142,9 +123,8 @@ TEST(ShearBitmap, TellsProgressOfAllItsStages) {
 TEST(ShearBitmap, StoppedBetweenRowsIsReplacedAndBeforeThemKept) {
   Random random(83);
   for (const int32_t angle : {2000, -2000}) {
-    Bitmap bitmap(6, 10, 8);
-    FillRandom(bitmap, random);
-    const Seen before = SeenPixels(bitmap);
+    RandomBitmap bitmap(random, 6, 10, 8);
+    const Pixels before = SeenPixels(bitmap);
     if (angle < 0) {
       for (const size_t stopAt : {size_t{1}, size_t{2}}) {
         const StatusLog log(stopAt, -99);
@@ -152,7 +132,7 @@ TEST(ShearBitmap, StoppedBetweenRowsIsReplacedAndBeforeThemKept) {
         EXPECT_EQ(SeenPixels(bitmap), before);
       }
     }
-    Seen expected = SlowSheared(before, angle, true, 0);
+    Pixels expected = SlowSheared(before, angle, true, 0);
     for (size_t y = 0; y < 7; ++y)
       std::fill(expected[y].begin(), expected[y].end(), 0);
     // Three rows are moved; a slant to the left forgets the stop.

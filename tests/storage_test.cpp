@@ -7,11 +7,10 @@
 #include <sanitizer/asan_interface.h>
 #endif
 
-#include <cstring>
 #include <filesystem>
 
+#include "kernel/guards.h"
 #include "tests/support/bitmaps.h"
-#include "tests/support/headless_control.h"
 #ifndef _WIN32
 #include "tests/support/temporary_folder.h"
 #endif
@@ -59,19 +58,13 @@ TEST(Storage, FreeImageHandsPalettesOn) {
 }
 
 TEST(Storage, NothingOfARegionIsLeftInTheRecord) {
-  const RECT rect = {1, 1, 3, 3};
   for (const int32_t way : {0, 1, 2}) {
     BitmapHandle bitmap;
     Vn_InitBitmap(&bitmap, 4, 4, 8);
-    if (way) {
-      ASSERT_EQ(Vn_AllocateBitmap(&bitmap, STORAGE_AUTO), OK);
-    }
-    ASSERT_EQ(Vn_SetBitmapRgnRect(&bitmap, nullptr, &rect, REGION_COMBINE_REPLACE), OK);
-    if (way == 2) {
-      Vn_FreeImage(&bitmap, 1);
-    } else {
-      Vn_FreeBitmap(&bitmap);  // also of a record without storage
-    }
+    EXPECT_TRUE(way == 0 || Vn_AllocateBitmap(&bitmap, STORAGE_AUTO) == OK);
+    Select(&bitmap, {1, 1, 3, 3});
+    if (way == 2) Vn_FreeImage(&bitmap, 1);
+    if (way != 2) Vn_FreeBitmap(&bitmap);  // also of a record without storage
     EXPECT_EQ(bitmap.Region, nullptr);
     Vn_FreeBitmap(&bitmap);
   }
@@ -90,14 +83,6 @@ TEST(Storage, SanitizersSeeTheByteBehindThePixels) {
 
 #ifndef _WIN32  // what follows steers the headless platform
 
-BitmapHandle Allocated(const StorageKind& kind, uint32_t width, uint32_t height, int32_t bits) {
-  BitmapHandle bitmap;
-  EXPECT_EQ(Vn_InitBitmap(&bitmap, width, height, bits), OK);
-  EXPECT_EQ(Vn_AllocateBitmap(&bitmap, kind.request), OK);
-  EXPECT_EQ(bitmap.Flags, kind.flags);
-  return bitmap;
-}
-
 // Random writes of rows and parts of rows against plain bytes.
 TEST(Storage, AllKindsHoldTheSameBytes) {
   const TemporaryFolder folder;
@@ -105,37 +90,29 @@ TEST(Storage, AllKindsHoldTheSameBytes) {
   WithEachStorage([&](const StorageKind& kind) {
     for (const int32_t bits : kDepths) {
       Random random(static_cast<uint64_t>(bits));
-      constexpr int32_t kWidth = 61, kHeight = 23;
-      BitmapHandle bitmap = Allocated(kind, kWidth, kHeight, bits);
-      const uint32_t stride = bitmap.BytesPerLine;
-      Bytes model(bitmap.DataSize);
-      const int32_t state = Vn_LockBitmap(&bitmap);
-      for (uint32_t row = 0; row < kHeight; ++row) {  // global memory comes with any bytes
-        ASSERT_EQ(Vn_PutBitmapRow(&bitmap, &model[row * stride], row, stride),
-                  static_cast<int32_t>(stride));
-      }
+      Bitmap bitmap(61, 23, bits, VIEW_TOP_FIRST, ORDER_BGR, nullptr, kind.request);
+      EXPECT_EQ(bitmap->Flags & (FLAG_ALLOCATED | FLAG_IN_MEMORY | FLAG_ON_DISK), kind.flags);
+      const uint32_t stride = bitmap->BytesPerLine;
+      FillRandom(bitmap, random);
+      std::vector<Bytes> model = ReadRows(bitmap);
+      const BitmapLock lock(bitmap);
       for (int step = 0; step < 200; ++step) {
-        const auto row = static_cast<uint32_t>(random.Between(0, kHeight - 1));
-        const auto column = static_cast<uint32_t>(random.Between(0, kWidth - 1));
-        const uint32_t first = column * static_cast<uint32_t>(bits) / 8;
-        const auto count =
-            static_cast<uint32_t>(random.Between(0, static_cast<int32_t>(stride - first)));
-        Bytes bytes(count + 1);
+        const int32_t row = random.Between(0, 22), column = random.Between(0, 60);
+        const auto first = static_cast<uint32_t>(column * bits / 8);
+        const int32_t count = random.Between(0, static_cast<int32_t>(stride - first));
+        uint8_t* const part = model[static_cast<size_t>(row)].data() + first;
+        Bytes bytes(static_cast<size_t>(count) + 1);
         if (random.Chance(2)) {
-          random.Fill(bytes.data(), count);
-          EXPECT_EQ(Vn_PutBitmapRowCol(&bitmap, bytes.data(), row, column, count),
-                    static_cast<int32_t>(count));
-          std::memcpy(&model[row * stride] + first, bytes.data(), count);
+          random.Fill(bytes.data(), bytes.size());
+          EXPECT_EQ(Vn_PutBitmapRowCol(bitmap, bytes.data(), row, column, count), count);
+          std::copy_n(bytes.begin(), count, part);
         } else {
-          EXPECT_EQ(Vn_GetBitmapRowCol(&bitmap, bytes.data(), row, column, count),
-                    static_cast<int32_t>(count));
-          EXPECT_EQ(std::memcmp(&model[row * stride] + first, bytes.data(), count), 0);
+          EXPECT_EQ(Vn_GetBitmapRowCol(bitmap, bytes.data(), row, column, count), count);
+          EXPECT_TRUE(std::equal(part, part + count, bytes.begin()));
         }
-        ASSERT_EQ(bitmap.CurrentOffset, row * stride);
+        ASSERT_EQ(bitmap->CurrentOffset, row * stride);
       }
-      Vn_UnlockBitmap(&bitmap, state);
-      EXPECT_EQ(ReadAll(&bitmap), model);
-      Vn_FreeBitmap(&bitmap);
+      EXPECT_EQ(ReadRows(bitmap), model);
     }
   });
   EXPECT_TRUE(folder.Names().empty());

@@ -2,6 +2,7 @@
 #include <thread>
 
 #include "tests/support/bitmaps.h"
+#include "tests/support/dib_info.h"
 
 namespace vn::test {
 namespace {
@@ -19,14 +20,10 @@ void MixPixels(uint64_t* sum, BitmapHandle* bitmap) {
 // Paints on a surface in memory, 8 bits deep, and reads it back.
 void MixPaint(uint64_t* sum, BitmapHandle* bitmap) {
   const HDC context = CreateCompatibleDC(nullptr);
-  struct {
-    BITMAPINFOHEADER header;
-    RGBQUAD colors[256];
-  } info = {{sizeof(BITMAPINFOHEADER), 50, 40, 1, 8, 0, 0, 0, 0, 256, 0}, {}};
+  DibInfo info = DibOf(50, 40, 8);
   EXPECT_EQ(Vn_GetFixedPalette(info.colors, 8), OK);
   void* bits = nullptr;
-  const HBITMAP surface = CreateDIBSection(context, reinterpret_cast<const BITMAPINFO*>(&info),
-                                           DIB_RGB_COLORS, &bits, nullptr, 0);
+  const HBITMAP surface = CreateDIBSection(context, info.get(), DIB_RGB_COLORS, &bits, nullptr, 0);
   const HGDIOBJ before = SelectObject(context, surface);
   const RECT where = {0, 0, 50, 40};
   EXPECT_EQ(Vn_PaintDC(context, bitmap, nullptr, nullptr, &where, nullptr, SRCCOPY), OK);
@@ -40,10 +37,8 @@ uint64_t Work() {
   Random random(7);
   uint64_t sum = 0xCBF29CE484222325u;
   for (const int32_t bits : kDepths) {
-    Bitmap bitmap(61, 47, bits);
-    FillRandom(bitmap, random);
-    const RECT box = {5, 4, 50, 40};
-    EXPECT_EQ(Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE), OK);
+    RandomBitmap bitmap(random, 61, 47, bits);
+    SelectEllipse(bitmap, {5, 4, 50, 40});
     EXPECT_EQ(Vn_FillBitmap(bitmap, RGB(200, 90, 30)), OK);
     MixPaint(&sum, bitmap);
     for (const uint32_t flags : {RES_OPTIMIZED_PALETTE | RES_DITHER_METHOD(DITHER_STUCKI),

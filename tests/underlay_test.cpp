@@ -2,17 +2,12 @@
 // takes the library's dithering, which its own tests hold.
 #include <gtest/gtest.h>
 
-#include "kernel/vector.h"
 #include "tests/support/slow_color.h"
 #include "tests/support/status_log.h"
 #include "tests/support/storage_kinds.h"
 
 namespace vn::test {
 namespace {
-
-int32_t RowOf(BitmapHandle* bitmap, int32_t line) {
-  return bitmap->ViewOrigin == VIEW_BOTTOM_FIRST ? bitmap->Height - 1 - line : line;
-}
 
 // The texture's grays as the picture has them, line by line from the top.
 std::vector<Bytes> Grays(BitmapHandle* underlay, const Colors& colors, int32_t width,
@@ -24,8 +19,8 @@ std::vector<Bytes> Grays(BitmapHandle* underlay, const Colors& colors, int32_t w
     // Storage rows are what is scaled.
     const int32_t row = stretch && underlay->ViewOrigin == VIEW_BOTTOM_FIRST
                             ? (height - 1 - y) * underlay->Height / height
-                            : RowOf(underlay, line);
-    const Bytes pixels = ReadRow(underlay, static_cast<uint32_t>(row));
+                            : RowOfLine(underlay, line);
+    const Bytes pixels = ReadRow(underlay, row);
     Bytes grays;
     for (int32_t x = 0; x < width; ++x) {
       const int32_t column = stretch ? x * underlay->Width / width : x % underlay->Width;
@@ -50,8 +45,8 @@ std::vector<Bytes> Model(BitmapHandle* bitmap, const Colors& colors,
     EXPECT_EQ(Vn_StartDithering(&run, colors.data(), 1u << bits), OK);
   }
   for (int32_t line = 0; line < bitmap->Height; ++line) {
-    const int32_t row = RowOf(bitmap, line);
-    const Bytes before = ReadRow(bitmap, static_cast<uint32_t>(row));
+    const int32_t row = RowOfLine(bitmap, line);
+    const Bytes before = ReadRow(bitmap, row);
     Bytes shaded(width * 3), after = before;
     for (size_t x = 0; x < width; ++x) {
       SlowColor c = SlowPixel(before, x, bits, bitmap->ColorOrder, colors.data());
@@ -77,31 +72,25 @@ std::vector<Bytes> Model(BitmapHandle* bitmap, const Colors& colors,
 void EqualsTheModel(int32_t storage, int32_t rounds) {
   Random random(61);
   for (int32_t round = 0; round < rounds; ++round) {
-    const int32_t bits = kDepths[round % 6], textureBits = kDepths[random.Between(0, 5)];
+    const int32_t bits = kDepths[round % 6], textureBits = random.OneOf(kDepths);
+    const int32_t width = random.Between(1, 70), height = random.Between(1, 9);
+    const int32_t textureWidth = random.Between(1, 50), textureHeight = random.Between(1, 7);
     const bool stretch = random.Chance(2);
-    const auto origin = [&] { return random.Chance(2) ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST; };
-    const auto side = [&](int32_t most) { return static_cast<uint32_t>(random.Between(1, most)); };
     const Colors colors = RandomColors(random, 256), textureColors = RandomColors(random, 256);
-    Bitmap bitmap(side(70), side(9), bits, static_cast<uint32_t>(origin()),
-                  random.Chance(2) ? ORDER_BGR : ORDER_RGB, colors.data(), storage);
-    Bitmap texture(side(50), side(7), textureBits, static_cast<uint32_t>(origin()), ORDER_BGR,
-                   textureColors.data(), storage);
-    FillRandom(bitmap, random);
-    FillRandom(texture, random);
-    if (random.Chance(3)) {
-      const RECT box = {1, 1, bitmap->Width - 2, bitmap->Height};
-      ASSERT_EQ(Vn_SetBitmapRgnEllipse(bitmap, nullptr, &box, REGION_COMBINE_REPLACE), OK);
-    }
+    RandomBitmap bitmap(random, width, height, bits, storage, colors.data());
+    RandomBitmap texture(random, textureWidth, textureHeight, textureBits, storage,
+                         textureColors.data());
+    texture->ColorOrder = ORDER_BGR;  // of a texture, which is copied, it does not count
+    if (random.Chance(3)) SelectEllipse(bitmap, {1, 1, width - 2, height});
     if (bits <= 8 && random.Chance(2)) Vn_CreatePaletteColors(bitmap);
     const uint32_t flags = bitmap->Flags;
     SCOPED_TRACE(testing::Message() << "round " << round << ", " << bits << " bits, texture "
                                     << textureBits << " bits, stretch " << stretch);
-    const std::vector<Bytes> expected = Model(
-        bitmap, colors, Grays(texture, textureColors, bitmap->Width, bitmap->Height, stretch));
+    const std::vector<Bytes> expected =
+        Model(bitmap, colors, Grays(texture, textureColors, width, height, stretch));
     const Bytes before = ReadAll(texture);
     ASSERT_EQ(Vn_UnderlayBitmap(bitmap, texture, stretch ? UNDERLAY_STRETCH : UNDERLAY_TILE), OK);
-    for (uint32_t row = 0; row < expected.size(); ++row)
-      ASSERT_EQ(ReadRow(bitmap, row), expected[row]) << "row " << row;
+    ASSERT_EQ(ReadRows(bitmap), expected);
     EXPECT_EQ(ReadAll(texture), before);
     EXPECT_EQ(bitmap->Flags, flags);
     EXPECT_FALSE(texture->Flags & FLAG_LOCKED);
@@ -109,17 +98,9 @@ void EqualsTheModel(int32_t storage, int32_t rounds) {
 }
 
 TEST(Underlay, EqualsTheModel) {
-  for (const VectorLevel level : {VectorLevel::kNone, VectorLevel::kAvx2}) {
-    const VectorLevel before = SetVectorLevel(level);
-    EqualsTheModel(STORAGE_AUTO, 300);
-    SetVectorLevel(before);
-  }
-}
-
-HEADLESS_TEST(Underlay, EqualsTheModelOnWin32s) {
-  const Win32sScope scope;
-  EqualsTheModel(STORAGE_MEMORY, 60);
-  EqualsTheModel(STORAGE_DISK, 60);
+  WithEachStorage([](const StorageKind& kind) {
+    WithEachVectorForm([&] { EqualsTheModel(kind.request, kind.win32s ? 40 : 300); });
+  });
 }
 
 TEST(Underlay, OnlyTheTextureTellsProgress) {

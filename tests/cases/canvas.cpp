@@ -35,8 +35,7 @@ Canvas::~Canvas() {
 }
 
 void FoldArea(Case& test, HDC context, int32_t width, int32_t height) {
-  DibInfo info = {};
-  info.header = {sizeof info.header, width, -height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+  DibInfo info = DibOf(width, -height, 24);
   HDC memory = CreateCompatibleDC(nullptr);
   void* pixels = nullptr;
   HBITMAP section = CreateDIBSection(memory, info.get(), DIB_RGB_COLORS, &pixels, nullptr, 0);

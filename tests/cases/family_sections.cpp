@@ -26,18 +26,14 @@ void FoldColorTable(Case& test, HDC context) {
 
 // Reads some lines back in the section's own depth or a true-colour one.
 void ReadLines(Case& test, const Section& section) {
-  DibInfo info = {};
-  info.header.biSize = sizeof info.header;
-  info.header.biWidth = section.width();
-  info.header.biHeight = test.random.Chance(2) ? -section.height() : section.height();
-  info.header.biPlanes = 1;
-  info.header.biBitCount = static_cast<WORD>(test.OneOf({section.bits(), 24, 32}));
+  const int32_t height = test.random.Chance(2) ? -section.height() : section.height();
+  DibInfo info = DibOf(section.width(), height, test.OneOf({section.bits(), 24, 32}));
   const int32_t first = test.Pick(0, section.height() - 1);
   const int32_t lines = test.Pick(1, section.height() - first);
   const uint32_t stride = DibStride(section.width(), info.header.biBitCount);
   std::vector<uint8_t> pixels(stride * static_cast<uint32_t>(section.height()), 0xA5);
-  test.Note("lines %d to %d%s, %d bits", first, first + lines,
-            info.header.biHeight < 0 ? ", top first" : "", info.header.biBitCount);
+  test.Note("lines %d to %d%s, %d bits", first, first + lines, height < 0 ? ", top first" : "",
+            info.header.biBitCount);
   const int count = GetDIBits(section.context(), section.bitmap(), static_cast<UINT>(first),
                               static_cast<UINT>(lines), pixels.data(), info.get(), DIB_RGB_COLORS);
   test.Fold("GetDIBits", count);

@@ -1,8 +1,9 @@
 // Runs the numbered cases and compares each family's sum with its constant.
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <map>
 #include <string>
+#include <string_view>
 
 #include "tests/cases/case.h"
 #include "tests/cases/world.h"
@@ -23,36 +24,32 @@ const char usage[] =
 
 struct Options {
   std::string family;
-  long number = -1;
+  long number = -1, screen = 0;
   bool verbose = false, each = false, win32s = false, list = false;
-  int screen = 0;
-};
 
-bool Parse(int argc, char** argv, Options* options) {
-  for (int i = 1; i < argc; ++i) {
-    const std::string name = argv[i];
-    const char* value = i + 1 < argc ? argv[i + 1] : nullptr;
-    if (name == "--verbose")
-      options->verbose = true;
-    else if (name == "--each")
-      options->each = true;
-    else if (name == "--win32s")
-      options->win32s = true;
-    else if (name == "--list")
-      options->list = true;
-    else if (!value)
-      return false;
-    else if (name == "--family")
-      options->family = argv[++i];
-    else if (name == "--case")
-      options->number = std::atol(argv[++i]);
-    else if (name == "--screen")
-      options->screen = std::atoi(argv[++i]);
-    else
-      return false;
+  bool Parse(int argc, char** argv) {
+    const std::map<std::string_view, bool*> switches = {
+        {"--verbose", &verbose}, {"--each", &each}, {"--win32s", &win32s}, {"--list", &list}};
+    for (int i = 1; i < argc; ++i) {
+      const std::string_view name = argv[i];
+      const auto found = switches.find(name);
+      if (found != switches.end()) {
+        *found->second = true;
+      } else if (++i == argc) {
+        return false;
+      } else if (name == "--family") {
+        family = argv[i];
+      } else if (name == "--case") {
+        number = std::atol(argv[i]);
+      } else if (name == "--screen") {
+        screen = std::atol(argv[i]);
+      } else {
+        return false;
+      }
+    }
+    return true;
   }
-  return true;
-}
+};
 
 // One case: its checksum into `sum`. False when it leaves something alive.
 bool RunCase(World& world, const Family& family, uint32_t number, const Options& options,
@@ -89,7 +86,7 @@ bool RunFamily(World& world, const Family& family, const Options& options) {
 
 int main(int argc, char** argv) {
   Options options;
-  if (!Parse(argc, argv, &options)) {
+  if (!options.Parse(argc, argv)) {
     std::fputs(usage, stderr);
     return 2;
   }
@@ -97,7 +94,7 @@ int main(int argc, char** argv) {
   if (!world.ok()) return 2;
   if (options.screen &&
       !world.Provide(options.screen == 8 ? Screen::kPalette : Screen::kTrueColor)) {
-    std::fprintf(stderr, "the screen is not of %d bits\n", options.screen);
+    std::fprintf(stderr, "the screen is not of %ld bits\n", options.screen);
     return 2;
   }
   int result = 0, ran = 0;

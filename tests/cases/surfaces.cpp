@@ -6,14 +6,11 @@
 namespace vn::cases {
 
 Dib::Dib(Case& test, int32_t width, int32_t height, int32_t bits, bool topFirst, bool indexes)
-    : height_(height), indexes_(indexes && bits <= 8) {
+    : info_(DibOf(width, topFirst ? -height : height, bits)),
+      height_(height),
+      indexes_(indexes && bits <= 8) {
   test.Note("DIB %dx%d, %d bits%s%s", width, height, bits, topFirst ? ", top first" : "",
             indexes_ ? ", indexes" : "");
-  info_.header.biSize = sizeof info_.header;
-  info_.header.biWidth = width;
-  info_.header.biHeight = topFirst ? -height : height;
-  info_.header.biPlanes = 1;
-  info_.header.biBitCount = static_cast<WORD>(bits);
   if (bits <= 8) {
     for (int i = 0; i < 1 << bits; ++i) {
       if (indexes_) {

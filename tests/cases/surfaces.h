@@ -4,20 +4,13 @@
 
 #include <vector>
 
-#include <vncore/platform/win32.h>
 #include "tests/cases/case.h"
+#include "tests/support/dib_info.h"
 
 namespace vn::cases {
 
-// A BITMAPINFO with room for a full table of either form.
-struct DibInfo {
-  BITMAPINFOHEADER header;
-  union {
-    RGBQUAD colors[256];
-    WORD indexes[512];
-  };
-  BITMAPINFO* get() { return reinterpret_cast<BITMAPINFO*>(this); }
-};
+using test::DibInfo;
+using test::DibOf;
 
 // Bytes from row to row of a DIB.
 inline uint32_t DibStride(int32_t width, int32_t bits) {

@@ -28,21 +28,23 @@ VnStatus DitherByEachMethod(Scene& s) {
   return OK;
 }
 
-VnStatus Reduce(Scene& s, BitmapHandle* target, uint32_t flags) {
-  return Vn_ColorResBitmap(s.bitmap, target, 4, flags, nullptr, 0, nullptr, 0);
+Call Reduce(OwnedBitmap Scene::*target, uint32_t flags) {
+  return [=](Scene& s) {
+    return Vn_ColorResBitmap(s.bitmap, s.*target, 4, flags, nullptr, 0, nullptr, 0);
+  };
 }
+
+constexpr unsigned kAll = kRecord | kPixels | kAttachments;
 
 // The colours of DibColors in their colour form.
 void ColorForm(Scene& s) { Vn_CreatePaletteColors(s.bitmap); }
 
 const AddRows rows({
     {"Vn_CreatePalette", [](Scene& s) { return s.Keep(Vn_CreatePalette(s.colors.data(), 9)); }},
-    {"Vn_GetPaletteSize Vn_GetPaletteEntries",
-     [](Scene& s) -> VnStatus {
+    {"Vn_GetPaletteSize Vn_GetPaletteEntries", Done([](Scene& s) {
        s.bytes.resize(sizeof(RGBQUAD) * Vn_GetPaletteSize(s.bitmap->Palette));
        Vn_GetPaletteEntries(s.bitmap->Palette, 0, 16, reinterpret_cast<RGBQUAD*>(s.bytes.data()));
-       return OK;
-     }},
+     })},
     {"Vn_SetPaletteEntries",
      [](Scene& s) {
        return Moved(static_cast<int32_t>(
@@ -100,14 +102,14 @@ const AddRows rows({
     {"Vn_StartDithering Vn_DitherLine Vn_StopDithering", DitherByEachMethod, {.bits = 24}},
 
     {"Vn_ColorResBitmap, to another",
-     [](Scene& s) { return Reduce(s, s.result, 0); },
+     Reduce(&Scene::result, 0),
      {.bits = 24, .hides = kUnreported | kFiles, .stopSpoils = kResult}},
     {"Vn_ColorResBitmap, in place",
-     [](Scene& s) { return Reduce(s, s.bitmap, RES_DITHER_METHOD(DITHER_STUCKI)); },
-     {.bits = 24, .hides = kUnreported | kFiles, .stopSpoils = kRecord | kPixels | kAttachments}},
+     Reduce(&Scene::bitmap, RES_DITHER_METHOD(DITHER_STUCKI)),
+     {.bits = 24, .hides = kUnreported | kFiles, .stopSpoils = kAll}},
     {"Vn_ColorResBitmap, fixed palette",
-     [](Scene& s) { return Reduce(s, s.bitmap, RES_FIXED_PALETTE); },
-     {.bits = 24, .hides = kUnreported | kFiles, .stopSpoils = kRecord | kPixels | kAttachments}},
+     Reduce(&Scene::bitmap, RES_FIXED_PALETTE),
+     {.bits = 24, .hides = kUnreported | kFiles, .stopSpoils = kAll}},
     {"Vn_GrayScaleBitmap",
      [](Scene& s) { return Vn_GrayScaleBitmap(s.bitmap); },
      {.hides = kUnreported | kFiles}},

@@ -7,33 +7,28 @@ namespace {
 
 void GiveSource(Scene& s) { s.bytes.assign(s.bitmap->BytesPerLine, 0xFF); }
 
-// The pixels `left` to `right` of a row.
-VnStatus PutRun(Scene& s, int32_t left, int32_t right) {
-  const int32_t run[2] = {left, right};
-  const BitmapLock lock(s.bitmap);
-  return Vn_PutBitmapRowSegments(s.bitmap, s.bytes.data(), 5, 0, run, 2);
+// Puts the pixels `left` to `right` of a row.
+Call PutRun(int32_t left, int32_t right) {
+  return [=](Scene& s) {
+    const int32_t run[2] = {left, right};
+    const BitmapLock lock(s.bitmap);
+    return Vn_PutBitmapRowSegments(s.bitmap, s.bytes.data(), 5, 0, run, 2);
+  };
 }
 
-// A second bitmap of the scene's depth and storage.
+// A second bitmap. At 24 bits it has no palette: the copy of one that fails would show as a texture
+// without storage.
+template <int32_t kBits>
 void GiveBitmap(Scene& s) {
-  Vn_CreateBitmap(s.result, s.kind.request, 31, 9, s.bitmap->BitsPerPixel, ORDER_BGR, nullptr,
-                  VIEW_TOP_FIRST);
-  Vn_FillBitmap(s.result, 0x804020);
-}
-
-// Without a palette: the copy of one that fails would show as a texture without storage.
-void GiveTexture(Scene& s) {
-  Vn_CreateBitmap(s.result, s.kind.request, 31, 9, 24, ORDER_BGR, nullptr, VIEW_TOP_FIRST);
+  Vn_CreateBitmap(s.result, s.kind.request, 31, 9, kBits, ORDER_BGR, nullptr, VIEW_TOP_FIRST);
   Vn_FillBitmap(s.result, 0x804020);
 }
 
 const AddRows rows({
     {"Vn_PutBitmapRowSegments, within bytes",
-     [](Scene& s) { return PutRun(s, 3, 21); },
+     PutRun(3, 21),
      {.bits = 1, .spoils = kPixels, .prepare = GiveSource}},
-    {"Vn_PutBitmapRowSegments, whole bytes",
-     [](Scene& s) { return PutRun(s, 8, 24); },
-     {.bits = 8, .prepare = GiveSource}},
+    {"Vn_PutBitmapRowSegments, whole bytes", PutRun(8, 24), {.bits = 8, .prepare = GiveSource}},
     {"Vn_FillBitmap",
      [](Scene& s) { return Vn_FillBitmap(s.bitmap, 0x20F010); },
      {.hides = kFiles, .stopSpoils = kPixels}},
@@ -45,10 +40,10 @@ const AddRows rows({
        return Vn_CombineBitmap(s.bitmap, 3, 4, 30, 9, s.result, 0, 1,
                                COMBINE_MUL | COMBINE_SRC_NOT);
      },
-     {.hides = kFiles, .stopSpoils = kPixels, .prepare = GiveBitmap}},
+     {.hides = kFiles, .stopSpoils = kPixels, .prepare = GiveBitmap<4>}},
     {"Vn_UnderlayBitmap",
      [](Scene& s) { return Vn_UnderlayBitmap(s.bitmap, s.result, UNDERLAY_STRETCH); },
-     {.hides = kFiles, .spoils = kPixels, .prepare = GiveTexture}},
+     {.hides = kFiles, .spoils = kPixels, .prepare = GiveBitmap<24>}},
 });
 
 }  // namespace

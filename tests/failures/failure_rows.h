@@ -19,6 +19,7 @@
 #define VNCORE_TESTS_FAILURES_FAILURE_ROWS_H
 
 #include <array>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -89,12 +90,24 @@ struct Terms {
   unsigned spoils = 0;      // parts that a reported failure may change
   unsigned stopSpoils = 0;  // parts that a stop by the status callback may change
   unsigned open = 0;        // parts that nobody has written after a success
+  int64_t units = -1;       // of progress that it tells, if that is looked at
   void (*prepare)(Scene&) = nullptr;
 };
 
+using Call = std::function<VnStatus(Scene&)>;
+
+// A call that has no failure to tell.
+template <class Act>
+Call Done(Act act) {
+  return [act](Scene& s) -> VnStatus {
+    act(s);
+    return OK;
+  };
+}
+
 struct FailureRow {
   std::string name;
-  VnStatus (*call)(Scene&);
+  Call call;
   Terms terms = {};
 };
 

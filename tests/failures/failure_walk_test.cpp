@@ -61,7 +61,11 @@ class FailureWalk : public testing::TestWithParam<FailureRow> {
   Prints Undisturbed(const StorageKind& kind) const {
     Scene scene(terms().bits, kind);
     Prepare(scene);
+    const StatusLog log;
     EXPECT_EQ(GetParam().call(scene), OK) << "without a failure";
+    if (terms().units >= 0) {
+      EXPECT_EQ(log.percents(), ExpectedPercents(terms().units));
+    }
     return scene.Print();
   }
   void Round(FailureRound& round, const Family& family, const StorageKind& kind,

@@ -4,6 +4,11 @@
 namespace vn::test {
 namespace {
 
+void GiveBitmap(Scene& s) {
+  Vn_CreateBitmap(s.result, s.kind.request, 31, 31, 4, 0, nullptr, VIEW_TOP_FIRST);
+  Vn_ClearBitmap(s.result);
+}
+
 const AddRows rows({
     {"Vn_StartResize Vn_Resize Vn_StopResize",
      [](Scene& s) {
@@ -17,16 +22,10 @@ const AddRows rows({
      }},
     {"Vn_ResizeBitmap",
      [](Scene& s) { return Vn_ResizeBitmap(s.bitmap, s.result); },
-     {.hides = kFiles,
-      .stopSpoils = kResult,
-      .prepare =
-          [](Scene& s) {
-            Vn_CreateBitmap(s.result, s.kind.request, 31, 31, 4, 0, nullptr, VIEW_TOP_FIRST);
-            Vn_ClearBitmap(s.result);
-          }}},
+     {.hides = kFiles, .stopSpoils = kResult, .units = 31, .prepare = GiveBitmap}},
     {"Vn_ResampleBitmap, smaller",
      [](Scene& s) { return Vn_ResampleBitmap(s.bitmap, 17, 5); },
-     {.hides = kFiles}},
+     {.hides = kFiles, .units = 5}},
     {"Vn_ResampleBitmap, larger",
      [](Scene& s) { return Vn_ResampleBitmap(s.bitmap, 90, 31); },
      {.bits = 24, .hides = kFiles}},
@@ -55,20 +54,20 @@ const AddRows rows({
      {.hides = kFiles, .spoils = kAttachments, .stopSpoils = kAttachments}},
     {"Vn_FlipBitmap",
      [](Scene& s) { return Vn_FlipBitmap(s.bitmap); },
-     {.hides = kFiles, .stopSpoils = kPixels}},
+     {.hides = kFiles, .stopSpoils = kPixels, .units = 6}},
     {"Vn_ReverseBitmap",
      [](Scene& s) { return Vn_ReverseBitmap(s.bitmap); },
-     {.hides = kFiles, .stopSpoils = kPixels}},
+     {.hides = kFiles, .stopSpoils = kPixels, .units = 12}},
     {"Vn_RotateBitmap, quarter turn",
      [](Scene& s) { return Vn_RotateBitmap(s.bitmap, 90, 1); },
-     {.hides = kFiles}},
+     {.hides = kFiles, .units = 12}},
     // In place; the region is turned last.
     {"Vn_IntRotateBitmapFine, half turn",
      [](Scene& s) { return Vn_IntRotateBitmapFine(s.bitmap, 18000, 0, 0, 10, 30); },
      {.hides = kFiles, .spoils = kPixels, .stopSpoils = kPixels}},
     {"Vn_RotateBitmapFine",
-     [](Scene& s) { return Vn_RotateBitmapFine(s.bitmap, 1730, 1, RGB(9, 99, 199)); },
-     {.hides = kFiles}},
+     [](Scene& s) { return Vn_RotateBitmapFine(s.bitmap, 1730, 0, RGB(9, 99, 199)); },
+     {.hides = kFiles, .units = 12}},
 });
 
 }  // namespace

@@ -9,14 +9,18 @@ namespace {
 
 VnStatus Truth(bool done) { return done ? OK : ERR_NO_MEMORY; }
 
-// Takes the bytes of a DIB into the scene.
-VnStatus KeepDib(Scene& s, HGLOBAL dib) {
-  if (!dib) return ERR_NO_MEMORY;
-  const auto* at = static_cast<const uint8_t*>(GlobalLock(dib));
-  s.bytes.assign(at, at + GlobalSize(dib));
-  GlobalUnlock(dib);
-  GlobalFree(dib);
-  return OK;
+// Takes the bytes of the DIB that `make` gives into the scene.
+template <class Make>
+Call Dib(Make make) {
+  return [=](Scene& s) -> VnStatus {
+    const HGLOBAL dib = make(s.bitmap);
+    if (!dib) return ERR_NO_MEMORY;
+    const auto* at = static_cast<const uint8_t*>(GlobalLock(dib));
+    s.bytes.assign(at, at + GlobalSize(dib));
+    GlobalUnlock(dib);
+    GlobalFree(dib);
+    return OK;
+  };
 }
 
 VnStatus ThroughDib(Scene& s) {
@@ -27,20 +31,16 @@ VnStatus ThroughDib(Scene& s) {
   return status;
 }
 
-VnStatus ThroughDdb(Scene& s) {
-  const HBITMAP object = Vn_ConvertToDDB(nullptr, s.bitmap);
-  if (!object) return ERR_NO_MEMORY;
-  const VnStatus status = Vn_ConvertFromDDB(s.screen(), s.result, object, nullptr);
-  DeleteObject(object);
-  return status;
-}
-
-VnStatus MovedThroughDdb(Scene& s) {
-  const HBITMAP object = Vn_ChangeToDDB(s.screen(), s.bitmap);
-  if (!object) return ERR_NO_MEMORY;
-  const VnStatus status = Vn_ChangeFromDDB(s.screen(), s.result, object, nullptr);
-  if (status != OK) DeleteObject(object);
-  return status;
+// By `to` and `from`, with the palette of the system.
+template <class To, class From>
+Call ThroughDdb(To to, From from, bool moves) {
+  return [=](Scene& s) -> VnStatus {
+    const HBITMAP object = to(s.screen(), s.bitmap);
+    if (!object) return ERR_NO_MEMORY;
+    const VnStatus status = from(s.screen(), s.result, object, nullptr);
+    if (status != OK || !moves) DeleteObject(object);
+    return status;
+  };
 }
 
 // Nothing stays on the clipboard, so that nothing counts as lost.
@@ -56,31 +56,24 @@ VnStatus ThroughClipboard(Scene& s, uint32_t flags) {
 constexpr unsigned kUnreported = kMemory | kFiles | kObjects;
 
 const AddRows rows({
-    {"Vn_ConvertToDIB",
-     [](Scene& s) { return KeepDib(s, Vn_ConvertToDIB(s.bitmap)); },
-     {.hides = kFiles}},
-    {"Vn_ConvertToDIB, widened",
-     [](Scene& s) { return KeepDib(s, Vn_ConvertToDIB(s.bitmap)); },
-     {.bits = 32, .hides = kFiles}},
-    {"Vn_ChangeToDIB",
-     [](Scene& s) { return KeepDib(s, Vn_ChangeToDIB(s.bitmap)); },
-     {.hides = kFiles}},
-    {"Vn_ChangeToDIB, widened",
-     [](Scene& s) { return KeepDib(s, Vn_ChangeToDIB(s.bitmap)); },
-     {.bits = 16, .hides = kFiles}},
+    {"Vn_ConvertToDIB", Dib(Vn_ConvertToDIB), {.hides = kFiles}},
+    {"Vn_ConvertToDIB, widened", Dib(Vn_ConvertToDIB), {.bits = 32, .hides = kFiles}},
+    {"Vn_ChangeToDIB", Dib(Vn_ChangeToDIB), {.hides = kFiles}},
+    {"Vn_ChangeToDIB, widened", Dib(Vn_ChangeToDIB), {.bits = 16, .hides = kFiles}},
     {"Vn_ConvertFromDIB",
      [](Scene& s) {
        const auto* info = reinterpret_cast<const BITMAPINFO*>(s.bytes.data());
        return Vn_ConvertFromDIB(s.result, info, s.bytes.data() + 40 + 64);
      },
-     {.hides = kFiles | kObjects,
-      .prepare = [](Scene& s) { KeepDib(s, Vn_ConvertToDIB(s.bitmap)); }}},
+     {.hides = kFiles | kObjects, .prepare = [](Scene& s) { Dib(Vn_ConvertToDIB)(s); }}},
     {"Vn_ConvertToDIB Vn_ChangeFromDIB, one after the other",
      ThroughDib,
      {.hides = kFiles | kObjects}},
-    {"Vn_ConvertToDDB Vn_ConvertFromDDB", ThroughDdb, {.hides = kUnreported}},
+    {"Vn_ConvertToDDB Vn_ConvertFromDDB",
+     ThroughDdb(Vn_ConvertToDDB, Vn_ConvertFromDDB, false),
+     {.hides = kUnreported}},
     {"Vn_ChangeToDDB Vn_ChangeFromDDB",
-     MovedThroughDdb,
+     ThroughDdb(Vn_ChangeToDDB, Vn_ChangeFromDDB, true),
      {.hides = kUnreported, .spoils = kRecord | kPixels | kAttachments}},
     {"Vn_CopyToClipboardExt Vn_CopyFromClipboard Vn_ClipboardReady, DIB",
      [](Scene& s) { return ThroughClipboard(s, COPY_DIB); },

@@ -5,33 +5,22 @@
 namespace vn::test {
 namespace {
 
-// The calls of one kind of file traffic.
-struct FileCalls {
-  VnOpenProc open;
-  VnReadProc read;
-  VnWriteProc write;
-  VnSeekProc seek;
-  VnCloseProc close;
-};
-constexpr FileCalls kDirect = {Vn_OsOpen, Vn_OsRead, Vn_OsWrite, Vn_OsSeek, Vn_OsClose};
-constexpr FileCalls kRedirected = {Vn_RedirectedOpen, Vn_RedirectedRead, Vn_RedirectedWrite,
-                                   Vn_RedirectedSeek, Vn_RedirectedClose};
-
-// Writes the scene's bytes to a file and reads them back.
-VnStatus PassThrough(const FileCalls& calls, Scene& s, const char* name) {
+// Writes the scene's bytes to a file and reads them back, by the redirected calls, which go on to the
+// direct ones.
+VnStatus PassThrough(Scene& s, const char* name) {
   constexpr uint32_t kReadWrite = 2, kShareAll = 0x180;
   const auto count = static_cast<uint32_t>(s.bytes.size());
-  s.file = calls.open(name, kReadWrite, kShareAll);
+  s.file = Vn_RedirectedOpen(name, kReadWrite, kShareAll);
   if (s.file == INVALID_HANDLE_VALUE) return ERR_FILE_READ;
   VnStatus status = OK;
-  if (calls.write(s.file, s.bytes.data(), count) < 0) status = ERR_FILE_WRITE;
-  if (status == OK && calls.seek(s.file, 0, 0) != 0) status = ERR_FILE_SEEK;
-  if (status == OK && calls.read(s.file, s.bytes.data(), count) < 0) status = ERR_FILE_READ;
-  calls.close(std::exchange(s.file, INVALID_HANDLE_VALUE));
+  if (Vn_RedirectedWrite(s.file, s.bytes.data(), count) < 0) status = ERR_FILE_WRITE;
+  if (status == OK && Vn_RedirectedSeek(s.file, 0, 0) != 0) status = ERR_FILE_SEEK;
+  if (status == OK && Vn_RedirectedRead(s.file, s.bytes.data(), count) < 0) status = ERR_FILE_READ;
+  Vn_RedirectedClose(std::exchange(s.file, INVALID_HANDLE_VALUE));
   return status;
 }
 
-VnStatus ThroughNewFile(const FileCalls& calls, Scene& s) {
+VnStatus ThroughNewFile(Scene& s) {
   char name[MAX_PATH];
   Vn_OsGetTempName(name);
   if (!*name) return ERR_FILE_WRITE;
@@ -39,7 +28,7 @@ VnStatus ThroughNewFile(const FileCalls& calls, Scene& s) {
   VnStatus status = ERR_FILE_WRITE;
   if (made != INVALID_HANDLE_VALUE) {
     Vn_OsClose(made);
-    status = PassThrough(calls, s, name);
+    status = PassThrough(s, name);
   }
   Vn_OsDelete(name);
   return status;
@@ -47,18 +36,15 @@ VnStatus ThroughNewFile(const FileCalls& calls, Scene& s) {
 
 void GiveBytes(Scene& s) { s.bytes.assign(s.bitmap->BytesPerLine, 0x5A); }
 
-// A row call inside the lock that it asks for.
-template <class Call>
-VnStatus RowCall(Scene& s, Call call) {
-  const int32_t state = Vn_LockBitmap(s.bitmap);
-  const int32_t count = call(s.bytes.data());
-  Vn_UnlockBitmap(s.bitmap, state);
-  return Moved(count, static_cast<uint32_t>(s.bytes.size()));
-}
-
-VnStatus KeepColor(Scene& s, COLORREF color) {
-  s.bytes.assign(1, static_cast<uint8_t>(color));
-  return OK;
+// A row call on the scene's bytes, inside the lock that it asks for.
+template <class RowCall>
+Call OnRow(RowCall call) {
+  return [call](Scene& s) {
+    const int32_t state = Vn_LockBitmap(s.bitmap);
+    const int32_t count = call(s.bitmap, s.bytes.data());
+    Vn_UnlockBitmap(s.bitmap, state);
+    return Moved(count, static_cast<uint32_t>(s.bytes.size()));
+  };
 }
 
 const AddRows rows({
@@ -70,21 +56,18 @@ const AddRows rows({
        return ERR_NO_MEMORY;
      }},
     {"Vn_InitBitmap", [](Scene& s) { return Vn_InitBitmap(s.result, 3, 4, 8); }},
-    {"Vn_VersionInfo",
+    {"Vn_VersionInfo Vn_SetStatusCallBack Vn_GetStatusCallBack Vn_DefaultDithering "
+     "Vn_SetDefaultXResolution Vn_GetDefaultXResolution Vn_SetDefaultYResolution "
+     "Vn_GetDefaultYResolution Vn_RedirectIO Vn_FilterIO Vn_SetDisplayMode Vn_GetDisplayMode",
      [](Scene&) {
        VersionRecord version;
-       return Vn_VersionInfo(&version);
-     }},
-    {"Vn_SetStatusCallBack Vn_GetStatusCallBack",
-     [](Scene&) -> VnStatus {
+       EXPECT_EQ(Vn_VersionInfo(&version), OK);
        Vn_SetStatusCallBack(Vn_GetStatusCallBack());
-       return OK;
-     }},
-    {"Vn_DefaultDithering Vn_SetDefaultXResolution Vn_GetDefaultXResolution "
-     "Vn_SetDefaultYResolution Vn_GetDefaultYResolution",
-     [](Scene&) {
        Vn_SetDefaultXResolution(Vn_GetDefaultXResolution());
        Vn_SetDefaultYResolution(Vn_GetDefaultYResolution());
+       Vn_RedirectIO(nullptr, nullptr, nullptr, nullptr, nullptr);
+       Vn_FilterIO(nullptr, nullptr, nullptr, nullptr, nullptr);
+       Vn_SetDisplayMode(~0u, Vn_GetDisplayMode());
        return Vn_DefaultDithering(DITHER_ORDERED);
      }},
 
@@ -97,71 +80,44 @@ const AddRows rows({
      },
      {.prepare = [](Scene& s) { s.block = Vn_OsAlloc(100); }}},
     {"Vn_OsFree",
-     [](Scene& s) -> VnStatus {
-       Vn_OsFree(std::exchange(s.block, nullptr));
-       return OK;
-     },
+     Done([](Scene& s) { Vn_OsFree(std::exchange(s.block, nullptr)); }),
      {.prepare = [](Scene& s) { s.block = Vn_OsAlloc(100); }}},
-    {"Vn_OsGetTempName Vn_OsCreat Vn_OsOpen Vn_OsWrite Vn_OsSeek Vn_OsRead Vn_OsClose Vn_OsDelete",
-     [](Scene& s) { return ThroughNewFile(kDirect, s); },
+    {"Vn_OsGetTempName Vn_OsCreat Vn_OsOpen Vn_OsWrite Vn_OsSeek Vn_OsRead Vn_OsClose Vn_OsDelete "
+     "Vn_RedirectedOpen Vn_RedirectedWrite Vn_RedirectedSeek Vn_RedirectedRead Vn_RedirectedClose",
+     ThroughNewFile,
      {.prepare = GiveBytes}},
-    {"Vn_RedirectedOpen Vn_RedirectedWrite Vn_RedirectedSeek Vn_RedirectedRead Vn_RedirectedClose",
-     [](Scene& s) { return ThroughNewFile(kRedirected, s); },
-     {.prepare = GiveBytes}},
-    {"Vn_RedirectIO Vn_FilterIO",
-     [](Scene&) -> VnStatus {
-       Vn_RedirectIO(nullptr, nullptr, nullptr, nullptr, nullptr);
-       Vn_FilterIO(nullptr, nullptr, nullptr, nullptr, nullptr);
-       return OK;
-     }},
 
     {"Vn_AllocateBitmap",
      [](Scene& s) { return Vn_AllocateBitmap(s.result, s.kind.request); },
      {.open = kResult, .prepare = [](Scene& s) { Vn_InitBitmap(s.result, 100, 100, 24); }}},
-    {"Vn_FreeBitmap",
-     [](Scene& s) -> VnStatus {
-       Vn_FreeBitmap(s.bitmap);
-       return OK;
-     }},
+    {"Vn_FreeBitmap", Done([](Scene& s) { Vn_FreeBitmap(s.bitmap); })},
     {"Vn_FreeImage", [](Scene& s) { return Vn_FreeImage(s.bitmap, 1); }},
-    {"Vn_AccessBitmap Vn_ReleaseBitmap Vn_LockBitmap Vn_UnlockBitmap",
-     [](Scene& s) -> VnStatus {
+    {"Vn_AccessBitmap Vn_ReleaseBitmap Vn_LockBitmap Vn_UnlockBitmap", Done([](Scene& s) {
        Vn_AccessBitmap(s.bitmap);
        Vn_UnlockBitmap(s.bitmap, Vn_LockBitmap(s.bitmap));
        Vn_ReleaseBitmap(s.bitmap);
-       return OK;
-     }},
+     })},
     {"Vn_ChangeBitmapHeight, up",
      [](Scene& s) { return Vn_ChangeBitmapHeight(s.bitmap, 3000); },
      {.open = kPixels}},
     {"Vn_ChangeBitmapHeight, down", [](Scene& s) { return Vn_ChangeBitmapHeight(s.bitmap, 5); }},
     {"Vn_GetBitmapRow",
-     [](Scene& s) {
-       return RowCall(s, [&](void* to) { return Vn_GetBitmapRow(s.bitmap, to, 5, 20); });
-     },
+     OnRow([](BitmapHandle* b, void* to) { return Vn_GetBitmapRow(b, to, 5, 20); }),
      {.prepare = GiveBytes}},
     {"Vn_PutBitmapRow",
-     [](Scene& s) {
-       return RowCall(s, [&](void* from) { return Vn_PutBitmapRow(s.bitmap, from, 5, 20); });
-     },
+     OnRow([](BitmapHandle* b, void* from) { return Vn_PutBitmapRow(b, from, 5, 20); }),
      {.prepare = GiveBytes}},
     {"Vn_GetBitmapRowCol",
-     [](Scene& s) {
-       return RowCall(s, [&](void* to) { return Vn_GetBitmapRowCol(s.bitmap, to, 5, 8, 20); });
-     },
+     OnRow([](BitmapHandle* b, void* to) { return Vn_GetBitmapRowCol(b, to, 5, 8, 20); }),
      {.prepare = GiveBytes}},
     {"Vn_PutBitmapRowCol",
-     [](Scene& s) {
-       return RowCall(s, [&](void* from) { return Vn_PutBitmapRowCol(s.bitmap, from, 5, 8, 20); });
-     },
+     OnRow([](BitmapHandle* b, void* from) { return Vn_PutBitmapRowCol(b, from, 5, 8, 20); }),
      {.prepare = GiveBytes}},
 
-    {"Vn_CopyBitmapHandle",
-     [](Scene& s) -> VnStatus {
+    {"Vn_CopyBitmapHandle", Done([](Scene& s) {
        Vn_CopyBitmapHandle(s.result, s.bitmap);
        *s.result.get() = {};
-       return OK;
-     }},
+     })},
     {"Vn_DupBitmapNewDim, all its own",
      [](Scene& s) {
        return Vn_DupBitmapNewDim(s.result, s.bitmap, 5, 5, 8,
@@ -186,7 +142,7 @@ const AddRows rows({
      [](Scene& s) { return Vn_CopyBitmapRect(s.result, s.bitmap, 3, 2, 20, 7); },
      {.hides = kMemory | kFiles | kObjects}},
     {"Vn_GetPixelColor",
-     [](Scene& s) { return KeepColor(s, Vn_GetPixelColor(s.bitmap, 5, 15)); },
+     Done([](Scene& s) { s.bytes = {GetRValue(Vn_GetPixelColor(s.bitmap, 5, 15))}; }),
      {.hides = kFiles}},
     {"Vn_PutPixelColor",
      [](Scene& s) { return Vn_PutPixelColor(s.bitmap, 5, 15, 0x1020F0); },

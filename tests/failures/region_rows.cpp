@@ -11,9 +11,9 @@ constexpr POINT kPoints[] = {{0, 0}, {20, 3}, {9, 11}};
 
 void GiveRegion(Scene& s) { s.region = OwnedObject<HRGN>(CreateEllipticRgnIndirect(&s.box)); }
 
-template <uint32_t kCombine>
-VnStatus SetHandle(Scene& s) {
-  return Vn_SetBitmapRgnHandle(s.bitmap, &kTransform, s.region.get(), kCombine);
+Call SetHandle(uint32_t mode) {
+  return
+      [=](Scene& s) { return Vn_SetBitmapRgnHandle(s.bitmap, &kTransform, s.region.get(), mode); };
 }
 
 VnStatus GetHandle(Scene& s) {
@@ -33,34 +33,22 @@ void SelectBoard(Scene& s) {
   Vn_ClearBitmap(s.bitmap);
   Vn_FreeBitmapRgn(s.bitmap);
   for (int32_t y = 0; y < 12; ++y) {
-    for (int32_t x = y % 2; x < 40; x += 2) {
-      const RECT pixel = {x, y, x + 1, y + 1};
-      Vn_SetBitmapRgnRect(s.bitmap, nullptr, &pixel,
-                          s.bitmap->Region ? REGION_COMBINE_OR : REGION_COMBINE_REPLACE);
-    }
+    for (int32_t x = y % 2; x < 40; x += 2)
+      Select(s.bitmap, {x, y, x + 1, y + 1}, x || y ? REGION_COMBINE_OR : REGION_COMBINE_REPLACE);
   }
 }
 
+const Terms kReplacing = {.prepare = GiveRegion};
+const Terms kCombining = {.spoils = kRegion, .prepare = GiveRegion};
+
 const AddRows rows({
-    {"Vn_SetBitmapRgnHandle, and",
-     SetHandle<REGION_COMBINE_AND>,
-     {.spoils = kRegion, .prepare = GiveRegion}},
-    {"Vn_SetBitmapRgnHandle, replace", SetHandle<REGION_COMBINE_REPLACE>, {.prepare = GiveRegion}},
-    {"Vn_SetBitmapRgnHandle, new minus old",
-     SetHandle<REGION_COMBINE_NEW_MINUS_OLD>,
-     {.spoils = kRegion, .prepare = GiveRegion}},
-    {"Vn_SetBitmapRgnHandle, old minus new",
-     SetHandle<REGION_COMBINE_OLD_MINUS_NEW>,
-     {.spoils = kRegion, .prepare = GiveRegion}},
-    {"Vn_SetBitmapRgnHandle, or",
-     SetHandle<REGION_COMBINE_OR>,
-     {.spoils = kRegion, .prepare = GiveRegion}},
-    {"Vn_SetBitmapRgnHandle, xor",
-     SetHandle<REGION_COMBINE_XOR>,
-     {.spoils = kRegion, .prepare = GiveRegion}},
-    {"Vn_SetBitmapRgnHandle, inverted",
-     SetHandle<REGION_COMBINE_REPLACE_INVERTED>,
-     {.prepare = GiveRegion}},
+    {"Vn_SetBitmapRgnHandle, and", SetHandle(REGION_COMBINE_AND), kCombining},
+    {"Vn_SetBitmapRgnHandle, replace", SetHandle(REGION_COMBINE_REPLACE), kReplacing},
+    {"Vn_SetBitmapRgnHandle, new minus old", SetHandle(REGION_COMBINE_NEW_MINUS_OLD), kCombining},
+    {"Vn_SetBitmapRgnHandle, old minus new", SetHandle(REGION_COMBINE_OLD_MINUS_NEW), kCombining},
+    {"Vn_SetBitmapRgnHandle, or", SetHandle(REGION_COMBINE_OR), kCombining},
+    {"Vn_SetBitmapRgnHandle, xor", SetHandle(REGION_COMBINE_XOR), kCombining},
+    {"Vn_SetBitmapRgnHandle, inverted", SetHandle(REGION_COMBINE_REPLACE_INVERTED), kReplacing},
     {"Vn_SetBitmapRgnRect",
      [](Scene& s) { return Vn_SetBitmapRgnRect(s.bitmap, nullptr, &s.box, REGION_COMBINE_OR); },
      {.spoils = kRegion}},

@@ -3,6 +3,7 @@
 
 #include "region/region_record.h"
 #include "tests/failures/failure_rows.h"
+#include "tests/support/screen.h"
 
 namespace vn::test {
 namespace {
@@ -59,12 +60,6 @@ Bytes RectBytes(HRGN region) {
   if (region) GetRegionData(region, static_cast<DWORD>(bytes.size()), (RGNDATA*)words.data());
   if (!bytes.empty()) std::memcpy(bytes.data(), words.data(), bytes.size());
   return bytes;
-}
-
-Bytes ScreenBytes() {
-  Headless_Surface screen;
-  Headless_GetScreen(&screen);
-  return Bytes(screen.bits, screen.bits + ptrdiff_t{screen.stride} * screen.height);
 }
 
 }  // namespace

@@ -12,6 +12,16 @@
 
 namespace vn::test {
 
+// Nothing more is alive than before.
+inline void ExpectNoLeak(const Headless_Counts& before, const Headless_Counts& after) {
+  EXPECT_EQ(std::memcmp(&before, &after, sizeof after), 0)
+      << "leaks: blocks " << before.globalBlocks << " -> " << after.globalBlocks << ", mappings "
+      << before.mappings << " -> " << after.mappings << ", views " << before.views << " -> "
+      << after.views << ", files " << before.files << " -> " << after.files << ", objects "
+      << before.objects << " -> " << after.objects << ", contexts " << before.contexts << " -> "
+      << after.contexts;
+}
+
 // The platform's families, and beside them the calls of the status callback.
 inline constexpr auto kStopFamily = static_cast<Headless_Operation>(HEADLESS_OPERATIONS);
 inline constexpr VnStatus kStopValue = -500;
@@ -59,12 +69,7 @@ uint32_t WalkFailures(Headless_Operation family, Round round) {
     round(now);
     failed = now.Failed();
     Headless_GetCounts(&after);
-    EXPECT_EQ(std::memcmp(&before, &after, sizeof after), 0)
-        << "leaks: blocks " << before.globalBlocks << " -> " << after.globalBlocks << ", mappings "
-        << before.mappings << " -> " << after.mappings << ", views " << before.views << " -> "
-        << after.views << ", files " << before.files << " -> " << after.files << ", objects "
-        << before.objects << " -> " << after.objects << ", contexts " << before.contexts << " -> "
-        << after.contexts;
+    ExpectNoLeak(before, after);
     if (testing::Test::HasFailure()) break;
   }
   EXPECT_LT(n, kMost);

@@ -104,21 +104,7 @@ inline RECT RandomRect(Random& random, int32_t low, int32_t high) {
 
 using Region = OwnedObject<HRGN>;
 
-// Some region that reaches beyond a bitmap of up to 40 pixels.
-inline Region RandomRegion(Random& random) {
-  RegionUnion shape;
-  for (int32_t i = random.Between(0, 6); i > 0; --i)
-    EXPECT_TRUE(shape.Add(RandomRect(random, -6, 46)));
-  Region made(shape.Finish());
-  if (random.Chance(3)) {
-    const RECT box = {-3, 2, 37, random.Between(30, 44)};
-    const Region ellipse(CreateEllipticRgnIndirect(&box));
-    CombineRgn(made.get(), made.get(), ellipse.get(), RGN_XOR);
-  }
-  return made;
-}
-
-// A record without pixels, of random size up to 40 if none is given: a region needs no more.
+// A record without pixels: a region needs no more.
 class Plain {
  public:
   Plain(int32_t width, int32_t height, uint32_t origin = VIEW_BOTTOM_FIRST) {
@@ -126,8 +112,6 @@ class Plain {
     handle_.Height = height;
     handle_.ViewOrigin = origin;
   }
-  explicit Plain(Random& random, uint32_t origin = VIEW_BOTTOM_FIRST)
-      : Plain(random.Between(1, 40), random.Between(1, 40), origin) {}
   Plain(const Plain&) = delete;
   Plain& operator=(const Plain&) = delete;
   ~Plain() { Vn_FreeBitmapRgn(&handle_); }

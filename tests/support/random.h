@@ -22,6 +22,10 @@ class Random {
     const auto span = static_cast<uint64_t>(static_cast<int64_t>(high) - low + 1);
     return static_cast<int32_t>(low + static_cast<int64_t>(Next() % span));
   }
+  template <class T, size_t N>
+  T OneOf(const T (&values)[N]) {
+    return values[Next() % N];
+  }
   bool Chance(int32_t oneIn) { return Between(1, oneIn) == 1; }
   void Fill(void* bytes, size_t count) {
     auto* at = static_cast<uint8_t*>(bytes);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "tests/support/pixels.h"
 #include "tests/support/slow_dither.h"
 
 namespace vn::test {
@@ -38,17 +37,6 @@ bool SameAsFixed(const Colors& colors, int32_t bits) {
   return true;
 }
 
-// +1 for black and white, -1 for white and black.
-int RampOf2(const Colors& colors) {
-  const auto level = [&](size_t i) {
-    const SlowColor c = SlowEntry(colors[i]);
-    return c.red == c.green && c.green == c.blue ? c.red : -1;
-  };
-  if (colors.size() != 2) return 0;
-  if (level(0) == 0 && level(1) == 255) return 1;
-  return level(0) == 255 && level(1) == 0 ? -1 : 0;
-}
-
 int32_t SlowDeviceBits(int32_t rawBits) {
   return rawBits >= 16 ? 24 : rawBits >= 8 ? 8 : rawBits >= 4 ? 4 : 1;
 }
@@ -58,14 +46,7 @@ int32_t SlowKind(BitmapHandle* bitmap, uint32_t mode, int32_t deviceBits) {
   const int32_t bits = bitmap->BitsPerPixel;
   if (bits == 16 || bits == 32) return dither && deviceBits <= 8 ? PAINT_DITHER : PAINT_EXPAND;
   if (bits == 24) return dither && deviceBits <= 8 ? PAINT_DITHER : PAINT_DIRECT;
-  if (bits == 1) {
-    const int ramp = RampOf2(ActiveColors(bitmap));
-    const bool gray = (mode & MODE_BITONAL_GRAY) && deviceBits != 1;
-    if (gray && ramp) return ramp > 0 ? PAINT_GRAY : PAINT_GRAY_INVERTED;
-    const bool vote = !gray && (mode & MODE_BITONAL_VOTE);
-    if (vote && ramp) return ramp > 0 ? PAINT_VOTE : PAINT_VOTE_INVERTED;
-    return dither && fixed && (gray || vote || deviceBits == 8) ? PAINT_DITHER : PAINT_DIRECT;
-  }
+  if (bits == 1) return dither && fixed && deviceBits == 8 ? PAINT_DITHER : PAINT_DIRECT;
   if (!dither || deviceBits == 24 || (bits != 4 && bits != 8)) return PAINT_DIRECT;
   if (deviceBits == 1 || (bits == 8 && deviceBits == 4)) return PAINT_DITHER;
   const bool equal = SameAsFixed(ActiveColors(bitmap), bits);
@@ -84,13 +65,8 @@ class Worker {
         width_(bitmap_.Width),
         height_(bitmap_.Height),
         bits_(bitmap_.BitsPerPixel),
-        deviceBits_(SlowDeviceBits(paint.rawBits)) {
-    for (int64_t line = 0; line < height_; ++line) {
-      const bool bottomFirst = bitmap_.ViewOrigin == VIEW_BOTTOM_FIRST;
-      const int64_t row = bottomFirst ? height_ - 1 - line : line;
-      lines_.push_back(ReadRow(paint.bitmap, static_cast<uint32_t>(row)));
-    }
-  }
+        deviceBits_(SlowDeviceBits(paint.rawBits)),
+        lines_(SeenRows(paint.bitmap)) {}
 
   void Run() {
     result_.kind = SlowKind(paint_.bitmap, paint_.mode, deviceBits_);
@@ -105,15 +81,7 @@ class Worker {
     const bool same =
         d_.right - d_.left == s_.right - s_.left && d_.bottom - d_.top == s_.bottom - s_.top;
     if (same ? !MapShift() : !MapScale()) return;
-    const bool gray = result_.kind == PAINT_GRAY || result_.kind == PAINT_GRAY_INVERTED;
-    const bool vote = result_.kind == PAINT_VOTE || result_.kind == PAINT_VOTE_INVERTED;
-    if (gray) {
-      PaintGray(same);
-    } else if (vote && !same) {
-      PaintVote();
-    } else {
-      PaintPlain(same);
-    }
+    PaintPlain(same);
     if (result_.status != OK) result_.lines.clear();
   }
 
@@ -167,14 +135,11 @@ class Worker {
     return PixelBits(lines_.at(static_cast<size_t>(line)), static_cast<size_t>(column), bits_);
   }
 
-  void SetTable(bool own, const RGBQUAD* fixed) {
+  void SetTable(bool own) {
     result_.indexes = result_.bits <= 8 && (paint_.mode & MODE_DEVICE_INDEXES) != 0;
     if (result_.bits > 8 || result_.indexes) return;
-    if (own) {
-      result_.colors = ActiveColors(paint_.bitmap);
-    } else {
-      result_.colors.assign(fixed, fixed + (size_t{1} << result_.bits));
-    }
+    const RGBQUAD* fixed = Vn_IntGetFixedPalette(static_cast<uint32_t>(result_.bits));
+    result_.colors = own ? ActiveColors(paint_.bitmap) : Colors(fixed, fixed + (1 << result_.bits));
   }
 
   void PaintPlain(bool same) {
@@ -185,28 +150,22 @@ class Worker {
       result_.status = ERR_INVALID_PARAMETER;
       return;
     }
-    SetTable(kind != PAINT_DITHER, Vn_IntGetFixedPalette(static_cast<uint32_t>(result_.bits)));
+    SetTable(kind != PAINT_DITHER);
     // The first byte's column is a 16-bit word at 1:1.
     const int64_t perByte = bits_ < 8 ? 8 / bits_ : 1;
     const int64_t start = columnOf_[0] / perByte * perByte;
     const int64_t wrapped = same && bits_ < 8 ? start - start % 65536 : 0;
-    const SlowDither dither{bits_,
-                            deviceBits_,
-                            bitmap_.ColorOrder,
-                            (paint_.mode & MODE_ORDERED_DITHER) != 0,
-                            (paint_.mode & MODE_CLUSTERED_MATRIX) != 0,
-                            FullColors()};
-    SlowErrors errors(columnOf_.size(), {0, 0, 0});
+    SlowRun dither = DitherRun();
     result_.lines.resize(lineOf_.size());
     for (size_t i = lineOf_.size(); i-- > 0;) {
       Line line;
       for (const int64_t column : columnOf_)
         line.push_back(Pixel(lineOf_[i], column - wrapped));
       if (kind == PAINT_DITHER) {
-        const int64_t x = same ? columnOf_[0] : box_.left - d_.left;
         const int64_t y = same ? lineOf_[i] : box_.top + static_cast<int64_t>(i) - d_.top;
-        line = dither.Row(Packed(line), 0, line.size(), static_cast<uint32_t>(x),
-                          static_cast<int>(y), errors);
+        dither.patternX = static_cast<size_t>(same ? columnOf_[0] : box_.left - d_.left);
+        dither.patternY = static_cast<size_t>(y) - dither.line;
+        line = dither.Line(ColorsOf(line));
       } else if (kind == PAINT_EXPAND) {
         for (uint32_t& pixel : line)
           pixel = Expanded(pixel);
@@ -215,17 +174,33 @@ class Worker {
     }
   }
 
-  Colors FullColors() const {
-    Colors colors = bits_ <= 8 ? ActiveColors(paint_.bitmap) : Colors();
-    colors.resize(256);
-    return colors;
+  // By the fixed palette of the device.
+  SlowRun DitherRun() const {
+    const bool ordered = paint_.mode & MODE_ORDERED_DITHER;
+    const bool dots = deviceBits_ == 1 && (paint_.mode & MODE_CLUSTERED_MATRIX);
+    const Way way = deviceBits_ == 1   ? Way::kFixed2
+                    : deviceBits_ == 4 ? Way::kFixed16
+                                       : Way::kFixed256;
+    SlowRun run{ordered ? dots ? DITHER_CLUSTERED : DITHER_ORDERED : DITHER_FLOYD_STEINBERG, way,
+                deviceBits_, Colors(256)};
+    if (deviceBits_ <= 8) {
+      std::copy_n(Vn_IntGetFixedPalette(static_cast<uint32_t>(deviceBits_)), 1 << deviceBits_,
+                  run.target.begin());
+    }
+    return run;
   }
 
-  Bytes Packed(const Line& line) const {
+  std::vector<SlowColor> ColorsOf(const Line& line) const {
     Bytes row((line.size() * static_cast<size_t>(bits_) + 7) / 8);
     for (size_t i = 0; i < line.size(); ++i)
       SetPixelBits(&row, i, bits_, line[i]);
-    return row;
+    Colors table = bits_ <= 8 ? ActiveColors(paint_.bitmap) : Colors();
+    table.resize(256);
+    std::vector<SlowColor> colors;
+    for (size_t i = 0; i < line.size(); ++i)
+      colors.push_back(
+          SlowPixel(row, i, static_cast<uint32_t>(bits_), bitmap_.ColorOrder, table.data()));
+    return colors;
   }
 
   uint32_t Expanded(uint32_t pixel) const {
@@ -233,95 +208,6 @@ class Worker {
     const uint32_t word = pixel >> 8 | (pixel & 255) << 8;
     const auto widen = [](uint32_t field) { return field % 32 * 8 + field % 32 / 4; };
     return widen(word) << 16 | widen(word >> 5) << 8 | widen(word >> 10);
-  }
-
-  // Bits of 1-bit pictures. Past the width stand the fill bits of the last byte, then nothing.
-  bool HasBit(int64_t column) const { return column < (width_ + 7) / 8 * 8; }
-  uint32_t Bit(int64_t workRow, int64_t column) const {
-    return HasBit(column) ? Pixel(height_ - 1 - workRow, column) : 0;
-  }
-
-  void PaintVote() {
-    const bool invert = result_.kind == PAINT_VOTE_INVERTED;
-    const uint32_t ink = invert ? 1 : 0;
-    result_.bits = 1;
-    SetTable(true, nullptr);
-    if (paint_.mode & MODE_FIXED_PALETTE) {
-      result_.indexes = false;
-      result_.colors = ActiveColors(paint_.bitmap);
-    }
-    const int64_t across = sw_ > dw_ ? sw_ / dw_ : 1, down = sh_ > dh_ ? sh_ / dh_ : 1;
-    int64_t threshold = 0;
-    while ((threshold + 1) * (threshold + 1) <= across * down)
-      ++threshold;
-    if (threshold < 5) --threshold;
-    if (threshold < 2) threshold = 1;
-    for (const int64_t lineNumber : lineOf_) {
-      std::vector<int64_t> votes(columnOf_.size(), 0);
-      int64_t row = height_ - 1 - lineNumber;
-      for (int64_t n = 0; n < down; ++n) {
-        for (size_t i = 0; i < votes.size(); ++i) {
-          for (int64_t c = columnOf_[i]; c < columnOf_[i] + across; ++c) {
-            if (HasBit(c) && Bit(row, c) == ink) ++votes[i];
-          }
-        }
-        row = row + 1 < height_ - 1 ? row + 2 : height_ - 1;
-      }
-      Line line;
-      for (const int64_t count : votes)
-        line.push_back(count >= threshold ? ink : 1 - ink);
-      result_.lines.push_back(line);
-    }
-  }
-
-  // The level of column i of work row `row`, scaled across.
-  int64_t Level(int64_t row, int64_t i) const {
-    row = std::min(row, height_ - 1);
-    const int64_t c = ColumnOf(i);
-    if (sw_ > dw_) {
-      int64_t sum = 0;
-      for (int64_t k = c; k < ColumnOf(i + 1); ++k)
-        sum += 255 * Bit(row, k);
-      return sum / (ColumnOf(i + 1) - c);
-    }
-    const int64_t share = (e_ + i * sw_) % dw_;
-    const int64_t next = share != 0 && c < sw_ - 1 ? c + 1 : c;
-    return ((dw_ - share) * Bit(row, c) + share * Bit(row, next)) * 255 / dw_;
-  }
-
-  int64_t GrayAt(int64_t up, int64_t i) const {
-    const auto rowOf = [&](int64_t n) { return height_ - s_.bottom + (f_ + n * sh_) / dh_; };
-    const int64_t row = rowOf(up);
-    if (sh_ > dh_) {
-      int64_t sum = 0;
-      for (int64_t r = row; r < rowOf(up + 1); ++r)
-        sum += Level(r, i);
-      return sum / (rowOf(up + 1) - row);
-    }
-    const int64_t share = (f_ + up * sh_) % dh_;
-    if (share == 0) return Level(row, i);
-    return Level(row, i) * (dh_ - share) / dh_ + Level(row + 1, i) * share / dh_;
-  }
-
-  void PaintGray(bool same) {
-    const int64_t flip = result_.kind == PAINT_GRAY_INVERTED ? 255 : 0;
-    result_.bits = 8;
-    Colors ramp(256);
-    for (size_t i = 0; i < 256; ++i) {
-      const auto level = static_cast<BYTE>(i);
-      ramp[i] = {level, level, level, 0};
-    }
-    SetTable(false, ramp.data());
-    const auto height = static_cast<int64_t>(lineOf_.size());
-    for (int64_t y = 0; y < height; ++y) {
-      Line line;
-      for (size_t i = 0; i < columnOf_.size(); ++i) {
-        const int64_t level = same ? 255 * Pixel(lineOf_[static_cast<size_t>(y)], columnOf_[i])
-                                   : GrayAt(height - 1 - y, static_cast<int64_t>(i));
-        line.push_back(static_cast<uint32_t>(level ^ flip));
-      }
-      result_.lines.push_back(line);
-    }
   }
 
   const SlowPaint& paint_;

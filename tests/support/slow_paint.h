@@ -1,5 +1,6 @@
 // Painting the long way: what a paint must hand to the device, worked out pixel by pixel with a
-// division each, from whole pictures in memory.
+// division each, from whole pictures in memory. The gray and the vote of 1-bit pictures are left to
+// the numbered cases.
 #ifndef VNCORE_TESTS_SUPPORT_SLOW_PAINT_H
 #define VNCORE_TESTS_SUPPORT_SLOW_PAINT_H
 

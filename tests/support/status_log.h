@@ -43,12 +43,12 @@ class StatusLog {
   std::vector<int32_t> percents_;
 };
 
-// What the scheme makes a callback hear for `units` units of work.
-inline std::vector<int32_t> ExpectedPercents(int64_t units) {
-  std::vector<int32_t> percents{0};
+// What the scheme makes a callback hear for `units` units of work, from `start` to `end` percent.
+inline std::vector<int32_t> ExpectedPercents(int64_t units, int32_t start = 0, int32_t end = 100) {
+  std::vector<int32_t> percents{start};
   for (int64_t unit = 1; unit <= units; ++unit) {
-    const auto percent = static_cast<int32_t>(unit * 100 / units);
-    if (units <= 100 || percent != percents.back()) percents.push_back(percent);
+    const auto percent = static_cast<int32_t>(start + unit * (end - start) / units);
+    if (units <= end - start || percent != percents.back()) percents.push_back(percent);
   }
   return percents;
 }

@@ -1,10 +1,8 @@
 // Runs the tests; natively each must also leave alive no more objects than it found.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include <vncore/vncore.h>
-#include "tests/support/headless_control.h"
+#include "tests/support/failure_walk.h"
 
 #ifdef _WIN32
 
@@ -19,15 +17,10 @@ namespace {
 
 class LeakListener : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override { Headless_GetCounts(&before_); }
-  void OnTestEnd(const testing::TestInfo& test) override {
+  void OnTestEnd(const testing::TestInfo&) override {
     Headless_Counts after;
     Headless_GetCounts(&after);
-    EXPECT_EQ(std::memcmp(&before_, &after, sizeof after), 0)
-        << test.name() << " leaks: blocks " << before_.globalBlocks << " -> " << after.globalBlocks
-        << ", mappings " << before_.mappings << " -> " << after.mappings << ", views "
-        << before_.views << " -> " << after.views << ", files " << before_.files << " -> "
-        << after.files << ", objects " << before_.objects << " -> " << after.objects
-        << ", contexts " << before_.contexts << " -> " << after.contexts;
+    vn::test::ExpectNoLeak(before_, after);
   }
   Headless_Counts before_{};
 };

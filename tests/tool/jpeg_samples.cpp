@@ -5,7 +5,7 @@
 // libjpeg's headers need <cstdio> before them.
 #include <jpeglib.h>
 
-#include "tests/tool/samples.h"
+#include "tests/tool/sampled.h"
 
 namespace vn::test {
 namespace {
@@ -30,16 +30,22 @@ int32_t LevelAt(int32_t x, int32_t y, int channel) {
   return wave > 255 ? 509 - wave : wave;
 }
 
-Rgb ShownAt(const JpegKind& kind, int32_t x, int32_t y) {
-  const auto level = [&](int channel) { return LevelAt(x, y, channel); };
-  const auto light = [&](int ink) { return std::max(255 - level(ink) - level(3), 0); };
-  if (kind.Samples() == 1) return {level(0), level(0), level(0)};
-  return kind.Samples() == 3 ? Rgb{level(0), level(1), level(2)}
-                             : Rgb{light(0), light(1), light(2)};
+Sampled MakeSamples(const JpegKind& kind, int32_t width, int32_t height) {
+  Random random(1);
+  const Meaning meaning = kind.Samples() == 1   ? Meaning::kGray
+                          : kind.Samples() == 3 ? Meaning::kRgb
+                                                : Meaning::kInks;
+  Sampled made(meaning, 8, Alpha::kNone, width, height, random);
+  for (size_t i = 0; i < made.samples.size(); ++i) {
+    const auto pixel = static_cast<int32_t>(i) / made.Count();
+    made.samples[i] = LevelAt(pixel % width, pixel / width, static_cast<int>(i) % made.Count());
+  }
+  return made;
 }
 
 std::string Make(const JpegKind& kind, Scans scans, bool halfChroma, int32_t width,
                  int32_t height) {
+  const Sampled made = MakeSamples(kind, width, height);
   jpeg_compress_struct jpeg{};
   jpeg_error_mgr error;
   jpeg.err = jpeg_std_error(&error);  // which ends the test on an error
@@ -77,12 +83,10 @@ std::string Make(const JpegKind& kind, Scans scans, bool halfChroma, int32_t wid
   }
   jpeg_start_compress(&jpeg, TRUE);
   const bool turned = samples == 4 && kind.adobe;
-  std::vector<uint8_t> row(static_cast<size_t>(width * samples));
   for (int32_t y = 0; y < height; ++y) {
-    for (int32_t i = 0; i < width * samples; ++i) {
-      const int32_t level = LevelAt(i / samples, y, i % samples);
-      row[static_cast<size_t>(i)] = static_cast<uint8_t>(turned ? 255 - level : level);
-    }
+    std::vector<uint8_t> row = made.Rows(0, y, width, 1, 0, samples);
+    for (uint8_t& level : row)
+      level = static_cast<uint8_t>(turned ? 255 - level : level);
     JSAMPROW one = row.data();
     jpeg_write_scanlines(&jpeg, &one, 1);
   }
@@ -104,11 +108,12 @@ void ForJpegSamples(bool each, const UseSample& use) {
     for (const Scans scans : {Scans::kOne, Scans::kProgressive, Scans::kOneEach}) {
       for (const auto& [width, height] : {std::pair{33, 21}, {1, 1}, {17, 3}, {90, 70}}) {
         const bool halfChroma = each && kind.given != JCS_CMYK;
+        const Sampled made = MakeSamples(kind, width, height);
         use({Told("stored as", kind.stored, "Adobe", kind.adobe, "scans", static_cast<int>(scans),
                   width),
-             Make(kind, scans, halfChroma, width, height), width, height,
-             kind.Samples() == 1 ? 8 : 24, 12, kind.stored != JCS_RGB, 0,
-             [&](int32_t x, int32_t y, Rgb) { return ShownAt(kind, x, y); }});
+             Make(kind, scans, halfChroma, width, height), width, height, made.BitmapBits(), 12,
+             kind.stored != JCS_RGB, 0,
+             [&](int32_t x, int32_t y, Rgb under) { return made.ColorAt(x, y, under); }});
         if (each) break;
       }
     }

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "kernel/guards.h"
+#include "tests/support/bitmaps.h"
 
 namespace vn::test {
 
@@ -17,22 +17,10 @@ Seen Look(const std::string& path, Rgb background) {
             bitmap->YResolution,
             {},
             {}};
+  seen.palette = PaletteOf(bitmap);
   seen.palette.resize(static_cast<size_t>(bitmap->ColorCount));
-  Vn_GetBitmapColors(bitmap, 0, static_cast<uint32_t>(bitmap->ColorCount), seen.palette.data());
-  const BitmapLock lock(bitmap);
-  std::vector<uint8_t> row(bitmap->BytesPerLine);
-  for (int32_t y = 0; y < seen.height; ++y) {
-    const auto at = static_cast<uint32_t>(tool::StorageRow(*bitmap.get(), y));
-    EXPECT_EQ(Vn_GetBitmapRow(bitmap, row.data(), at, bitmap->BytesPerLine),
-              static_cast<int32_t>(bitmap->BytesPerLine));
-    for (size_t x = 0; x < static_cast<size_t>(seen.width); ++x) {
-      const RGBQUAD* const colors = seen.palette.data();
-      seen.pixels.push_back(seen.bits == 1   ? PixelReader<1>{row.data(), colors}(x)
-                            : seen.bits == 4 ? PixelReader<4>{row.data(), colors}(x)
-                            : seen.bits == 8 ? PixelReader<8>{row.data(), colors}(x)
-                                             : PixelReader<24>{row.data(), nullptr}(x));
-    }
-  }
+  for (const COLORREF c : SeenColors(bitmap))
+    seen.pixels.push_back({GetRValue(c), GetGValue(c), GetBValue(c)});
   return seen;
 }
 
