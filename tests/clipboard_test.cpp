@@ -37,17 +37,14 @@ class Picture : public RandomBitmap {
   }
 };
 
-TEST(Clipboard, GivesBackWhatWasCopied) {
-  for (const int32_t bits : kDepths) {
-    SCOPED_TRACE(bits);
-    Picture bitmap(bits);
-    ASSERT_EQ(Vn_CopyToClipboard(nullptr, bitmap), 1);
-    EXPECT_TRUE(Vn_ClipboardReady());
-    for (int pastes = 0; pastes < 2; ++pastes) {  // the clipboard keeps its own
-      Bitmap pasted;
-      ASSERT_EQ(Vn_CopyFromClipboard(nullptr, pasted), 1);
-      EXPECT_EQ(SeenColors(pasted), SeenColors(bitmap));
-    }
+TEST(Clipboard, KeepsWhatItGives) {
+  Picture bitmap(24);
+  ASSERT_EQ(Vn_CopyToClipboard(nullptr, bitmap), 1);
+  EXPECT_TRUE(Vn_ClipboardReady());
+  for (int pastes = 0; pastes < 2; ++pastes) {
+    Bitmap pasted;
+    ASSERT_EQ(Vn_CopyFromClipboard(nullptr, pasted), 1);
+    EXPECT_EQ(SeenColors(pasted), SeenColors(bitmap));
   }
   EmptyTheClipboard();
   EXPECT_FALSE(Vn_ClipboardReady());
