@@ -1,9 +1,9 @@
 // Vn_CombineBitmap: a rectangle of one bitmap combined into another.
 #include <algorithm>
+#include <optional>
 
 #include <vncore/vncore.h>
 #include "compose/combine_area.h"
-#include "compose/combine_plan.h"
 #include "compose/combine_rows.h"
 #include "compose/row_segments.h"
 #include "kernel/guards.h"
@@ -55,8 +55,7 @@ CombineSpan SpanOf(int32_t bits, const PixelRun& run, uint8_t* target, const uin
   span.lastMask =
       static_cast<uint8_t>(0xFF << (perByte - run.right % perByte) % perByte * pixelBits);
   if (span.bytes == 1) span.firstMask &= span.lastMask;
-  span.shift = ShiftOf(bits, run.left, run.sourceLeft);
-  if (span.shift == 0) return span;
+  if (ShiftOf(bits, run.left, run.sourceLeft) == 0) return span;
   const size_t sourceBytes =
       BytesOfRun(bits, run.sourceLeft, run.sourceLeft + run.right - run.left);
   span.readsBefore = sourceFirst > first;
@@ -80,27 +79,23 @@ class Combination {
         readsDestination_(plan.needsDestination),
         all_{static_cast<uint32_t>(area.target.left), static_cast<uint32_t>(area.target.right),
              static_cast<uint32_t>(source ? area.sourceX : area.target.left)},
-        loop_(SelectCombineLoop(plan, bits_, ShiftOf(bits_, all_.left, all_.sourceLeft) != 0)),
-        segments_(destination),
-        targetRow_(BytesOfRun(bits_, all_.left, all_.right), Fill::kZero) {
-    if (source) sourceRow_ = ScratchBuffer<uint8_t>(SourceBytes(), Fill::kZero);
-  }
+        choice_(ChooseCombineLoop(plan, bits_, ShiftOf(bits_, all_.left, all_.sourceLeft))) {}
 
   VnStatus Run() {
-    if (!segments_ || !targetRow_ || (source_ && !sourceRow_)) return ERR_NO_MEMORY;
     const SourceLock sourceLock(source_);
     const BitmapLock targetLock(destination_);
     inPlace_ = destination_->Flags & FLAG_IN_MEMORY;
     sourceInPlace_ = source_ && (source_->Flags & FLAG_IN_MEMORY) && !SharesRows();
     const auto height = static_cast<uint32_t>(area_.target.bottom - area_.target.top);
     Progress progress(height);
-    if (!progress.Begin()) return progress.Result();
     if (progress.Silent() && inPlace_ && !destination_->Region && (!source_ || sourceInPlace_)) {
       CombineBlock(height);
-      return progress.Result();
+      return OK;
     }
+    if (!TakeMemory()) return ERR_NO_MEMORY;
+    if (!progress.Begin()) return progress.Result();
     for (uint32_t i = 0; i < height; ++i) {
-      CombineRow(Upward() ? height - 1 - i : i);
+      CombineLine(Upward() ? height - 1 - i : i);
       if (!progress.Step()) break;
     }
     return progress.Result();
@@ -122,6 +117,13 @@ class Combination {
     BitmapHandle* source_;
     int32_t state_;
   };
+
+  bool TakeMemory() {
+    segments_.emplace(destination_);
+    targetRow_ = ScratchBuffer<uint8_t>(BytesOfRun(bits_, all_.left, all_.right), Fill::kZero);
+    if (source_) sourceRow_ = ScratchBuffer<uint8_t>(SourceBytes(), Fill::kZero);
+    return *segments_ && targetRow_ && (!source_ || sourceRow_);
+  }
 
   uint32_t SourceBytes() const {
     return BytesOfRun(bits_, all_.sourceLeft, all_.sourceLeft + all_.right - all_.left);
@@ -146,17 +148,18 @@ class Combination {
            ByteOfColumn(bitmap->BitsPerPixel, column);
   }
 
-  // All rows at once.
+  // All rows at once, upward only where they are of one memory.
   void CombineBlock(uint32_t height) {
+    const bool upward = Upward() && Overlap(*destination_, *source_);
     const auto targetStride = static_cast<ptrdiff_t>(destination_->BytesPerLine);
     const auto sourceStride = source_ ? static_cast<ptrdiff_t>(source_->BytesPerLine) : 0;
-    const uint32_t first = Upward() ? height - 1 : 0;
+    const uint32_t first = upward ? height - 1 : 0;
     CombineSpan span = SpanOf(bits_, all_, PixelOf(destination_, TargetRow(first), all_.left),
                               SourcePixels(first));
     span.rows = height;
-    span.targetStride = Upward() ? -targetStride : targetStride;
-    span.sourceStride = Upward() ? -sourceStride : sourceStride;
-    RunCombineLoop(loop_, span);
+    span.targetStride = upward ? -targetStride : targetStride;
+    span.sourceStride = upward ? -sourceStride : sourceStride;
+    CombineRows(choice_, span);
   }
 
   uint32_t TargetRow(uint32_t i) const { return static_cast<uint32_t>(area_.target.top) + i; }
@@ -170,7 +173,7 @@ class Combination {
     return sourceRow_.data();
   }
 
-  void CombineRow(uint32_t i) {
+  void CombineLine(uint32_t i) {
     const uint32_t row = TargetRow(i);
     const uint8_t* source = SourcePixels(i);
     const uint32_t firstColumn = WholeByteColumn(bits_, all_.left);
@@ -182,7 +185,7 @@ class Combination {
                    : nullptr;
         const CombineSpan span =
             SpanOf(bits_, {left, right, sourceLeft}, PixelOf(destination_, row, left), from);
-        loop_.rows(span, loop_.invert);
+        CombineRows(choice_, span);
       });
       return;
     }
@@ -191,7 +194,7 @@ class Combination {
       Vn_GetBitmapRowCol(destination_, target, row, all_.left,
                          BytesOfRun(bits_, all_.left, all_.right));
     }
-    loop_.rows(SpanOf(bits_, all_, target, source), loop_.invert);
+    CombineRows(choice_, SpanOf(bits_, all_, target, source));
     ForRuns(row, [&](uint32_t left, uint32_t right) {
       const int32_t pair[] = {static_cast<int32_t>(left - firstColumn),
                               static_cast<int32_t>(right - firstColumn)};
@@ -203,9 +206,9 @@ class Combination {
   // The runs of the region in a row, cut to the area.
   template <class Use>
   void ForRuns(uint32_t row, Use use) {
-    segments_.Load(static_cast<int32_t>(row));
-    const int32_t* end = segments_.data() + segments_.count();
-    for (const int32_t* run = segments_.data(); run != end; run += 2) {
+    segments_->Load(static_cast<int32_t>(row));
+    const int32_t* end = segments_->data() + segments_->count();
+    for (const int32_t* run = segments_->data(); run != end; run += 2) {
       const auto left = std::max<int32_t>(run[0], area_.target.left);
       const auto right = std::min<int32_t>(run[1], area_.target.right);
       if (left < right) use(static_cast<uint32_t>(left), static_cast<uint32_t>(right));
@@ -218,8 +221,8 @@ class Combination {
   int32_t bits_;
   bool readsDestination_;
   PixelRun all_;
-  CombineLoop loop_;
-  RowSegments segments_;
+  CombineChoice choice_;
+  std::optional<RowSegments> segments_;
   ScratchBuffer<uint8_t> targetRow_, sourceRow_;
   bool inPlace_ = false, sourceInPlace_ = false;
 };

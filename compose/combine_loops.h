@@ -1,13 +1,14 @@
 // The loops of combinations, written once on the compiler's vector types, and compiled twice: by
-// combine_rows.cpp for any machine and by combine_rows_avx2.cpp for AVX2. So both forms are equal
+// combine_loops.cpp for any machine and by combine_loops_avx2.cpp for AVX2. So both forms are equal
 // by construction. All is in an unnamed namespace: each file has its own copy, and the linker must
 // not choose between them. Nothing else includes this.
 #ifndef VNCORE_COMPOSE_COMBINE_LOOPS_H
 #define VNCORE_COMPOSE_COMBINE_LOOPS_H
 
 #include <cstring>
+#include <type_traits>
 
-#include "compose/combine_rows.h"
+#include "compose/combine_ways.h"
 
 namespace vn {
 namespace {
@@ -25,13 +26,10 @@ typedef int32_t Integers __attribute__((vector_size(kVector)));
 typedef float Floats __attribute__((vector_size(kVector)));
 
 inline Bytes Splat(uint8_t byte) { return Bytes{} + byte; }
+inline Bytes SplatWord(uint16_t word) { return reinterpret_cast<Bytes>(Words{} + word); }
 template <class Lanes>
 inline Lanes Min(Lanes a, Lanes b) {
   return a < b ? a : b;
-}
-template <class Lanes>
-inline Lanes Max(Lanes a, Lanes b) {
-  return a < b ? b : a;
 }
 
 // The operations, on lanes that hold a channel each. `m`: the channel's maximum, 2^Bits - 1, in
@@ -43,13 +41,6 @@ struct Add {
     return d + Min(s, m - d);
   }
 };
-struct SubSource {
-  using Lanes = Bytes;
-  template <int, class L>
-  static L Of(L d, L s, L) {
-    return d - Min(d, s);
-  }
-};
 struct Mul {
   using Lanes = Words;
   // The quotient by 2^Bits - 1 is exact up to its square.
@@ -59,7 +50,7 @@ struct Mul {
     return (product + 1 + (product >> Bits)) >> Bits;
   }
 };
-struct DivSource {
+struct Divide {
   using Lanes = Dwords;
   // Exact: a quotient of 16 by 8 bits that is no whole number lies farther from one than a float
   // can err.
@@ -87,21 +78,6 @@ struct Smaller {
     return Min(d, s);
   }
 };
-struct Larger {
-  using Lanes = Bytes;
-  template <int, class L>
-  static L Of(L d, L s, L) {
-    return Max(d, s);
-  }
-};
-template <class Operation>
-struct Swapped {
-  using Lanes = typename Operation::Lanes;
-  template <int Bits, class L>
-  static L Of(L d, L s, L m) {
-    return Operation::template Of<Bits>(s, d, m);
-  }
-};
 
 // Applies an operation to each field of Bits bits of the lanes; the unused bits become 0. At 16
 // bits a pixel, lanes of 32 bits hold two words of three fields.
@@ -115,16 +91,24 @@ inline Bytes InFields(Bytes d, Bytes s) {
 #pragma GCC unroll 8
   for (int unit = 0; unit < kLaneBits; unit += kUnit) {
 #pragma GCC unroll 8
-    for (int at = unit; at + Bits <= unit + kUnit; at += Bits)
-      result |= Operation::template Of<Bits>(from >> at & m, with >> at & m, m) << at;
+    for (int at = unit; at + Bits <= unit + kUnit; at += Bits) {
+      const auto field = [&](Lanes lanes) {
+        return at + Bits == kLaneBits ? lanes >> at : lanes >> at & m;
+      };
+      result |= Operation::template Of<Bits>(field(from), field(with), m) << at;
+    }
   }
   return reinterpret_cast<Bytes>(result);
 }
 
-// What a loop does with a vector of bytes, and which operands it reads.
+// What a loop does with a vector of bytes, and which operands it reads. `kShort`: in so few
+// instructions that a copy of them costs no more than a call. `kSwaps`: the operands may be asked
+// for in turned order.
 template <class Operation, int Bits>
 struct Arithmetic {
   static constexpr bool kReadsTarget = true, kReadsSource = true;
+  static constexpr bool kShort = Bits == 8 && sizeof(typename Operation::Lanes{}[0]) == 1;
+  static constexpr bool kSwaps = std::is_same_v<Operation, Divide>;
   static Bytes Of(Bytes d, Bytes s) {
     if constexpr (Bits == 8) return InFields<Operation, 8, typename Operation::Lanes>(d, s);
     if constexpr (sizeof(typename Operation::Lanes{}[0]) > 2) {
@@ -133,24 +117,24 @@ struct Arithmetic {
     return InFields<Operation, Bits, Words>(d, s);
   }
 };
-struct Fill {
-  static constexpr bool kReadsTarget = false, kReadsSource = false;
+template <bool ReadsTarget, bool ReadsSource>
+struct Boolean {
+  static constexpr bool kReadsTarget = ReadsTarget, kReadsSource = ReadsSource;
+  static constexpr bool kShort = true, kSwaps = false;
+};
+struct Zero : Boolean<false, false> {
   static Bytes Of(Bytes, Bytes) { return Bytes{}; }
 };
-struct Destination {
-  static constexpr bool kReadsTarget = true, kReadsSource = false;
+struct Destination : Boolean<true, false> {
   static Bytes Of(Bytes d, Bytes) { return d; }
 };
-struct Source {
-  static constexpr bool kReadsTarget = false, kReadsSource = true;
+struct Source : Boolean<false, true> {
   static Bytes Of(Bytes, Bytes s) { return s; }
 };
-struct And {
-  static constexpr bool kReadsTarget = true, kReadsSource = true;
+struct And : Boolean<true, true> {
   static Bytes Of(Bytes d, Bytes s) { return d & s; }
 };
-struct Xor {
-  static constexpr bool kReadsTarget = true, kReadsSource = true;
+struct Xor : Boolean<true, true> {
   static Bytes Of(Bytes d, Bytes s) { return d ^ s; }
 };
 
@@ -160,177 +144,158 @@ inline Lanes Load(const uint8_t* at) {
   std::memcpy(&lanes, at, sizeof lanes);
   return lanes;
 }
-inline Bytes LoadPart(const uint8_t* at, size_t count) {
-  Bytes lanes{};
-  std::memcpy(&lanes, at, count);
-  return lanes;
-}
+inline void Store(uint8_t* at, Bytes lanes) { std::memcpy(at, &lanes, sizeof lanes); }
 
-// One vector under an operation, and what it takes. A loop keeps a copy of its own, which no store
-// through a byte pointer can change, and so holds all of it in registers.
+// One vector under an operation, and what it takes. It is local to a loop, where no store through a
+// byte pointer can change it, and so stays in registers.
 template <class Operation, bool Shifted, bool Inverted>
 struct Step {
-  Step(const CombineSpan& span, CombineInversions invert)
-      : invertSource(Splat(invert.source)),
-        invertTarget(Splat(invert.destination)),
-        invertResult(Splat(invert.result)),
-        leftMask(Splat(static_cast<uint8_t>(0xFF << span.shift))),
-        rightMask(Splat(static_cast<uint8_t>(0xFF >> (8 - span.shift)))),
-        left(span.shift),
-        right(8 - span.shift) {}
+  explicit Step(const CombineOperands& operands)
+      : invertSource(SplatWord(operands.invertSource)),
+        invertTarget(SplatWord(operands.invertDestination)),
+        invertResult(SplatWord(operands.invertResult)),
+        leftMask(Splat(static_cast<uint8_t>(0xFF << operands.shift))),
+        rightMask(Splat(static_cast<uint8_t>(0xFF >> (8 - operands.shift)))),
+        swapMask(Splat(operands.swapped ? 0xFF : 0)),
+        left(operands.shift),
+        right(8 - operands.shift) {}
 
   Bytes Combine(Bytes d, Bytes s) const {
     if constexpr (!Inverted) return Operation::Of(d, s);
-    return Operation::Of(d ^ invertTarget, s ^ invertSource) ^ invertResult;
+    d ^= invertTarget;
+    s ^= invertSource;
+    if constexpr (Operation::kSwaps) {
+      const Bytes turned = (d ^ s) & swapMask;
+      d ^= turned;
+      s ^= turned;
+    }
+    return Operation::Of(d, s) ^ invertResult;
   }
-  // For the ends of rows, once for all of them: the code of a division is long.
-  [[gnu::noinline]] Bytes CombineEnd(Bytes d, Bytes s) const { return Combine(d, s); }
+  // For all places but the innermost loop.
+  [[gnu::noinline]] Bytes CombineCalled(Bytes d, Bytes s) const { return Combine(d, s); }
+  Bytes CombineRarely(Bytes d, Bytes s) const {
+    return Operation::kShort ? Combine(d, s) : CombineCalled(d, s);
+  }
 
   Bytes Joined(Bytes high, Bytes low) const {
     const auto upper = reinterpret_cast<Bytes>(reinterpret_cast<Words>(high) << left);
     const auto lower = reinterpret_cast<Bytes>(reinterpret_cast<Words>(low) >> right);
     return (upper & leftMask) | (lower & rightMask);
   }
-  Bytes At(const uint8_t* target, const uint8_t* source) const {
-    Bytes d{}, s{};
-    if constexpr (Operation::kReadsTarget) d = Load<Bytes>(target);
-    if constexpr (Operation::kReadsSource && Shifted) {
-      s = Joined(Load<Bytes>(source), Load<Bytes>(source + 1));
-    } else if constexpr (Operation::kReadsSource) {
-      s = Load<Bytes>(source);
-    }
-    return Combine(d, s);
+  Bytes SourceAt(const uint8_t* source) const {
+    if constexpr (!Operation::kReadsSource) return Bytes{};
+    const auto s = Load<Bytes>(source);
+    if constexpr (!Shifted) return s;
+    return Joined(s, Load<Bytes>(source + 1));
+  }
+  Bytes TargetAt(const uint8_t* target) const {
+    return Operation::kReadsTarget ? Load<Bytes>(target) : Bytes{};
+  }
+  // At an aligned target.
+  void Apply(uint8_t* target, const uint8_t* source) const {
+    target = static_cast<uint8_t*>(__builtin_assume_aligned(target, kVector));
+    Store(target, Combine(TargetAt(target), SourceAt(source)));
   }
 
-  Bytes invertSource, invertTarget, invertResult, leftMask, rightMask;
+  Bytes invertSource, invertTarget, invertResult, leftMask, rightMask, swapMask;
   uint32_t left, right;
 };
 
-// The rows of a span under one operation.
+// The ways of a loop.
 template <class Operation, bool Shifted, bool Inverted>
 class Loop {
   using Vectors = Step<Operation, Shifted, Inverted>;
 
  public:
-  Loop(const CombineSpan& span, CombineInversions invert) : span_(span), step_(span, invert) {}
+  static void One(const CombineOperands& operands, uint8_t* target, const uint8_t* source) {
+    const Vectors step(operands);
+    Store(target, step.CombineRarely(step.TargetAt(target), step.SourceAt(source)));
+  }
 
-  void Run() const {
-    const bool first =
-        span_.firstMask != 0xFF || (Shifted && (!span_.readsBefore || span_.bytes == 1));
-    const bool last =
-        span_.bytes > 1 && (span_.lastMask != 0xFF || (Shifted && !span_.readsBehind));
-    const size_t whole = span_.bytes - first - last;
-    const Vectors step = step_;
-    uint8_t* target = span_.target;
-    const uint8_t* source = span_.source;
-    for (size_t row = 0; row < span_.rows; ++row) {
-      if (first) Edge(target, source, 0, span_.firstMask);
-      if (whole >= kVector) {
-        Whole(step, target + first, source + first, whole);
-      } else if (whole) {
-        Part(target + first, source + first, whole);
-      }
-      if (last) Edge(target, source, span_.bytes - 1, span_.lastMask);
-      target += span_.targetStride;
-      if constexpr (Operation::kReadsSource) source += span_.sourceStride;
+  // All stores but those at the ends are aligned.
+  static void Along(const CombineOperands& operands, const CombineStretch& stretch) {
+    const Vectors step(operands);
+    uint8_t* const target = stretch.target;
+    const uint8_t* const source = stretch.source;
+    const size_t aligned = kVector - reinterpret_cast<uintptr_t>(target) % kVector;
+    Two(step, stretch, 0, aligned);
+    size_t i = aligned + kVector;
+    const size_t rest = stretch.bytes - 2 * kVector;  // from here on it is two vectors, or less
+    for (size_t seam = stretch.seam; i < rest;) {
+      const size_t clear = seam - (kVector - 1);
+      for (const size_t end = clear < rest ? clear : rest; i < end; i += kVector)
+        step.Apply(target + i, source + i);
+      if (i >= rest) break;
+      const auto written = Load<Bytes>(stretch.seamMask + kCombineVector + i - seam);
+      Blend(step, target + i, source + i, written);
+      i += kVector;
+      if (i >= seam + stretch.seamBytes) seam += stretch.seamPeriod;
     }
+    Two(step, stretch, i, stretch.bytes - kVector);
   }
 
  private:
-  // At least a vector of whole bytes. All stores but those of the ends are aligned. The end vectors
-  // may overlap others: what they read is taken before those are written.
-  static void Whole(const Vectors& step, uint8_t* target, const uint8_t* source, size_t count) {
-    const size_t end = count - kVector;
-    const Bytes head = step.At(target, source);
-    const Bytes tail = step.At(target + end, source + end);
-#pragma GCC unroll 2
-    for (size_t i = -reinterpret_cast<uintptr_t>(target) % kVector; i < end; i += kVector) {
-      const Bytes now = step.At(target + i, source + i);
-      std::memcpy(__builtin_assume_aligned(target + i, kVector), &now, sizeof now);
-    }
-    std::memcpy(target, &head, sizeof head);
-    std::memcpy(target + end, &tail, sizeof tail);
+  static void Blend(const Vectors& step, uint8_t* target, const uint8_t* source, Bytes written) {
+    const auto d = Load<Bytes>(target);
+    Store(target, (d & ~written) | (step.CombineRarely(d, step.SourceAt(source)) & written));
   }
 
-  // Fewer bytes than a vector has.
-  void Part(uint8_t* target, const uint8_t* source, size_t count) const {
-    Bytes s{};
-    if constexpr (Operation::kReadsSource && Shifted) {
-      s = step_.Joined(LoadPart(source, count), LoadPart(source + 1, count));
-    } else if constexpr (Operation::kReadsSource) {
-      s = LoadPart(source, count);
-    }
-    const Bytes result = step_.CombineEnd(LoadPart(target, count), s);
-    std::memcpy(target, &result, count);
+  // Two vectors of a stretch, which may overlap.
+  static void Two(const Vectors& step, const CombineStretch& stretch, size_t a, size_t b) {
+    uint8_t* const target = stretch.target;
+    const uint8_t* const source = stretch.source;
+    const Bytes first = step.CombineRarely(step.TargetAt(target + a), step.SourceAt(source + a));
+    const Bytes second = step.CombineRarely(step.TargetAt(target + b), step.SourceAt(source + b));
+    Store(target + a, first);
+    Store(target + b, second);
   }
-
-  // A byte that is written in part, or has a neighbour in the source that must not be read.
-  void Edge(uint8_t* target, const uint8_t* source, size_t i, uint8_t mask) const {
-    uint32_t s = 0;
-    if constexpr (Operation::kReadsSource && Shifted) {
-      if (i > 0 || span_.readsBefore) s = static_cast<uint32_t>(source[i]) << span_.shift;
-      if (i + 1 < span_.bytes || span_.readsBehind) s |= source[i + 1] >> (8 - span_.shift);
-    } else if constexpr (Operation::kReadsSource) {
-      s = source[i];
-    }
-    const uint8_t d = target[i];
-    const Bytes result = step_.CombineEnd(Bytes{d}, Bytes{static_cast<uint8_t>(s)});
-    target[i] = static_cast<uint8_t>((d & ~mask) | (result[0] & mask));
-  }
-
-  CombineSpan span_;
-  Vectors step_;
 };
 
 template <class Operation, bool Shifted, bool Inverted = true>
-void Rows(const CombineSpan& span, CombineInversions invert) {
-  Loop<Operation, Shifted, Inverted>(span, invert).Run();
+constexpr CombineLoop Ways() {
+  return {Loop<Operation, Shifted, Inverted>::One, Loop<Operation, Shifted, Inverted>::Along,
+          kVector};
 }
 
 // Pixels of whole bytes are never shifted.
 template <class Operation>
-CombineRows SelectArithmetic(int32_t channelBits, bool shifted) {
-  if (channelBits == 8) return Rows<Arithmetic<Operation, 8>, false>;
-  if (channelBits == 5) return Rows<Arithmetic<Operation, 5>, false>;
-  return shifted ? Rows<Arithmetic<Operation, 4>, true> : Rows<Arithmetic<Operation, 4>, false>;
+CombineLoop SelectArithmetic(const CombineShape& shape) {
+  if (shape.channelBits == 8) return Ways<Arithmetic<Operation, 8>, false>();
+  if (shape.channelBits == 5) return Ways<Arithmetic<Operation, 5>, false>();
+  return shape.shifted ? Ways<Arithmetic<Operation, 4>, true>()
+                       : Ways<Arithmetic<Operation, 4>, false>();
 }
 
 template <class Operation>
-CombineRows SelectBoolean(bool shifted, bool inverted) {
-  if (shifted) return inverted ? Rows<Operation, true> : Rows<Operation, true, false>;
-  return inverted ? Rows<Operation, false> : Rows<Operation, false, false>;
+CombineLoop SelectBoolean(const CombineShape& shape) {
+  if (shape.shifted) {
+    return shape.inverted ? Ways<Operation, true>() : Ways<Operation, true, false>();
+  }
+  return shape.inverted ? Ways<Operation, false>() : Ways<Operation, false, false>();
 }
 
-CombineRows SelectRows(CombineShape shape, int32_t channelBits, bool shifted, bool inverted) {
-  switch (shape) {
-    case kShapeFill:
-      return Rows<Fill, false>;
-    case kShapeDestination:
-      return Rows<Destination, false>;
-    case kShapeSource:
-      return SelectBoolean<Source>(shifted, inverted);
-    case kShapeAnd:
-      return SelectBoolean<And>(shifted, inverted);
-    case kShapeXor:
-      return SelectBoolean<Xor>(shifted, inverted);
-    case kShapeAdd:
-      return SelectArithmetic<Add>(channelBits, shifted);
-    case kShapeSubSource:
-      return SelectArithmetic<SubSource>(channelBits, shifted);
-    case kShapeSubDestination:
-      return SelectArithmetic<Swapped<SubSource>>(channelBits, shifted);
-    case kShapeMul:
-      return SelectArithmetic<Mul>(channelBits, shifted);
-    case kShapeDivSource:
-      return SelectArithmetic<DivSource>(channelBits, shifted);
-    case kShapeDivDestination:
-      return SelectArithmetic<Swapped<DivSource>>(channelBits, shifted);
-    case kShapeAverage:
-      return SelectArithmetic<Average>(channelBits, shifted);
-    case kShapeMin:
-      return SelectArithmetic<Smaller>(channelBits, shifted);
+CombineLoop SelectLoop(const CombineShape& shape) {
+  switch (shape.core) {
+    case CombineCore::kZero:
+      return Ways<Zero, false>();
+    case CombineCore::kDestination:
+      return Ways<Destination, false>();
+    case CombineCore::kSource:
+      return SelectBoolean<Source>(shape);
+    case CombineCore::kAnd:
+      return SelectBoolean<And>(shape);
+    case CombineCore::kXor:
+      return SelectBoolean<Xor>(shape);
+    case CombineCore::kAdd:
+      return SelectArithmetic<Add>(shape);
+    case CombineCore::kMul:
+      return SelectArithmetic<Mul>(shape);
+    case CombineCore::kDivide:
+      return SelectArithmetic<Divide>(shape);
+    case CombineCore::kAverage:
+      return SelectArithmetic<Average>(shape);
     default:
-      return SelectArithmetic<Larger>(channelBits, shifted);
+      return SelectArithmetic<Smaller>(shape);
   }
 }
 

@@ -1,77 +1,110 @@
-// The loops of combinations for any machine, and the choice of a loop.
 #include "compose/combine_rows.h"
 
-#include <bit>
-
-#include "compose/combine_loops.h"
-#include "compose/combine_plan.h"
-#include "kernel/vector.h"
+#include <cstring>
 
 namespace vn {
 namespace {
 
-struct Reduced {
-  CombineShape shape;
-  CombineInversions invert;
-};
+constexpr size_t kShortestJoined = 5 * kCombineVector;  // bytes of a row
+constexpr size_t kWidestGap = kCombineSeam - 2;         // a byte of either row belongs to the seam
 
-constexpr uint8_t Complement(bool yes) { return yes ? 0xFF : 0; }
+class Rows {
+ public:
+  Rows(const CombineChoice& choice, const CombineSpan& span) : choice_(choice), span_(span) {
+    if (!span_.source) {  // something to step along
+      span_.source = span_.target;
+      span_.sourceStride = span_.targetStride;
+    }
+    Join();
+  }
 
-// A table with three ones is the complement of one with a single one; that one is an AND of
-// operands that may be complemented. Of two ones, a table and its complement share a shape.
-Reduced ReduceTable(uint32_t table) {
-  const auto ones = std::popcount(table);
-  const bool complement = ones > 2 || (ones == 2 && (table & 1));
-  if (complement) table = 15 & ~table;
-  const uint8_t result = Complement(complement);
-  switch (table) {
-    case 0:
-      return {kShapeFill, {0, 0, result}};
-    case 6:
-      return {kShapeXor, {0, 0, result}};
-    case 10:
-      return {kShapeDestination, {0, 0, result}};
-    case 12:
-      return {kShapeSource, {0, 0, result}};
-    default: {
-      const uint32_t inputs = static_cast<uint32_t>(std::countr_zero(table));  // 2s + d
-      return {kShapeAnd, {Complement(!(inputs & 2)), Complement(!(inputs & 1)), result}};
+  void Run() const {
+    uint8_t* target = span_.target;
+    const uint8_t* source = span_.source;
+    if (joined_) return Row(target, source, Stride() * (span_.rows - 1) + span_.bytes);
+    for (size_t row = 0; row < span_.rows; ++row) {
+      Row(target, source, span_.bytes);
+      target += span_.targetStride;
+      source += span_.sourceStride;
     }
   }
-}
 
-Reduced Reduce(const CombinePlan& plan) {
-  if (plan.code < kFirstArithmetic) return ReduceTable(plan.code);
-  return {static_cast<CombineShape>(kShapeAdd + plan.code - kFirstArithmetic),
-          {Complement(plan.invertSource), Complement(plan.invertDestination),
-           Complement(plan.invertResult)}};
-}
+ private:
+  size_t Stride() const { return static_cast<size_t>(span_.targetStride); }
+  bool Shifted() const { return choice_.operands.shift != 0; }
+
+  // Makes one row of rows without a gap, and joins those with a small one over a seam. Vectors then
+  // cross from row to row: of one bitmap's rows the source's, which lie behind, are read first.
+  void Join() {
+    const bool alike = span_.rows > 1 && span_.targetStride == span_.sourceStride &&
+                       Stride() - span_.bytes <= kWidestGap;
+    if (!alike) return;
+    if (Stride() == span_.bytes && (span_.firstMask & span_.lastMask) == 0xFF && !Shifted()) {
+      span_.bytes *= span_.rows;
+      span_.rows = 1;
+    } else if (span_.bytes >= kShortestJoined) {
+      joined_ = true;
+      const size_t gap = Stride() - span_.bytes;
+      std::memset(seamMask_, 0xFF, sizeof seamMask_);
+      seamMask_[kCombineVector] = span_.lastMask;
+      std::memset(seamMask_ + kCombineVector + 1, 0, gap);
+      seamMask_[kCombineVector + 1 + gap] = span_.firstMask;
+    }
+  }
+
+  // One row, or all of them where they are joined.
+  void Row(uint8_t* target, const uint8_t* source, size_t bytes) const {
+    const bool first = span_.firstMask != 0xFF || (Shifted() && (!span_.readsBefore || bytes == 1));
+    const bool last = bytes > 1 && (span_.lastMask != 0xFF || (Shifted() && !span_.readsBehind));
+    if (first) Edge(target, source, 0, bytes, span_.firstMask);
+    Whole(target + first, source + first, bytes - first - last, span_.bytes - 1 - first);
+    if (last) Edge(target, source, bytes - 1, bytes, span_.lastMask);
+  }
+
+  // `seam`: where the first one lies, of rows that are joined.
+  void Whole(uint8_t* target, const uint8_t* source, size_t bytes, size_t seam) const {
+    if (bytes < 4 * choice_.loop.vectorBytes) return Few(target, source, bytes);
+    choice_.loop.along(choice_.operands, {target, source, bytes, joined_ ? seam : bytes,
+                                          Stride() - span_.bytes + 2, Stride(), seamMask_});
+  }
+
+  void Few(uint8_t* target, const uint8_t* source, size_t bytes) const {
+    const size_t vector = choice_.loop.vectorBytes;
+    for (; bytes >= vector; bytes -= vector, target += vector, source += vector)
+      choice_.loop.one(choice_.operands, target, source);
+    if (bytes) Part(target, source, bytes);
+  }
+
+  // Fewer bytes than a vector has.
+  void Part(uint8_t* target, const uint8_t* source, size_t bytes) const {
+    alignas(kCombineVector) uint8_t d[kCombineVector] = {};
+    alignas(kCombineVector) uint8_t s[kCombineVector + 1] = {};
+    std::memcpy(d, target, bytes);
+    std::memcpy(s, source, bytes + Shifted());
+    choice_.loop.one(choice_.operands, d, s);
+    std::memcpy(target, d, bytes);
+  }
+
+  // Byte `i` of a row, which is written in part or has a neighbour in the source that must not be
+  // read.
+  void Edge(uint8_t* row, const uint8_t* sourceRow, size_t i, size_t bytes, uint8_t mask) const {
+    const bool readsThis = !Shifted() || i > 0 || span_.readsBefore;
+    const bool readsNext = Shifted() && (i + 1 < bytes || span_.readsBehind);
+    uint8_t d[kCombineVector] = {row[i]};
+    const uint8_t s[kCombineVector + 1] = {readsThis ? sourceRow[i] : uint8_t{0},
+                                           readsNext ? sourceRow[i + 1] : uint8_t{0}};
+    choice_.loop.one(choice_.operands, d, s);
+    row[i] = static_cast<uint8_t>((row[i] & ~mask) | (d[0] & mask));
+  }
+
+  const CombineChoice& choice_;
+  CombineSpan span_;
+  bool joined_ = false;
+  uint8_t seamMask_[2 * kCombineVector + kCombineSeam];
+};
 
 }  // namespace
 
-void RunCombineLoop(const CombineLoop& loop, const CombineSpan& span) {
-  const auto stride = static_cast<ptrdiff_t>(span.bytes);
-  const bool oneStretch = (span.firstMask & span.lastMask) == 0xFF && span.shift == 0 &&
-                          span.targetStride == stride &&
-                          (!span.source || span.sourceStride == stride);
-  if (!oneStretch) return loop.rows(span, loop.invert);
-  CombineSpan all = span;
-  all.bytes *= span.rows;
-  all.rows = 1;
-  loop.rows(all, loop.invert);
-}
-
-CombineRows PlainCombineRows(CombineShape shape, int32_t channelBits, bool shifted, bool inverted) {
-  return SelectRows(shape, channelBits, shifted, inverted);
-}
-
-CombineLoop SelectCombineLoop(const CombinePlan& plan, int32_t bitsPerPixel, bool shifted) {
-  const Reduced reduced = Reduce(plan);
-  const int32_t channelBits = bitsPerPixel == 4 ? 4 : bitsPerPixel == 16 ? 5 : 8;
-  const auto select = VNCORE_VECTOR_FORM(PlainCombineRows, CombineRowsAvx2);
-  const CombineInversions invert = reduced.invert;
-  const bool inverted = invert.source || invert.destination || invert.result;
-  return {select(reduced.shape, channelBits, shifted, inverted), invert};
-}
+void CombineRows(const CombineChoice& choice, const CombineSpan& span) { Rows(choice, span).Run(); }
 
 }  // namespace vn

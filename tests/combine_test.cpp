@@ -139,8 +139,13 @@ bool Exist(uint32_t flags) {
   return (flags & 15) < 4 && (flags >> 4 & 15) < 4 && (flags >> 8 & 15) < 12 && flags >> 12 < 4;
 }
 
-// Bounds that cut, rows long enough for vectors, and short ones.
+// Bounds that cut, rows long enough for vectors, and short ones; now and then nearly whole rows, so
+// that little lies between them.
 Placing RandomPlacing(Random& random, BitmapHandle* destination, BitmapHandle* source) {
+  const auto few = [&] { return random.Between(0, 3); };
+  if (random.Chance(3)) {
+    return {few(), few(), destination->Width - few(), destination->Height, few(), few()};
+  }
   return {random.Between(-5, destination->Width),    random.Between(-2, destination->Height),
           random.Between(0, destination->Width + 9), random.Between(0, destination->Height + 2),
           random.Between(-5, source->Width),         random.Between(-2, source->Height)};
@@ -164,7 +169,7 @@ TEST(Combine, AllFlagsEqualTheModel) {
           if (!Exist(flags)) continue;
           const int32_t width = random.Between(30, 1600 / bits + 40);
           RandomBitmap destination(random, width, 5, bits, kind.request);
-          RandomBitmap source(random, width + 7, 6, bits, kind.request);
+          RandomBitmap source(random, width + (random.Chance(2) ? 0 : 7), 6, bits, kind.request);
           MaybeSetRegion(destination, random);
           MaybeSetRegion(source, random);
           ExpectCombined(destination, RandomPlacing(random, destination, source), source, flags);
@@ -196,8 +201,9 @@ TEST(Combine, OneBitmapMovesOverItself) {
   Random random(43);
   for (int32_t round = 0; round < 400; ++round) {
     const int32_t bits = kDepths[round % 6];
-    RandomBitmap bitmap(random, 150, 9, bits);
+    RandomBitmap bitmap(random, 150 + 1500 / bits, 9, bits);
     Placing p = {20, 2, 100, 5, 20 + random.Between(-19, 19), 2 + random.Between(-2, 2)};
+    if (random.Chance(2)) p = RandomPlacing(random, bitmap, bitmap);
     if (random.Chance(3)) p.sourceY = p.y;
     MaybeSetRegion(bitmap, random);
     const uint32_t flags = random.Chance(2) ? COMBINE_AND | COMBINE_DST_1 : COMBINE_ADD;
