@@ -1,9 +1,9 @@
-// A 20000 by 20000 24-bit picture in a temporary file, mirrored and turned there. Prints the time of
-// each operation, the memory that was resident at most, and how the time compares with reading and
-// writing the file once: back into its place, and into another such file, which a turn has to make.
-// Fails above 48 MiB, or when a turn takes more than six times as long as the second.
-// The times that are compared are the processor's, the system's part included: how long a disk takes
-// to swallow a new file is in the time on the wall.
+// A 20000 by 20000 24-bit picture in a temporary file, mirrored and turned there. Prints the time
+// of each operation, the memory that was resident at most, and how the time compares with reading
+// and writing the file once: back into its place, and into another such file, which a turn has to
+// make. Fails above 48 MiB, or when a turn takes more than six times as long as the second. The
+// times that are compared are the processor's, the system's part included: how long a disk takes to
+// swallow a new file is in the time on the wall.
 //
 //   vncore_large_turns [EDGE]      another size than 20000
 #include <sys/resource.h>

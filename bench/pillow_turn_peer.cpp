@@ -1,5 +1,5 @@
-// Pillow's turns, timed by pillow_turn.py, beside ours. The two run one after the other: Pillow in a
-// process of its own, the fastest of nine runs.
+// Pillow's turns, timed by pillow_turn.py, beside ours. The two run one after the other: Pillow in
+// a process of its own, the fastest of nine runs.
 #include "bench/script_seconds.h"
 #include "bench/turns_beside.h"
 

@@ -107,7 +107,8 @@ void QuarterTurnBeside(benchmark::State& state, int32_t bits) {
   BesidePeer(state, double{1} * before.width * before.height, ours, [&] { peer.Run(); });
 }
 
-// By 17.3 degrees, keeping the size; results of peers differ in their rounding and are not compared.
+// By 17.3 degrees, keeping the size; results of peers differ in their rounding and are not
+// compared.
 template <class Peer>
 void FineTurnBeside(benchmark::State& state, int32_t bits) {
   Picture picture = PictureToTurn(bits);

@@ -5,10 +5,7 @@
 #include <cstring>
 
 #include "kernel/pixel_format.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "kernel/vector.h"
 
 namespace vn {
 namespace {
@@ -42,66 +39,30 @@ constexpr uint32_t kBlock = 256;
 constexpr uint32_t FirstKey(uint32_t distance, uint32_t i) { return distance << 8 | i; }
 constexpr uint32_t LastKey(uint32_t distance, uint32_t i) { return distance << 8 | (255 - i); }
 
-Nearest NearestInBlock(const RGBQUAD* colors, uint32_t count, Rgb wanted) {
-  uint32_t first = kNone, last = kNone;
-  uint32_t i = 0;
-#if defined(__SSE2__)
-  if (count >= 4) {
-    const __m128i zero = _mm_setzero_si128();
-    const __m128i noFlags = _mm_set1_epi32(0x00FFFFFF);
-    const auto b = static_cast<short>(wanted.blue);
-    const auto g = static_cast<short>(wanted.green);
-    const auto r = static_cast<short>(wanted.red);
-    const __m128i color = _mm_setr_epi16(b, g, r, 0, b, g, r, 0);
-    // Bits of positive normal floats are ordered as the floats are: with this in the exponent the
-    // minimum of keys is one instruction of the baseline.
-    constexpr int kExponent = 0x08000000;
-    __m128i firsts = _mm_setr_epi32(kExponent, kExponent + 1, kExponent + 2, kExponent + 3);
-    __m128i lasts =
-        _mm_setr_epi32(kExponent + 255, kExponent + 254, kExponent + 253, kExponent + 252);
-    const __m128i four = _mm_set1_epi32(4);
-    __m128 leastFirst = _mm_castsi128_ps(_mm_set1_epi32(0x7F000000));
-    __m128 leastLast = leastFirst;
-    for (; i + 4 <= count; i += 4) {
-      const __m128i entries =
-          _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(colors + i)), noFlags);
-      const __m128i low = _mm_sub_epi16(_mm_unpacklo_epi8(entries, zero), color);
-      const __m128i high = _mm_sub_epi16(_mm_unpackhi_epi8(entries, zero), color);
-      const __m128 a = _mm_castsi128_ps(_mm_madd_epi16(low, low));
-      const __m128 c = _mm_castsi128_ps(_mm_madd_epi16(high, high));
-      const __m128i distances = _mm_slli_epi32(
-          _mm_add_epi32(_mm_castps_si128(_mm_shuffle_ps(a, c, _MM_SHUFFLE(2, 0, 2, 0))),
-                        _mm_castps_si128(_mm_shuffle_ps(a, c, _MM_SHUFFLE(3, 1, 3, 1)))),
-          8);
-      leastFirst = _mm_min_ps(leastFirst, _mm_castsi128_ps(_mm_add_epi32(distances, firsts)));
-      leastLast = _mm_min_ps(leastLast, _mm_castsi128_ps(_mm_add_epi32(distances, lasts)));
-      firsts = _mm_add_epi32(firsts, four);
-      lasts = _mm_sub_epi32(lasts, four);
+Nearest NearestInBlock(const RGBQUAD* colors, uint32_t count, Rgb wanted, NearestVectors* vectors) {
+  NearestKeys keys = {kNone, kNone};
+  if (vectors) {
+    keys = vectors(reinterpret_cast<const uint8_t*>(colors), count, WordOf(wanted));
+  } else {
+    for (uint32_t i = 0; i < count; ++i) {
+      const uint32_t distance = DistanceOf(ColorOf(colors[i]), wanted);
+      keys.first = std::min(keys.first, FirstKey(distance, i));
+      keys.last = std::min(keys.last, LastKey(distance, i));
     }
-    const auto leastOf = [](__m128 lanes) {
-      lanes = _mm_min_ps(lanes, _mm_movehl_ps(lanes, lanes));
-      lanes = _mm_min_ss(lanes, _mm_shuffle_ps(lanes, lanes, 1));
-      return static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_castps_si128(lanes)) - kExponent);
-    };
-    first = leastOf(leastFirst);
-    last = leastOf(leastLast);
   }
-#endif
-  for (; i < count; ++i) {
-    const uint32_t distance = DistanceOf(ColorOf(colors[i]), wanted);
-    first = std::min(first, FirstKey(distance, i));
-    last = std::min(last, LastKey(distance, i));
-  }
-  return {first >> 8, first & 255, 255 - (last & 255)};
+  return {keys.first >> 8, keys.first & 255, 255 - (keys.last & 255)};
 }
 
 }  // namespace
 
-uint32_t NearestEntry(const RGBQUAD* colors, uint32_t count, Rgb wanted) {
+NearestVectors* NearestForm() { return VNCORE_VECTOR_FORM(nullptr, NearestKeysAvx2); }
+
+uint32_t NearestEntry(const RGBQUAD* colors, uint32_t count, Rgb wanted, NearestVectors* vectors) {
   uint32_t bestDistance = kNone;
   uint32_t best = kNone;
   for (uint32_t block = 0; block < count; block += kBlock) {
-    const Nearest nearest = NearestInBlock(colors + block, std::min(kBlock, count - block), wanted);
+    const Nearest nearest =
+        NearestInBlock(colors + block, std::min(kBlock, count - block), wanted, vectors);
     if (nearest.distance > bestDistance) continue;
     uint32_t i = block + nearest.first;
     if (nearest.distance < bestDistance) {
@@ -130,7 +91,8 @@ uint32_t ColorMatch(const RGBQUAD* colors, uint32_t count, uint32_t red, uint32_
   }
   return NearestEntry(
       colors, count,
-      {static_cast<int32_t>(red), static_cast<int32_t>(green), static_cast<int32_t>(blue)});
+      {static_cast<int32_t>(red), static_cast<int32_t>(green), static_cast<int32_t>(blue)},
+      NearestForm());
 }
 
 int32_t BuildColorMap(const RGBQUAD* srcColors, uint32_t srcCount, const RGBQUAD* dstColors,

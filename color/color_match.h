@@ -3,6 +3,7 @@
 #define VNCORE_COLOR_COLOR_MATCH_H
 
 #include <vncore/vncore.h>
+#include "color/color_match_avx2.h"
 #include "kernel/pixel_format.h"
 
 namespace vn {
@@ -14,8 +15,13 @@ namespace vn {
 uint32_t ColorMatch(const RGBQUAD* colors, uint32_t count, uint32_t red, uint32_t green,
                     uint32_t blue);
 
-// The search proper, without the look at the ends that ColorMatch takes first.
-uint32_t NearestEntry(const RGBQUAD* colors, uint32_t count, Rgb wanted);
+// The search proper, without the look at the ends that ColorMatch takes first. `vectors` is what
+// NearestForm gives, asked once for many searches: null without vectors.
+uint32_t NearestEntry(const RGBQUAD* colors, uint32_t count, Rgb wanted, NearestVectors* vectors);
+NearestVectors* NearestForm();
+
+// A colour as the vector forms take it.
+inline uint32_t WordOf(Rgb c) { return static_cast<uint32_t>(c.red << 16 | c.green << 8 | c.blue); }
 
 // Fills `map` with the destination index (or gray, for null `dstColors`) of each source index (or
 // gray level, for null `srcColors`). Returns 1 when the map is the identity, else 0.

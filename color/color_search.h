@@ -47,6 +47,8 @@ class ColorSearch {
 
   const RGBQUAD* colors_;
   uint32_t count_;
+  NearestVectors* nearest_;  // or null
+  CubeVectors* measure_;     // or null
   unsigned slotShift_;
   uint32_t listEnd_ = 0;
   bool thinning_;

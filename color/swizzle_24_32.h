@@ -9,16 +9,12 @@
 
 namespace vn {
 
-// Which form of a loop runs; all give the same bytes.
-enum class Shuffles { kPlain, kAvx2 };
-Shuffles BestShuffles();
-
 // Widens from the last pixel to the first; the fourth byte becomes 0.
-void Widen24To32(uint8_t* row, size_t width, bool swap, Shuffles with = BestShuffles());
+void Widen24To32(uint8_t* row, size_t width, bool swap);
 // Narrows from the first pixel to the last; bytes beyond 3 * width keep what they held.
-void Narrow32To24(uint8_t* row, size_t width, bool swap, Shuffles with = BestShuffles());
+void Narrow32To24(uint8_t* row, size_t width, bool swap);
 // Exchanges red and blue.
-void SwapRedBlue24(uint8_t* row, size_t width, Shuffles with = BestShuffles());
+void SwapRedBlue24(uint8_t* row, size_t width);
 // Exchanges red and blue; the fourth byte stays.
 void SwapRedBlue32(uint8_t* row, size_t width);
 

@@ -18,9 +18,9 @@ constexpr uint32_t kBlockRows = 32;
 uint32_t BlockColumns(int32_t bits) { return bits < 8 ? 512 : 256; }
 constexpr uint32_t kMostBlockBytes = 256 * 4;
 
-// Tiles of pictures in files are twice as wide as high: the first write of a piece of a row costs more
-// than a read. Those for which no memory is asked are square; their box in the source is at most
-// this large, at any angle.
+// Tiles of pictures in files are twice as wide as high: the first write of a piece of a row costs
+// more than a read. Those for which no memory is asked are square; their box in the source is at
+// most this large, at any angle.
 constexpr uint32_t kFileTileBytes = 4u << 20;
 constexpr uint32_t kSmallEdge = 32;
 constexpr uint32_t kSmallBoxEdge = 64;
@@ -30,8 +30,8 @@ struct TileSize {
   uint64_t Bytes(int32_t bits) const { return uint64_t{PixelTile::RowBytes(bits, columns)} * rows; }
 };
 
-// The box that holds every source pixel of a tile of the result: its span, a margin for the rounding
-// of either end, and the pixels of a byte that the box begins with.
+// The box that holds every source pixel of a tile of the result: its span, a margin for the
+// rounding of either end, and the pixels of a byte that the box begins with.
 TileSize BoxOf(const InverseWalk& walk, TileSize tile) {
   const auto span = [](int32_t step, uint32_t count) {
     return static_cast<uint64_t>(std::abs(step)) * count;

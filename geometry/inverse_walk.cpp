@@ -27,7 +27,7 @@ int64_t StepsToCarry(int64_t pixels, int64_t fraction, int64_t step) {
   return CeilingOf(pixels * kFixedOne - fraction, step);
 }
 
-// The steps during which a coordinate lies in 0 to `size` - 1: one run, because it never turns back.
+// The steps during which a coordinate lies in 0 to `size` - 1: one run, as it never turns back.
 PixelSpan StepsInside(const WalkCoordinate& start, int32_t step, int32_t size) {
   const int64_t sign = step < 0 ? -1 : 1;
   const int64_t at = start.whole * sign, fraction = start.fraction * sign;

@@ -55,8 +55,8 @@ struct PictureSize {
   int32_t width, height;
 };
 
-// A rotation's angle against which its walk runs, 0 to 35999: a positive rotation is clockwise where
-// row 0 is on top.
+// The angle against which the walk of a rotation runs, 0 to 35999: a positive rotation is clockwise
+// where row 0 is on top.
 int32_t FoldedAngle(int32_t rotation);
 // The angle of that walk in storage coordinates, 0 to 36000.
 constexpr int32_t WalkAngle(int32_t folded, bool bottomFirst) {
@@ -68,8 +68,8 @@ class InverseWalk {
   // `angle` is that of the walk, 0 to 36000.
   InverseWalk(PictureSize source, PictureSize destination, int32_t angle);
 
-  // Size of the box that holds a picture turned by the angle of a walk. Its centre is a half rounded
-  // up, that of the walk a half rounded down. Values wrap in 32 bits.
+  // Size of the box that holds a picture turned by the angle of a walk. Its centre is a half
+  // rounded up, that of the walk a half rounded down. Values wrap in 32 bits.
   static PictureSize BoundingBox(PictureSize picture, int32_t angle);
 
   WalkRow Row(uint32_t row) const;

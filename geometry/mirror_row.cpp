@@ -29,8 +29,8 @@ struct MirrorUnit {
   void Store(uint8_t* at) const { std::memcpy(at, bytes, kBytes); }
 };
 
-// Exchanges unit i of `first` with unit `units` - 1 - i of `second`, each turned. The rows are apart
-// or the same.
+// Exchanges unit i of `first` with unit `units` - 1 - i of `second`, each turned. The rows are
+// apart or the same.
 template <int Bits>
 void ExchangeTurned(uint8_t* first, uint8_t* second, size_t units) {
   using Unit = MirrorUnit<Bits>;

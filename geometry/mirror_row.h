@@ -7,8 +7,8 @@
 namespace vn {
 
 // The work that mirrors two rows left to right and exchanges them; a row paired with itself is
-// mirrored. Bits of the last byte behind the last pixel become 0, bytes behind it stay. Depths other
-// than the six count as 32 bits.
+// mirrored. Bits of the last byte behind the last pixel become 0, bytes behind it stay. Depths
+// other than the six count as 32 bits.
 RowPairWork MirrorWork(int32_t bitsPerPixel);
 
 // The work that exchanges two rows, all of their bytes.

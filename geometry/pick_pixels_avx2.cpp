@@ -44,8 +44,8 @@ class PixelNumbers {
   Vector x_, y_, stepX_, stepY_, pitch_;
 };
 
-// Calls `use` with the eight numbers in turn. Taking them out in pairs is faster than through memory,
-// where there are registers for a pair.
+// Calls `use` with the eight numbers in turn. Taking them out in pairs is faster than through
+// memory, where there are registers for a pair.
 template <class Use>
 inline __attribute__((always_inline)) void ForEach(Vector numbers, Use use) {
 #ifdef __x86_64__

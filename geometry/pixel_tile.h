@@ -7,8 +7,8 @@
 
 namespace vn {
 
-// Columns begin at a whole byte and lie within the bitmap, which stays locked. As with all inner row
-// calls, a file error shows as wrong pixels and not as a failure.
+// Columns begin at a whole byte and lie within the bitmap, which stays locked. As with all inner
+// row calls, a file error shows as wrong pixels and not as a failure.
 class PixelTile {
  public:
   // Bytes of a row of `columns` pixels.

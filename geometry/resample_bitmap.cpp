@@ -53,7 +53,8 @@ class NewWidthRows {
   std::optional<RowCells> cells_;
 };
 
-// Each new row is the average of its cell of old ones. The sizes of the cells sum to the old height.
+// Each new row is the average of its cell of old ones. The sizes of the cells sum to the old
+// height.
 VnStatus ShrinkRows(NewWidthRows* source, const ResampleAxis& down, ResampleTarget* target) {
   ScratchBuffer<uint8_t> buffer(source->bytes());
   RowAverage average(source->bytes(), down.LargestSize());

@@ -8,15 +8,15 @@
 
 namespace vn {
 
-// Fills `target` with `source` turned a quarter, clockwise or counter-clockwise as the picture is seen
-// for either row order. Both are locked and of the same depth, and of exchanged dimensions. Progress
-// per source row. Returns OK or what the status callback returned.
+// Fills `target` with `source` turned a quarter, clockwise or counter-clockwise as the picture is
+// seen for either row order. Both are locked and of the same depth, and of exchanged dimensions.
+// Progress per source row. Returns OK or what the status callback returned.
 VnStatus TurnQuarter(BitmapHandle* source, BitmapHandle* target, bool clockwise, Progress progress);
 
 // Replaces `bitmap` by its copy turned a quarter, as TurnQuarter does; the region turns with it.
 // Progress runs from `statusStart` to `statusEnd` percent, per source row. Returns OK, a code of
-// Vn_DupBitmapNewDim or of the region, ERR_NO_BITMAP for rows that are too short for their pixels, or
-// what the status callback returned; on anything but OK the bitmap is as it was.
+// Vn_DupBitmapNewDim or of the region, ERR_NO_BITMAP for rows that are too short for their pixels,
+// or what the status callback returned; on anything but OK the bitmap is as it was.
 VnStatus RotateRightAngle(BitmapHandle* bitmap, bool clockwise, int32_t statusStart,
                           int32_t statusEnd);
 

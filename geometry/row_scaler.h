@@ -2,15 +2,16 @@
 #ifndef VNCORE_GEOMETRY_ROW_SCALER_H
 #define VNCORE_GEOMETRY_ROW_SCALER_H
 
+#include "geometry/row_scaler_loops.h"
 #include "kernel/scratch_buffer.h"
 #include "kernel/stepper.h"
 
 namespace vn {
 
-// Does what ScaleRow does from the first pixel on. From 8 bits up, and on processors that have a
-// byte shuffle, the places of all bytes are laid down at the start: 16 bytes of the new row come
-// from up to four neighbouring 16-byte pieces of the old one, picked by masks. Otherwise, also when
-// there is no memory for the masks, each row goes through ScaleRow.
+// Does what ScaleRow does from the first pixel on. From 8 bits up, where there are vectors, the
+// places of all bytes are laid down at the start: 16 bytes of the new row come from up to four
+// neighbouring 16-byte pieces of the old one, picked by masks. Otherwise, also when there is no
+// memory for the masks, each row goes through ScaleRow.
 class RowScaler {
  public:
   // `across` steps over the source, its divisor being the new width. Rows of `oldWidth` pixels are
@@ -22,7 +23,7 @@ class RowScaler {
   void Scale(const uint8_t* source, uint8_t* destination) const;
 
  private:
-  void Plan(uint32_t oldWidth);
+  bool Plan(uint32_t oldWidth);
   // Where piece `index` of the new row begins: the last one may overlap the one before it.
   uint32_t PieceStart(uint32_t index) const;
 
@@ -32,10 +33,10 @@ class RowScaler {
   bool expand_;
 
   uint32_t targetBytes_ = 0;
-  uint32_t pieces_ = 0;              // 16-byte pieces of the new row, 0 without a plan
-  uint32_t spread_ = 0;              // pieces of the old row that a new one comes from
-  ScratchBuffer<uint32_t> offsets_;  // first byte of the old row for each piece
-  ScratchBuffer<uint8_t> masks_;     // `spread_` masks for each piece
+  PickLoop vector_ = nullptr;
+  PickPlan plan_{};
+  ScratchBuffer<uint32_t> offsets_;
+  ScratchBuffer<uint8_t> masks_;
 };
 
 }  // namespace vn

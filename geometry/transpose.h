@@ -7,10 +7,10 @@
 
 namespace vn {
 
-// Pixel x of source row y becomes pixel y of destination row x, for `columns` values of x and `rows`
-// values of y. Both start at a whole byte; strides may be negative, which turns the block over on
-// the way. The bits behind the last pixel in the last byte of a destination row become 0. No byte
-// outside the two blocks is read or written; they are apart.
+// Pixel x of source row y becomes pixel y of destination row x, for `columns` values of x and
+// `rows` values of y. Both start at a whole byte; strides may be negative, which turns the block
+// over on the way. The bits behind the last pixel in the last byte of a destination row become 0.
+// No byte outside the two blocks is read or written; they are apart.
 using Transposer = void (*)(const uint8_t* source, ptrdiff_t sourceStride, uint8_t* destination,
                             ptrdiff_t destinationStride, size_t rows, size_t columns);
 

@@ -1,7 +1,6 @@
 // Vn_ConvertBuffer against a model that decodes and encodes single pixels.
 #include <cstring>
 
-#include "color/swizzle_24_32.h"
 #include "tests/support/slow_color.h"
 
 namespace vn::test {
@@ -93,29 +92,6 @@ INSTANTIATE_TEST_SUITE_P(Convert, EachPair,
                            return std::to_string(std::get<0>(pair.param)) + "to" +
                                   std::to_string(std::get<1>(pair.param));
                          });
-
-TEST(Convert, EveryFormOfTheByteShufflesGivesTheSameBytes) {
-  if (BestShuffles() == Shuffles::kPlain) GTEST_SKIP() << "this machine has one form";
-  Random random(5);
-  for (size_t width = 1; width < 100; ++width) {
-    for (const bool swap : {false, true}) {
-      Bytes plain(4 * width);
-      random.Fill(plain.data(), plain.size());
-      Bytes best = plain;
-      Widen24To32(plain.data(), width, swap, Shuffles::kPlain);
-      Widen24To32(best.data(), width, swap);
-      ASSERT_EQ(plain, best) << width;
-      random.Fill(plain.data(), plain.size());
-      best = plain;
-      Narrow32To24(plain.data(), width, swap, Shuffles::kPlain);
-      Narrow32To24(best.data(), width, swap);
-      ASSERT_EQ(plain, best) << width;
-      SwapRedBlue24(plain.data(), width, Shuffles::kPlain);
-      SwapRedBlue24(best.data(), width);
-      ASSERT_EQ(plain, best) << width;
-    }
-  }
-}
 
 TEST(Convert, RefusedArgumentsLeaveTheBufferAlone) {
   const Conversion refused[] = {
