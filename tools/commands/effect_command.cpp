@@ -1,6 +1,5 @@
 // vncore effect: the states of a device while a picture comes onto it with an effect.
 #include <cstdio>
-#include <exception>
 #include <memory>
 #include <string>
 
@@ -28,44 +27,25 @@ struct EffectOptions {
 };
 
 // Takes frames from the screen at even steps of the status callback, the first before the effect
-// and the last after it. While it lives it is the thread's callback; one at a time.
+// and the last after it.
 class FrameTaker {
  public:
-  FrameTaker(FrameSink& sink, int32_t frames)
-      : sink_(sink), frames_(frames), before_(Vn_SetStatusCallBack(&OnPercent)) {
-    current_ = this;
-  }
-  FrameTaker(const FrameTaker&) = delete;
-  FrameTaker& operator=(const FrameTaker&) = delete;
-  ~FrameTaker() {
-    current_ = nullptr;
-    Vn_SetStatusCallBack(before_);
-  }
+  FrameTaker(FrameSink& sink, int32_t frames) : sink_(sink), frames_(frames) {}
 
-  // What the callback could not throw through the library, and the frames that remain.
+  // What the listener could not throw through the library, and the frames that remain.
   void Finish() {
-    if (failure_) std::rethrow_exception(failure_);
+    listener_.Rethrow();
     ThrowIfInterrupted();
     while (taken_ < frames_)
       Take();
   }
 
  private:
-  static VnStatus VN_CALL OnPercent(int32_t percent) {
-    if (PendingSignal()) return kStopped;
-    try {
-      current_->TakeUpTo(percent);
-    } catch (...) {
-      current_->failure_ = std::current_exception();
-      return kStopped;
-    }
-    return OK;
-  }
-
   // The last frame waits for the end.
-  void TakeUpTo(int32_t percent) {
+  VnStatus TakeUpTo(int32_t percent) {
     while (taken_ < frames_ - 1 && taken_ * 100 <= percent * (frames_ - 1))
       Take();
+    return OK;
   }
   void Take() {
     Headless_Surface screen;
@@ -74,14 +54,10 @@ class FrameTaker {
     ++taken_;
   }
 
-  static FrameTaker* current_;
   FrameSink& sink_;
   int32_t frames_, taken_ = 0;
-  VnStatusCallBack before_;
-  std::exception_ptr failure_;
+  StatusListener listener_{[this](int32_t percent) { return TakeUpTo(percent); }};
 };
-
-FrameTaker* FrameTaker::current_ = nullptr;
 
 // The picture that is on the screen before, if one is named.
 void LoadFrom(const EffectOptions& options, Bitmap& bitmap) {
@@ -99,9 +75,11 @@ void RunEffect(const EffectOptions& options) {
   LoadFrom(options, from);
   HeadlessDevice device(subject.size().width, subject.size().height, options.paint.deviceBits);
   const DisplayModeScope mode(~0u, options.paint.DisplayMode());
-  const RECT source = subject.Source();
+  const Painting before{from, {0, 0, from->Width, from->Height}, device.Area()};
   FrameTaker frames(*sink, options.frames);
-  device.PaintEffect(subject.bitmap(), &source, options.effect, from);
+  // What stops it, the frames tell of.
+  device.PaintEffect({subject.bitmap(), subject.Source(), device.Area()}, options.effect,
+                     options.from.empty() ? nullptr : &before);
   frames.Finish();
   sink->Finish();
 }

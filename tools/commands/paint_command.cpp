@@ -19,8 +19,7 @@ void Paint(const PaintOptions& options, const std::string& out) {
   HeadlessDevice device(subject.size().width, subject.size().height, options.deviceBits);
   {
     const DisplayModeScope mode(~0u, options.DisplayMode());
-    const RECT source = subject.Source();
-    device.Paint(subject.bitmap(), &source);
+    device.Paint({subject.bitmap(), subject.Source(), device.Area()});
   }
   const auto sink = CreatePicture(std::move(file), device.Info());
   device.WriteTo(*sink);

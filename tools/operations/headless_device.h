@@ -10,18 +10,32 @@ namespace vn::tool {
 // Makes the platform claim Win32s, where disk storage is a real temporary file. Before any bitmap.
 void ClaimWin32s();
 
+// A picture and where it comes.
+struct Painting {
+  BitmapHandle* bitmap;
+  RECT source;       // columns and storage rows
+  RECT destination;  // pixels of the screen, and beyond it
+};
+
 class HeadlessDevice {
  public:
   // A screen of `bits` (1, 4, 8, 16 or 24); 8 bits make a palette device.
   HeadlessDevice(int32_t width, int32_t height, int32_t bits);
 
-  // Realises the bitmap's paint palette and paints rows and columns `source` (null: all) over the
-  // whole screen.
-  void Paint(BitmapHandle* bitmap, const RECT* source);
+  // All of the screen.
+  RECT Area() const { return {0, 0, width_, height_}; }
 
-  // The same with an effect (an EFFECT_ value), after `before`, all of it and by colours, was put
-  // on the screen if it has pixels. Calls the thread's status callback from the effect alone.
-  void PaintEffect(BitmapHandle* bitmap, const RECT* source, uint32_t effect, BitmapHandle* before);
+  // Realises the bitmap's paint palette and paints. What the destination leaves of the screen
+  // becomes black.
+  void Paint(const Painting& picture);
+
+  // The same with an effect (an EFFECT_ value), which runs in the bitmap's region if it has one. With
+  // `before` the effect begins over that picture, in the nearest colours of the palette. Calls the
+  // thread's status callback from the effect alone; false when that stopped it.
+  bool PaintEffect(const Painting& picture, uint32_t effect, const Painting* before);
+
+  // Makes the bitmap's region black where it would be painted, or without one the destination.
+  void Blacken(const Painting& picture);
 
   // What the screen shows, as a picture: paletted up to 8 bits, else 24 bits.
   PictureInfo Info() const;

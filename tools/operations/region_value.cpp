@@ -88,7 +88,6 @@ std::optional<RegionValue> ParseRegionValue(const std::string& text) {
 }
 
 VnStatus RegionValue::Set(BitmapHandle* bitmap) const {
-  constexpr RegionTransform kAsSeen = {VIEW_TOP_FIRST, 1, 1, 1, 1, 0, 0};
   const std::vector<int32_t>& n = numbers;
   if (shape == Shape::kColor) return Vn_SetBitmapRgnColor(bitmap, RGB(n[0], n[1], n[2]), combine);
   if (shape == Shape::kPolygon) {

@@ -11,6 +11,9 @@
 
 namespace vn::tool {
 
+// Of functions that take a region: the picture as seen, whichever way its rows lie.
+inline constexpr RegionTransform kAsSeen = {VIEW_TOP_FIRST, 1, 1, 1, 1, 0, 0};
+
 struct RegionValue {
   enum class Shape { kRect, kEllipse, kPolygon, kRoundRect, kColor };
   Shape shape;

@@ -5,8 +5,6 @@
 #include <cstdio>
 #include <utility>
 
-#include "tools/terminal/interrupt.h"
-
 namespace vn::tool {
 namespace {
 
@@ -15,27 +13,17 @@ constexpr int32_t kCells = 40;
 
 }  // namespace
 
-ProgressBar* ProgressBar::current_ = nullptr;
-
 ProgressBar::ProgressBar(std::string label)
-    : before_(Vn_SetStatusCallBack(&OnPercent)),
-      label_(std::move(label)),
+    : label_(std::move(label)),
       start_(std::chrono::steady_clock::now()),
-      terminal_(isatty(STDERR_FILENO) == 1) {
-  current_ = this;
-}
+      terminal_(isatty(STDERR_FILENO) == 1),
+      listener_([this](int32_t percent) {
+        if (terminal_) Draw(percent);
+        return OK;
+      }) {}
 
 ProgressBar::~ProgressBar() {
   if (drawn_ >= 0) std::fputs("\r\x1b[K", stderr);
-  current_ = nullptr;
-  Vn_SetStatusCallBack(before_);
-}
-
-VnStatus VN_CALL ProgressBar::OnPercent(int32_t percent) {
-  // A shear to the left asks beyond its end until it may go on.
-  if (PendingSignal() && percent <= 100) return kStopped;
-  if (current_ && current_->terminal_) current_->Draw(percent);
-  return OK;
 }
 
 void ProgressBar::Draw(int32_t percent) {
