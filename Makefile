@@ -8,6 +8,7 @@ CTEST := ctest -j$(JOBS) --preset
 
 help:
 	@echo "make demo [PICTURE=file]      paint a picture at every depth into out/demo"
+	@echo "make view [PICTURE=file...]   show pictures in a window, at any depth and with effects"
 	@echo "make test                     run all tests, plain and under the sanitizers"
 	@echo "make test-windows             run the tests as Windows programs under Wine"
 	@echo "make test-clang               the same tests, compiled by clang"
@@ -25,6 +26,14 @@ demo:
 	$(CONFIGURE) native
 	$(BUILD) native --target vncore_tool
 	scripts/demo.sh build-native/tools/vncore out/demo "$(PICTURE)"
+
+# Several files, without spaces in their names, are turned over with effects.
+view:
+	scripts/setup.sh demo
+	$(CONFIGURE) native
+	$(BUILD) native --target vncore_tool vnview
+	$(if $(PICTURE),,mkdir -p out && build-native/tools/vncore chart out/chart.png)
+	build-native/tools/vnview $(or $(PICTURE),out/chart.png)
 
 test:
 	scripts/setup.sh test
@@ -104,5 +113,5 @@ clean:
 	rm -rf build-native build-asan build-asan32 build-clang build-tsan build-arm build-coverage \
 	  build-fuzz build-win32 out
 
-.PHONY: help demo test test-windows test-clang test-arm test-arm-cases test-32 test-threads memcheck coverage fuzz \
+.PHONY: help demo view test test-windows test-clang test-arm test-arm-cases test-32 test-threads memcheck coverage fuzz \
   bench clean

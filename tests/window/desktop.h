@@ -1,0 +1,45 @@
+// A desktop of its own for a window under test: a virtual X server, with keys and a mouse as a user
+// has them.
+#ifndef VNCORE_TESTS_DESKTOP_H
+#define VNCORE_TESTS_DESKTOP_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vn::test {
+
+class Desktop {
+ public:
+  Desktop();
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+  ~Desktop();  // after its clients
+
+  // False where no server can be started.
+  bool works() const;
+  // ":1"
+  const std::string& name() const { return name_; }
+
+  // Waits for a window and gives it the keys. False when none comes.
+  bool FindWindow();
+  // What the window shows, 0xRRGGBB, rows from the top; empty when it is gone.
+  std::vector<uint32_t> Pixels() const;
+  // A key goes down and up: "n", "Escape", "plus".
+  void Press(const std::string& key);
+  // Positions in the window.
+  void MoveMouse(int x, int y);
+  void HoldButton(unsigned button, bool down);
+  // What a window manager sends for its close button.
+  void AskToClose();
+
+ private:
+  struct Server;
+  std::unique_ptr<Server> server_;
+  std::string name_;
+};
+
+}  // namespace vn::test
+
+#endif

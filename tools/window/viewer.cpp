@@ -1,0 +1,241 @@
+#include "tools/window/viewer.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "tools/operations/effect_names.h"
+#include "tools/operations/load_bitmap.h"
+#include "tools/terminal/failure.h"
+#include "tools/terminal/interrupt.h"
+#include "tools/terminal/program.h"
+#include "tools/terminal/progress_bar.h"
+#include "tools/window/title.h"
+
+namespace vn::tool {
+namespace {
+
+constexpr uint32_t kIdleTicks = 250;  // milliseconds; a signal is heard this soon
+constexpr uint32_t kDitherBits = MODE_ORDERED_DITHER | MODE_CLUSTERED_MATRIX;
+
+Size SizeOf(Bitmap& bitmap) { return {bitmap->Width, bitmap->Height}; }
+
+// As the picture needs it, but wide enough for a title, and no larger than the desktop has room.
+Size WindowSize(Size picture, Size room) {
+  View view;
+  view.SetPicture(picture);
+  view.SetWindow(room);
+  const RECT shown = view.Destination();
+  const auto side = [](LONG needed, int32_t least, int32_t most) {
+    return std::clamp(static_cast<int32_t>(needed), std::min(least, most), most);
+  };
+  return {side(shown.right - shown.left, 320, room.width),
+          side(shown.bottom - shown.top, 240, room.height)};
+}
+
+uint32_t CombineOf(SDL_Keymod modifiers) {
+  if (modifiers & KMOD_SHIFT) return REGION_COMBINE_OR;
+  if (modifiers & KMOD_CTRL) return REGION_COMBINE_OLD_MINUS_NEW;
+  return REGION_COMBINE_REPLACE;
+}
+
+}  // namespace
+
+Viewer::Viewer(const ViewerOptions& options) : options_(options), bitmap_(new Bitmap) {
+  {
+    const std::string& first = options_.pictures.front();
+    const ProgressBar bar("reading " + first);
+    LoadBitmap(*OpenPicture(first, {}), STORAGE_AUTO, *bitmap_);
+  }
+  if (options_.effect) effectName_ = kEffectNames[shownEffect_ = *options_.effect];
+  const Size picture = SizeOf(*bitmap_);
+  stage_.emplace(options_.size.value_or(WindowSize(picture, session_.Room())), options_.screen);
+  stage_->view().SetPicture(picture);
+}
+
+void Viewer::Run() {
+  while (!done_) {
+    SDL_Event event;
+    if (SDL_WaitEventTimeout(&event, static_cast<int>(Wait()))) {
+      do {
+        Obey(event);
+      } while (!done_ && SDL_PollEvent(&event));
+    }
+    ThrowIfInterrupted();
+    if (done_) return;
+    if (stale_) {
+      Repaint();
+    } else if (Wait() == 0) {
+      stage_->Present(*bitmap_);
+    }
+  }
+}
+
+// Milliseconds until there is something to do without an event.
+uint32_t Viewer::Wait() {
+  if (stale_) return 0;
+  return Vn_BitmapHasRgn(*bitmap_) ? stage_->MarchDue() : kIdleTicks;
+}
+
+void Viewer::Obey(const SDL_Event& event) {
+  switch (event.type) {
+    case SDL_QUIT:
+      done_ = true;
+      break;
+    case SDL_WINDOWEVENT:
+      if (event.window.event == SDL_WINDOWEVENT_SIZE_CHANGED) SetScreen(options_.screen);
+      if (event.window.event == SDL_WINDOWEVENT_EXPOSED) stage_->Present(*bitmap_);
+      break;
+    case SDL_KEYDOWN:
+      if (const Key* const key = FindKey(event.key.keysym.sym)) ObeyKey(*key);
+      break;
+    case SDL_MOUSEBUTTONDOWN:
+    case SDL_MOUSEBUTTONUP:
+      ObeyButton(event.button);
+      break;
+    case SDL_MOUSEMOTION:
+      ObeyMotion(event.motion);
+      break;
+    case SDL_MOUSEWHEEL: {
+      int x = 0, y = 0;
+      SDL_GetMouseState(&x, &y);
+      if (event.wheel.y) stage_->view().StepZoom(event.wheel.y > 0 ? 1 : -1, {x, y});
+      stale_ = true;
+      break;
+    }
+  }
+}
+
+void Viewer::ObeyKey(const Key& key) {
+  View& view = stage_->view();
+  ScreenSettings screen = options_.screen;
+  const auto bits = static_cast<uint32_t>(key.argument);
+  stale_ = true;
+  switch (key.action) {
+    case Action::kScreen:
+      screen.bits = key.argument;
+      return SetScreen(screen);
+    case Action::kDither:
+      screen.mode = (screen.mode & ~kDitherBits) | bits;
+      return SetScreen(screen);
+    case Action::kToggleMode:
+      screen.mode ^= bits;
+      return SetScreen(screen);
+    case Action::kTurn:
+      return Turn(key.argument);
+    case Action::kAgain:
+      return ShowWithEffect(nullptr);
+    case Action::kChooseEffect:
+      options_.effect = (shownEffect_ + EFFECT_COUNT + bits) % EFFECT_COUNT;
+      return ShowWithEffect(nullptr);
+    case Action::kRandomEffect:
+      options_.effect.reset();
+      effectName_ = "random";
+      return;
+    case Action::kHold:
+      return;
+    case Action::kEscape:
+      selection_.End();
+      Vn_FreeBitmapRgn(*bitmap_);
+      return;
+    case Action::kZoom:
+      return view.StepZoom(key.argument, view.Centre());
+    case Action::kPixels:
+      return view.ShowPixels(view.Centre());
+    case Action::kFit:
+      return view.Fit(true);
+    case Action::kPanColumns:
+      return view.Pan(-key.argument * stage_->window().size().width / 8, 0);
+    case Action::kPanRows:
+      return view.Pan(0, -key.argument * stage_->window().size().height / 8);
+    case Action::kShape:
+      return selection_.SwitchShape();
+    case Action::kQuit:
+      done_ = true;
+      return;
+  }
+}
+
+void Viewer::ObeyButton(const SDL_MouseButtonEvent& button) {
+  const bool down = button.type == SDL_MOUSEBUTTONDOWN;
+  if (button.button == SDL_BUTTON_RIGHT) panning_ = down;
+  if (button.button != SDL_BUTTON_LEFT) return;
+  if (down) {
+    selection_.Begin(*bitmap_, stage_->view().PixelAt({button.x, button.y}),
+                     CombineOf(SDL_GetModState()));
+  } else {
+    selection_.End();
+  }
+}
+
+void Viewer::ObeyMotion(const SDL_MouseMotionEvent& motion) {
+  if (selection_.dragging()) {
+    selection_.MoveTo(stage_->view().PixelAt({motion.x, motion.y}));
+    stale_ = true;
+  } else if (panning_) {
+    stage_->view().Pan(motion.xrel, motion.yrel);
+    stale_ = true;
+  }
+}
+
+std::unique_ptr<Bitmap> Viewer::Load(const std::string& path) {
+  const StatusListener listener([&](int32_t percent) {
+    stage_->window().SetTitle("reading " + path + ": " + std::to_string(percent) + " %");
+    SDL_PumpEvents();
+    return SDL_HasEvent(SDL_QUIT) ? kStopped : OK;
+  });
+  try {
+    auto bitmap = std::make_unique<Bitmap>();
+    LoadBitmap(*OpenPicture(path, {}), STORAGE_AUTO, *bitmap);
+    return bitmap;
+  } catch (const Failure& failure) {
+    if (!SDL_HasEvent(SDL_QUIT)) Complain("vnview", failure.what());
+    return nullptr;
+  }
+}
+
+// Passes over what cannot be read.
+void Viewer::Turn(int32_t direction) {
+  const size_t count = options_.pictures.size();
+  size_t at = at_;
+  for (size_t tried = 1; tried < count; ++tried) {
+    at = (at + count + static_cast<size_t>(direction)) % count;
+    std::unique_ptr<Bitmap> next = Load(options_.pictures[at]);
+    if (!next) continue;
+    selection_.End();
+    const Painting before = stage_->PaintingOf(*bitmap_);
+    bitmap_.swap(next);
+    at_ = at;
+    stage_->view().SetPicture(SizeOf(*bitmap_));
+    stage_->view().Fit(false);
+    return ShowWithEffect(&before);
+  }
+}
+
+void Viewer::ShowWithEffect(const Painting* before) {
+  shownEffect_ = options_.effect.value_or(random_() % (EFFECT_COUNT - 1) + 1);
+  effectName_ = options_.effect ? "" : "random: ";
+  effectName_ += kEffectNames[shownEffect_];
+  TellTitle();
+  stale_ = !stage_->RunEffect(*bitmap_, shownEffect_, options_.seconds, before);
+  if (!stale_) stage_->Present(*bitmap_);
+}
+
+void Viewer::SetScreen(const ScreenSettings& settings) {
+  options_.screen = settings;
+  stage_->Rebuild(settings);
+  stale_ = true;
+}
+
+void Viewer::Repaint() {
+  stage_->Paint(*bitmap_);
+  stage_->Present(*bitmap_);
+  TellTitle();
+  stale_ = false;
+}
+
+void Viewer::TellTitle() {
+  stage_->window().SetTitle(Title({options_.pictures[at_], at_, options_.pictures.size(), *bitmap_,
+                                   options_.screen, effectName_, stage_->view().zoom().Factor()}));
+}
+
+}  // namespace vn::tool

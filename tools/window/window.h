@@ -1,0 +1,54 @@
+// The window on the desktop.
+#ifndef VNCORE_TOOLS_WINDOW_H
+#define VNCORE_TOOLS_WINDOW_H
+
+#include <SDL.h>
+#include <memory>
+#include <string>
+
+#include "tools/operations/option_values.h"
+
+namespace vn::tool {
+
+// Owners of what SDL makes.
+template <auto Destroy>
+struct Destroyer {
+  template <class Object>
+  void operator()(Object* object) const {
+    Destroy(object);
+  }
+};
+using OwnedWindow = std::unique_ptr<SDL_Window, Destroyer<&SDL_DestroyWindow>>;
+using OwnedRenderer = std::unique_ptr<SDL_Renderer, Destroyer<&SDL_DestroyRenderer>>;
+using OwnedTexture = std::unique_ptr<SDL_Texture, Destroyer<&SDL_DestroyTexture>>;
+
+// SDL with its video, for as long as it lives. Throws Failure where there is no display.
+class VideoSession {
+ public:
+  VideoSession();
+  VideoSession(const VideoSession&) = delete;
+  VideoSession& operator=(const VideoSession&) = delete;
+  ~VideoSession() { SDL_Quit(); }
+
+  // What a window can have of the desktop.
+  Size Room() const;
+};
+
+// Resizable. Throws Failure when it cannot be opened.
+class Window {
+ public:
+  explicit Window(Size size);
+
+  SDL_Renderer* renderer() const { return renderer_.get(); }
+  // Pixels that the renderer has, at least 1 by 1.
+  Size size() const;
+  void SetTitle(const std::string& title) { SDL_SetWindowTitle(window_.get(), title.c_str()); }
+
+ private:
+  OwnedWindow window_;
+  OwnedRenderer renderer_;
+};
+
+}  // namespace vn::tool
+
+#endif
