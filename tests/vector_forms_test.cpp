@@ -133,17 +133,17 @@ void Nearest(const uint8_t* source, uint8_t* target, size_t width) {
 void Shade(const uint8_t* source, uint8_t* target, size_t width) {
   VNCORE_VECTOR_FORM(ShadePlain, ShadeAvx2)(target, source, width);
 }
-// All shapes one after the other, with the source's pixels `Shift` bits off.
+// All tables and operations one after the other, with the source's pixels `Shift` bits off.
 template <int Bits, uint32_t Shift>
 void Combine(const uint8_t* source, uint8_t* target, size_t width) {
   if (!width) return;
-  const CombineSpan span = {target, source,        0,   0, Block<Bits>(width), 1, Shift, true,
+  const CombineSpan span = {target, source,        0,   0, Block<Bits>(width), 1, false,
                             true,   0xFF >> Shift, 0xFF};
-  for (int shape = kShapeFill; shape <= kShapeMax; ++shape) {
-    const int32_t channelBits = shape < kShapeAdd || Bits == 24 ? 8 : Bits == 16 ? 5 : 4;
-    const auto select = VNCORE_VECTOR_FORM(PlainCombineRows, CombineRowsAvx2);
-    select(static_cast<CombineShape>(shape), channelBits, Shift != 0, shape % 2)(
-        span, {static_cast<uint8_t>(-(shape & 1)), 0, static_cast<uint8_t>(-(shape & 1))});
+  for (uint8_t code = 0; code < kCombineCodes; ++code) {
+    if (code == kTableDestination) continue;
+    const bool inverted = code % 2;
+    CombineRows(ChooseCombineLoop({code, true, true, inverted, false, inverted}, Bits, Shift),
+                span);
   }
 }
 
