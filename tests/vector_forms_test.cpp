@@ -137,7 +137,7 @@ void Shade(const uint8_t* source, uint8_t* target, size_t width) {
 template <int Bits, uint32_t Shift>
 void Combine(const uint8_t* source, uint8_t* target, size_t width) {
   if (!width) return;
-  const CombineSpan span = {target, source,        0,   0, Block<Bits>(width), 1, false,
+  const CombineSpan span = {target, source,        0,   0, Block<Bits>(width), 1, true,
                             true,   0xFF >> Shift, 0xFF};
   for (uint8_t code = 0; code < kCombineCodes; ++code) {
     if (code == kTableDestination) continue;
