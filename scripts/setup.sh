@@ -11,7 +11,7 @@ tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev libcli
 for purpose in "$@"; do
   case $purpose in
     demo) packages+=("${tool[@]}" imagemagick fonts-dejavu-core libsdl2-dev) ;;
-    test) packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb) ;;
+    test) packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils) ;;
     clang) packages+=(clang-14) ;;
     fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
     arm) packages+=(g++-aarch64-linux-gnu qemu-user-static googletest) ;;
