@@ -71,16 +71,20 @@ void Band::CommitRows(uint32_t rows, int32_t y) {
   last_ = next_ - stride_;
   y_ = y;
   count_ += rows;
-  if (count_ == capacity_) Send();
+  if (count_ == capacity_) SendBand();
 }
 
-void Band::Send() {
-  info_->header.biHeight = static_cast<LONG>(count_);
-  info_->header.biSizeImage = count_ * stride_;
+void Band::SendRows(const uint8_t* rows, uint32_t count, int32_t y) {
+  info_->header.biHeight = static_cast<LONG>(count);
+  info_->header.biSizeImage = count * stride_;
   const int width = form_.width - form_.skip;
-  const int height = static_cast<int>(count_);
-  StretchDIBits(job_.hDC, form_.x, y_, width, height, form_.skip, 0, width, height, buffer_.data(),
+  const int height = static_cast<int>(count);
+  StretchDIBits(job_.hDC, form_.x, y, width, height, form_.skip, 0, width, height, rows,
                 info_->Info(), usage_, job_.rasterOp);
+}
+
+void Band::SendBand() {
+  SendRows(buffer_.data(), count_, y_);
   count_ = 0;
   next_ = buffer_.data();
 }

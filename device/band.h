@@ -58,13 +58,16 @@ class Band {
   void Commit(int32_t y) { CommitRows(1, y); }
   // The same of `rows` rows, at most Room(), of which the last belongs to device row `y`.
   void CommitRows(uint32_t rows, int32_t y);
+  // Sends rows that lie elsewhere at Stride() from each other, at most Room() of them, between two
+  // bands: the first one is the lowest, the last one belongs to device row `y`.
+  void SendRows(const uint8_t* rows, uint32_t count, int32_t y);
   // Sends what remains.
   void Finish() {
-    if (count_) Send();
+    if (count_) SendBand();
   }
 
  private:
-  void Send();
+  void SendBand();
 
   const PaintJob& job_;
   Form form_;

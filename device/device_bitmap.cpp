@@ -25,7 +25,8 @@ void PaintWhole(HDC context, HDC like, BitmapHandle* bitmap) {
   const OwnedObject<HPALETTE> palette(Vn_CreatePaintPalette(like, bitmap));
   const SelectedPalette realized(context, palette.get());
   const RECT whole = {0, 0, bitmap->Width, bitmap->Height};
-  PaintBitmap(context, bitmap, nullptr, nullptr, &whole, nullptr, SRCCOPY);
+  PaintJob job{context, bitmap, {}, {}, {}, {}, {}, SRCCOPY, true};
+  if (PlanRects(&job, nullptr, nullptr, whole, nullptr)) Render(job, PlanPaint(context, bitmap));
 }
 
 HBITMAP CopyToDevice(HDC like, BitmapHandle* bitmap) {

@@ -24,6 +24,9 @@ struct PaintJob {
   RECT destination;      // device coordinates
   RECT destinationClip;  // within `destination`; limits what is written
   uint32_t rasterOp;
+  // The device's pixels are known to lie apart from the bitmap's: rows may go out from where they
+  // lie. A bitmap can be painted on itself, and then every band is a copy.
+  bool apart = false;
 
   bool BottomFirst() const { return bitmap->ViewOrigin == VIEW_BOTTOM_FIRST; }
 };

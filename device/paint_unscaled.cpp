@@ -23,23 +23,36 @@ struct FetchedColumns {
   }
 };
 
-// Rows that go out as they are, from the bottom line up. Those of a band are read as they lie in
-// storage, be the picture's lines in that order or in the other.
+// The `count` lines above `line` into a band, read as they lie in storage, be the picture's lines in
+// that order or in the other.
+void FetchRows(const PaintJob& job, const RowSource& source, const FetchedColumns& columns,
+               int32_t line, uint32_t count, Band* band) {
+  for (uint32_t i = 0; i < count; ++i) {
+    const uint32_t n = job.BottomFirst() ? i : count - 1 - i;
+    const int64_t row = UnscaledStorageRow(job, line - 1 - static_cast<int32_t>(n));
+    source.Fetch(row, columns.span.start, columns.span.bytes, band->RowAt(n));
+  }
+}
+
+// Rows that go out as they are, from the bottom line up.
 void PaintStoredRows(const PaintJob& job, const ShiftMapping& mapping,
                      const FetchedColumns& columns, Band* band) {
   const RowSource source(job);
+  const bool inPlace = job.apart && job.BottomFirst() && columns.span.start == 0;
   int32_t y = mapping.device.bottom;
   for (int32_t line = mapping.source.bottom; line > mapping.source.top;) {
     const uint32_t left = static_cast<uint32_t>(line) - static_cast<uint32_t>(mapping.source.top);
     const uint32_t count = std::min(band->Room(), left);
-    for (uint32_t i = 0; i < count; ++i) {
-      const uint32_t n = job.BottomFirst() ? i : count - 1 - i;
-      const int64_t row = UnscaledStorageRow(job, line - 1 - static_cast<int32_t>(n));
-      source.Fetch(row, columns.span.start, columns.span.bytes, band->RowAt(n));
+    y -= static_cast<int32_t>(count);
+    const uint8_t* rows = nullptr;
+    if (inPlace) rows = source.Block(UnscaledStorageRow(job, line - 1), count, band->Stride());
+    if (rows) {
+      band->SendRows(rows, count, y);
+    } else {
+      FetchRows(job, source, columns, line, count, band);
+      band->CommitRows(count, y);
     }
     line -= static_cast<int32_t>(count);
-    y -= static_cast<int32_t>(count);
-    band->CommitRows(count, y);
   }
   band->Finish();
 }

@@ -31,6 +31,12 @@ class RowSource {
     }
   }
 
+  // Whole rows `row`, `row` + 1 and so on, `count` of them, where they lie in memory at `stride` bytes
+  // from each other; null where they do not.
+  const uint8_t* Block(int64_t row, uint32_t count, uint32_t stride) const {
+    return stride == bitmap_->BytesPerLine && Find(row + count - 1) ? Find(row) : nullptr;
+  }
+
   // The same bytes to be read where they lie, or in `buffer` when they do not lie in memory whole.
   const uint8_t* Read(int64_t row, uint32_t column, uint64_t bytes, uint8_t* buffer) const {
     const uint8_t* found = Find(row);

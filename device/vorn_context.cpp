@@ -1,5 +1,8 @@
 // Device contexts over the pixels of bitmaps.
+#include <algorithm>
+
 #include <vncore/vncore.h>
+#include "color/palettes.h"
 #include "device/bridge.h"
 #include "device/device_bitmap.h"
 #include "device/dib_layout.h"
@@ -37,7 +40,8 @@ BitmapInfo256 InfoOf(BitmapHandle* bitmap) {
   info.header.biBitCount = static_cast<WORD>(bitmap->BitsPerPixel);
   info.header.biSizeImage = bitmap->BytesPerLine * static_cast<uint32_t>(bitmap->Height);
   // Above 8 bits there are none to read.
-  Vn_GetBitmapColors(bitmap, 0, static_cast<uint32_t>(bitmap->ColorCount), info.colors);
+  Vn_GetBitmapColors(bitmap, 0, std::min(static_cast<uint32_t>(bitmap->ColorCount), kMaxColors),
+                     info.colors);
   return info;
 }
 
