@@ -38,11 +38,10 @@ quiet "$CMAKE" -S "$examples" -B examples "${configure[@]}"
 quiet "$CMAKE" --build examples
 
 export PKG_CONFIG_LIBDIR=$(dirname "$(find moved -name vncore.pc)") PKG_CONFIG_PATH=
-for example in "$here/consumer/consumer.c" "$examples"/*.c; do
-  name=$(basename "$example" .c)
-  [ "$name" != by_ordinal ] || [ "$SYSTEM" = Windows ] || continue
-  quiet "$CC" -std=gnu99 "$example" -o "$name.exe" $(pkg-config --cflags --libs vncore)
-  quiet "$CC" -std=gnu99 "$example" -o "$name-static.exe" -static \
+for source in "$here/consumer/consumer.c" "$examples/paint.c"; do
+  name=$(basename "$source" .c)
+  quiet "$CC" -std=gnu99 "$source" -o "$name.exe" $(pkg-config --cflags --libs vncore)
+  quiet "$CC" -std=gnu99 "$source" -o "$name-static.exe" -static \
     $(pkg-config --static --cflags --libs vncore)
 done
 
