@@ -5,25 +5,10 @@
 
 #include <cstring>
 
-#include "device/paint_job.h"
-#include "kernel/thread_settings.h"
+#include "device/band_table.h"
+#include "device/paint_scratch.h"
 
 namespace vn {
-
-// The record that describes bands to the device: the thread's own, or for a raster printer a fresh
-// copy, which its driver may spoil.
-BitmapInfo256* ChooseBandInfo(HDC hDC);
-
-// What pixel values of a band mean. Each writes the table of `info` (or leaves the identity indexes
-// standing) with its count, and returns the table usage for the device call.
-// By the display mode: the palette indexes of the device, or the fixed palette for rows reduced
-// here and else the bitmap's own; no table above 8 bits.
-uint32_t SetBandColors(BitmapInfo256* info, const BitmapHandle* bitmap, int32_t bits,
-                       bool fixedPalette);
-// 256 grays, or the palette indexes of the device.
-uint32_t SetBandGrays(BitmapInfo256* info);
-// The bitmap's own palette, whatever the mode.
-uint32_t SetBandPalette(BitmapInfo256* info, const BitmapHandle* bitmap);
 
 class Band {
  public:
@@ -36,11 +21,11 @@ class Band {
     int32_t skip;
     uint32_t rows;
   };
-  Band(const PaintJob& job, const Form& form, BitmapInfo256* info);
-  explicit operator bool() const { return static_cast<bool>(buffer_); }
+  Band(const PaintJob& job, const Form& form, PaintScratch* scratch);
+  explicit operator bool() const { return buffer_; }
 
-  // How the device is to read the table of `info`. Before the first row.
-  void SetUsage(uint32_t usage) { usage_ = usage; }
+  // What the rows are, before the first of them.
+  void Describe(const BandTable& table);
 
   // Where the next row is to be written.
   uint8_t* Row() const { return next_; }
@@ -71,11 +56,11 @@ class Band {
 
   const PaintJob& job_;
   Form form_;
-  BitmapInfo256* info_;
+  BitmapInfo256* info_ = nullptr;
   uint32_t usage_ = DIB_RGB_COLORS;
   uint32_t stride_ = 0;
   uint32_t capacity_ = 0;
-  ScratchBuffer<uint8_t> buffer_;
+  uint8_t* buffer_;
   uint8_t* next_ = nullptr;
   const uint8_t* last_ = nullptr;
   uint32_t count_ = 0;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "device/paint_scratch.h"
 #include "device/row_source.h"
 #include "device/scale_mapping.h"
 #include "kernel/pixel_format.h"
@@ -43,14 +44,15 @@ inline uint32_t CountBits(const uint8_t* row, uint32_t first, uint32_t count) {
 class BitRows {
  public:
   // `columns`: from the mapping's first column on, how many the loops look at.
-  BitRows(const PaintJob& job, const ScaleMapping& mapping, uint64_t columns)
+  BitRows(const PaintJob& job, const ScaleMapping& mapping, uint64_t columns, PaintScratch* scratch)
       : job_(job), source_(job), first_(mapping.firstColumn & 7) {
     const uint64_t end = mapping.firstColumn + columns;
     const auto width = static_cast<uint64_t>(job.bitmap->Width);
     span_ = ColumnSpan::Of(mapping.firstColumn, std::min(end, width), 1);
-    bytes_ = ZeroedScratch<uint8_t>(((first_ + columns + 7) >> 3) + kWordSlack);
+    bytes_ =
+        scratch->Zeroed<uint8_t>(PaintSlot::kFetched, ((first_ + columns + 7) >> 3) + kWordSlack);
   }
-  explicit operator bool() const { return static_cast<bool>(bytes_); }
+  explicit operator bool() const { return bytes_; }
 
   // The mapping's first column within a row.
   uint32_t FirstColumn() const { return first_; }
@@ -60,13 +62,13 @@ class BitRows {
   const uint8_t* Read(uint64_t row, bool flip) {
     const auto last = static_cast<uint64_t>(job_.bitmap->Height) - 1;
     const auto storageRow = ScaledStorageRow(job_, static_cast<int64_t>(std::min(row, last)));
-    source_.Fetch(storageRow, span_.start, span_.bytes, bytes_.data());
+    source_.Fetch(storageRow, span_.start, span_.bytes, bytes_);
     if (flip) {
       for (uint64_t i = 0; i < span_.bytes; ++i) {
         bytes_[static_cast<size_t>(i)] = static_cast<uint8_t>(~bytes_[static_cast<size_t>(i)]);
       }
     }
-    return bytes_.data();
+    return bytes_;
   }
 
  private:
@@ -74,7 +76,7 @@ class BitRows {
   RowSource source_;
   uint32_t first_;
   ColumnSpan span_{};
-  ScratchBuffer<uint8_t> bytes_;
+  uint8_t* bytes_;
 };
 
 }  // namespace vn

@@ -8,6 +8,7 @@
 #include "device/from_dib.h"
 #include "device/global_memory.h"
 #include "device/paint_plan.h"
+#include "device/paint_tools.h"
 #include "kernel/guards.h"
 #include "kernel/owned_bitmap.h"
 #include "kernel/picture_size.h"
@@ -26,7 +27,10 @@ void PaintWhole(HDC context, HDC like, BitmapHandle* bitmap) {
   const SelectedPalette realized(context, palette.get());
   const RECT whole = {0, 0, bitmap->Width, bitmap->Height};
   PaintJob job{context, bitmap, {}, {}, {}, {}, {}, SRCCOPY, true};
-  if (PlanRects(&job, nullptr, nullptr, whole, nullptr)) Render(job, PlanPaint(context, bitmap));
+  PaintTools tools;
+  if (PlanRects(&job, nullptr, nullptr, whole, nullptr)) {
+    Render(job, PlanPaint(context, bitmap), &tools);
+  }
 }
 
 HBITMAP CopyToDevice(HDC like, BitmapHandle* bitmap) {

@@ -1,8 +1,8 @@
 // Painting rows that a caller holds, where a paint of the whole picture would put them.
 #include <algorithm>
 
-#include "device/band.h"
 #include "device/paint_plan.h"
+#include "device/paint_tools.h"
 #include "device/scale_mapping.h"
 #include "kernel/guards.h"
 #include "kernel/rects.h"
@@ -61,17 +61,17 @@ class BottomUpRows {
 VnStatus SendRows(const PaintJob& job, void* rows, int32_t top) {
   const BitmapHandle& bitmap = *job.bitmap;
   const int32_t count = job.callerRows.count;
-  BitmapInfo256* info = &CurrentThreadSettings().PaintInfo;
-  const uint32_t usage = SetBandColors(info, &bitmap, bitmap.BitsPerPixel, false);
-  BITMAPINFOHEADER& header = info->header;
+  BandTable table;
+  table.SetRowColors(job);
+  BITMAPINFOHEADER& header = table.info().header;
   header.biWidth = bitmap.Width;
   header.biHeight = count;
   header.biBitCount = static_cast<WORD>(bitmap.BitsPerPixel);
   header.biSizeImage = bitmap.BytesPerLine * static_cast<uint32_t>(count);
   const BottomUpRows bottomUp(bitmap, rows, count);
-  StretchDIBits(job.hDC, 0, top, bitmap.Width, count, 0, 0, bitmap.Width, count, rows, info->Info(),
-                usage, job.rasterOp);
-  return static_cast<VnStatus>(bottomUp.Wanted() ? bitmap.BytesPerLine : usage);
+  StretchDIBits(job.hDC, 0, top, bitmap.Width, count, 0, 0, bitmap.Width, count, rows,
+                table.info().Info(), table.usage(), job.rasterOp);
+  return static_cast<VnStatus>(bottomUp.Wanted() ? bitmap.BytesPerLine : table.usage());
 }
 
 }  // namespace
@@ -93,7 +93,10 @@ VnStatus VN_CALL Vn_PaintDCBuffer(HDC hDC, BitmapHandle* bitmap, const RECT* sou
       !IntersectRects(&job.sourceClip, job.sourceClip, RowsOf(*bitmap, band))) {
     return OK;
   }
-  if (plan.kind != PAINT_DIRECT || !SameSize(job.source, job.destination)) return Render(job, plan);
+  if (plan.kind != PAINT_DIRECT || !SameSize(job.source, job.destination)) {
+    PaintTools tools;
+    return Render(job, plan, &tools);
+  }
   BitmapLock lock(bitmap);
   ShiftMapping mapping;
   if (!MapUnscaled(job, &mapping)) {

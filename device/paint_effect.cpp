@@ -4,6 +4,7 @@
 
 #include "device/effect_pieces.h"
 #include "device/paint_plan.h"
+#include "device/paint_tools.h"
 #include "kernel/guards.h"
 #include "kernel/progress.h"
 #include "kernel/rects.h"
@@ -48,8 +49,9 @@ class PieceRunner final : public PieceSink {
     if (!plan_ || planned_ != progress_->Calls()) {
       plan_ = PlanPaint(job_.hDC, job_.bitmap);
       planned_ = progress_->Calls();
+      tools_.Forget();
     }
-    return Render(job_, *plan_);
+    return Render(job_, *plan_, &tools_);
   }
 
   PaintJob job_;
@@ -58,6 +60,7 @@ class PieceRunner final : public PieceSink {
   Count count_ = Count::kExact;
   std::optional<PaintPlan> plan_;
   uint32_t planned_ = 0;  // calls of the callback before the plan was made
+  PaintTools tools_;
   VnStatus status_ = OK;
 };
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <array>
 
-#include "device/band.h"
+#include "device/paint_tools.h"
 #include "device/row_source.h"
 #include "device/scale_mapping.h"
 
@@ -38,7 +38,7 @@ void SpreadBits(const uint8_t* bits, uint32_t skip, uint32_t pixels, bool invert
 
 }  // namespace
 
-VnStatus PaintBitonalGray(const PaintJob& job, bool invert) {
+VnStatus PaintBitonalGray(const PaintJob& job, bool invert, PaintTools* tools) {
   ShiftMapping mapping;
   if (!MapUnscaled(job, &mapping)) return OK;
   const RECT& lines = mapping.source;
@@ -46,20 +46,20 @@ VnStatus PaintBitonalGray(const PaintJob& job, bool invert) {
   const auto width = static_cast<uint32_t>(mapping.Columns());
   const ColumnSpan span = ColumnSpan::Of(left, uint64_t{left} + width, 1);
 
-  BitmapInfo256* info = &CurrentThreadSettings().PaintInfo;
   Band band(job,
             {8, static_cast<int32_t>(mapping.device.left), mapping.Columns(), 0, mapping.Rows()},
-            info);
-  const auto bits = ZeroedScratch<uint8_t>(span.bytes);
+            &tools->scratch);
+  uint8_t* bits = tools->scratch.Zeroed<uint8_t>(PaintSlot::kFetched, span.bytes);
   if (!band || !bits) return ERR_NO_MEMORY;
-  band.SetUsage(SetBandGrays(info));
+  tools->table.SetGrays();
+  band.Describe(tools->table);
   const RowSource source(job);
   int32_t y = mapping.device.bottom;
   for (int32_t line = lines.bottom; line > lines.top;) {
     --line;
     --y;
-    source.Fetch(UnscaledStorageRow(job, line), span.start, span.bytes, bits.data());
-    SpreadBits(bits.data(), left & 7, width, invert, band.Row());
+    source.Fetch(UnscaledStorageRow(job, line), span.start, span.bytes, bits);
+    SpreadBits(bits, left & 7, width, invert, band.Row());
     band.Commit(y);
   }
   band.Finish();

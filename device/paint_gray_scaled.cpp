@@ -2,8 +2,8 @@
 // each axis by itself.
 #include <algorithm>
 
-#include "device/band.h"
 #include "device/bit_rows.h"
+#include "device/paint_tools.h"
 
 namespace vn {
 namespace {
@@ -12,29 +12,29 @@ namespace {
 // are kept, since neighbouring output rows share them.
 class LevelRows {
  public:
-  LevelRows(const PaintJob& job, const ScaleMapping& mapping)
+  LevelRows(const PaintJob& job, const ScaleMapping& mapping, PaintScratch* scratch)
       : mapping_(mapping),
         lastRow_(static_cast<uint64_t>(job.bitmap->Height) - 1),
-        rows_(job, mapping, Columns(mapping)),
-        levels_{ZeroedScratch<uint8_t>(mapping.Pixels()),
-                ZeroedScratch<uint8_t>(mapping.Pixels())} {}
+        rows_(job, mapping, Columns(mapping), scratch),
+        levels_{scratch->Zeroed<uint8_t>(PaintSlot::kEvenLevels, mapping.Pixels()),
+                scratch->Zeroed<uint8_t>(PaintSlot::kOddLevels, mapping.Pixels())} {}
 
   explicit operator bool() const { return rows_ && levels_[0] && levels_[1]; }
 
   // Work row `row`, the last row for rows past the bitmap.
   const uint8_t* Row(uint64_t row) {
     row = std::min(row, lastRow_);
-    const ScratchBuffer<uint8_t>& levels = levels_[row & 1];
+    uint8_t* levels = levels_[row & 1];
     if (held_[row & 1] != row) {
       held_[row & 1] = row;
       const uint8_t* bits = rows_.Read(row, false);
       if (mapping_.expandX) {
-        Interpolate(bits, levels.data());
+        Interpolate(bits, levels);
       } else {
-        Average(bits, levels.data());
+        Average(bits, levels);
       }
     }
-    return levels.data();
+    return levels;
   }
 
  private:
@@ -89,7 +89,7 @@ class LevelRows {
   const ScaleMapping& mapping_;
   uint64_t lastRow_;
   BitRows rows_;
-  ScratchBuffer<uint8_t> levels_[2];
+  uint8_t* levels_[2];
   uint64_t held_[2] = {UINT64_MAX, UINT64_MAX};
 };
 
@@ -112,13 +112,13 @@ class ShareTable {
 
 class GrayScaler {
  public:
-  GrayScaler(const PaintJob& job, const ScaleMapping& mapping, bool invert)
+  GrayScaler(const PaintJob& job, const ScaleMapping& mapping, bool invert, PaintScratch* scratch)
       : mapping_(mapping),
         step_(mapping.row),
         row_(mapping.firstRow),
         flip_(invert ? 255 : 0),
-        rows_(job, mapping),
-        sums_(ZeroedScratch<uint32_t>(mapping.Pixels())) {}
+        rows_(job, mapping, scratch),
+        sums_(scratch->Zeroed<uint32_t>(PaintSlot::kSums, mapping.Pixels())) {}
 
   explicit operator bool() const { return rows_ && sums_; }
 
@@ -152,7 +152,7 @@ class GrayScaler {
   void Average(uint8_t* to) {
     const uint32_t rows = step_.Advance();
     const uint32_t pixels = mapping_.Pixels();
-    std::fill_n(sums_.data(), pixels, 0u);
+    std::fill_n(sums_, pixels, 0u);
     for (uint32_t i = 0; i < rows; ++i)
       AddRow(rows_.Row(row_++));
     for (uint32_t i = 0; i < pixels; ++i)
@@ -161,7 +161,7 @@ class GrayScaler {
 
   void AddRow(const uint8_t* levels) {
     const uint32_t pixels = mapping_.Pixels();
-    uint32_t* sums = sums_.data();
+    uint32_t* sums = sums_;
     for (uint32_t i = 0; i < pixels; ++i)
       sums[i] += levels[i];
   }
@@ -171,20 +171,21 @@ class GrayScaler {
   uint64_t row_;
   uint32_t flip_;
   LevelRows rows_;
-  ScratchBuffer<uint32_t> sums_;
+  uint32_t* sums_;
 };
 
 }  // namespace
 
-VnStatus PaintBitonalGrayScaled(const PaintJob& job, bool invert) {
+VnStatus PaintBitonalGrayScaled(const PaintJob& job, bool invert, PaintTools* tools) {
   ScaleMapping mapping;
   if (!MapScaled(job, &mapping)) return OK;
 
-  BitmapInfo256* info = &CurrentThreadSettings().PaintInfo;
-  Band band(job, {8, mapping.x0, static_cast<int32_t>(mapping.Pixels()), 0, mapping.Rows()}, info);
-  GrayScaler scaler(job, mapping, invert);
+  Band band(job, {8, mapping.x0, static_cast<int32_t>(mapping.Pixels()), 0, mapping.Rows()},
+            &tools->scratch);
+  GrayScaler scaler(job, mapping, invert, &tools->scratch);
   if (!band || !scaler) return ERR_NO_MEMORY;
-  band.SetUsage(SetBandGrays(info));
+  tools->table.SetGrays();
+  band.Describe(tools->table);
   for (int32_t y = mapping.y1; y > mapping.y0;) {
     --y;
     scaler.WriteNext(band.Row());

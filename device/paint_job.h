@@ -3,9 +3,10 @@
 #define VNCORE_DEVICE_PAINT_JOB_H
 
 #include <vncore/vncore.h>
-#include "kernel/scratch_buffer.h"
 
 namespace vn {
+
+struct PaintTools;
 
 // Rows in a caller's buffer, in place of the bitmap's storage: `count` rows at BytesPerLine from
 // each other, of which the first is storage row `first`. None for null.
@@ -32,24 +33,17 @@ struct PaintJob {
 };
 
 // The five renderers. All hand the device finished rows at 1:1 in bands, with memory for a few rows
-// whatever the picture's size. Return OK, ERR_NO_MEMORY (nothing painted), and the first two
+// whatever the picture's size, and leave what the next paint of their kind can use in `tools`. Return OK, ERR_NO_MEMORY (nothing painted), and the first two
 // ERR_INVALID_PARAMETER when no loop leads from the bitmap's depth to the device's.
 // `deviceBits` and `kind` are of Vn_GetDitherFlags; the two take PAINT_DIRECT, PAINT_EXPAND and
 // PAINT_DITHER, and any other kind as PAINT_DIRECT.
-VnStatus PaintScaled(const PaintJob& job, int32_t deviceBits, int32_t kind);
-VnStatus PaintUnscaled(const PaintJob& job, int32_t deviceBits, int32_t kind);
+VnStatus PaintScaled(const PaintJob& job, int32_t deviceBits, int32_t kind, PaintTools* tools);
+VnStatus PaintUnscaled(const PaintJob& job, int32_t deviceBits, int32_t kind, PaintTools* tools);
 // 1 bit, scaled by ink count. Palette entry 0 is the ink, or entry 1 with `invert`.
-VnStatus PaintBitonalVote(const PaintJob& job, bool invert);
+VnStatus PaintBitonalVote(const PaintJob& job, bool invert, PaintTools* tools);
 // 1 bit as 8-bit gray, averaged or interpolated; 1:1 in the second. Bit 1 is dark with `invert`.
-VnStatus PaintBitonalGrayScaled(const PaintJob& job, bool invert);
-VnStatus PaintBitonalGray(const PaintJob& job, bool invert);
-
-// Zeroed scratch memory, empty for a size that no 32-bit block can have.
-template <class T>
-inline ScratchBuffer<T> ZeroedScratch(uint64_t count) {
-  if (count > UINT32_MAX / sizeof(T)) return {};
-  return ScratchBuffer<T>(static_cast<size_t>(count), Fill::kZero);
-}
+VnStatus PaintBitonalGrayScaled(const PaintJob& job, bool invert, PaintTools* tools);
+VnStatus PaintBitonalGray(const PaintJob& job, bool invert, PaintTools* tools);
 
 }  // namespace vn
 

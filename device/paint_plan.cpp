@@ -4,7 +4,7 @@
 
 #include "color/fixed_palettes.h"
 #include "color/palettes.h"
-#include "device/paint_job.h"
+#include "device/paint_tools.h"
 #include "kernel/guards.h"
 #include "kernel/rects.h"
 
@@ -118,23 +118,24 @@ bool PlanRects(PaintJob* job, const RECT* source, const RECT* sourceClip, const 
          IntersectRects(&job->sourceClip, job->sourceClip, whole);
 }
 
-VnStatus Render(const PaintJob& job, const PaintPlan& plan) {
+VnStatus Render(const PaintJob& job, const PaintPlan& plan, PaintTools* tools) {
   const BitmapLock lock(job.bitmap);
   const bool same = SameSize(job.source, job.destination);
   switch (plan.kind) {
     case PAINT_GRAY:
     case PAINT_GRAY_INVERTED: {
       const bool invert = plan.kind == PAINT_GRAY_INVERTED;
-      return same ? PaintBitonalGray(job, invert) : PaintBitonalGrayScaled(job, invert);
+      return same ? PaintBitonalGray(job, invert, tools)
+                  : PaintBitonalGrayScaled(job, invert, tools);
     }
     case PAINT_VOTE:
     case PAINT_VOTE_INVERTED:
       // At 1:1 there is nothing to vote on.
-      if (!same) return PaintBitonalVote(job, plan.kind == PAINT_VOTE_INVERTED);
-      return PaintUnscaled(job, plan.deviceBits, PAINT_DIRECT);
+      if (!same) return PaintBitonalVote(job, plan.kind == PAINT_VOTE_INVERTED, tools);
+      return PaintUnscaled(job, plan.deviceBits, PAINT_DIRECT, tools);
     default:
-      return same ? PaintUnscaled(job, plan.deviceBits, plan.kind)
-                  : PaintScaled(job, plan.deviceBits, plan.kind);
+      return same ? PaintUnscaled(job, plan.deviceBits, plan.kind, tools)
+                  : PaintScaled(job, plan.deviceBits, plan.kind, tools);
   }
 }
 
@@ -142,7 +143,8 @@ VnStatus PaintBitmap(HDC hDC, BitmapHandle* bitmap, const RECT* source, const RE
                      const RECT* destination, const RECT* destinationClip, uint32_t rasterOp) {
   PaintJob job{hDC, bitmap, {}, {}, {}, {}, {}, rasterOp};
   if (!PlanRects(&job, source, sourceClip, *destination, destinationClip)) return OK;
-  return Render(job, PlanPaint(hDC, bitmap));
+  PaintTools tools;
+  return Render(job, PlanPaint(hDC, bitmap), &tools);
 }
 
 }  // namespace vn

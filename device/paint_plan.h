@@ -22,8 +22,8 @@ PaintPlan PlanPaint(HDC hDC, BitmapHandle* bitmap);
 bool PlanRects(PaintJob* job, const RECT* source, const RECT* sourceClip, const RECT& destination,
                const RECT* destinationClip);
 
-// Locks the bitmap and runs the renderer for the plan.
-VnStatus Render(const PaintJob& job, const PaintPlan& plan);
+// Locks the bitmap and runs the renderer for the plan. Paints of a series share their tools.
+VnStatus Render(const PaintJob& job, const PaintPlan& plan, PaintTools* tools);
 
 // True when the two need no scaling. A destination with its bottom above its top counts by
 // magnitude.

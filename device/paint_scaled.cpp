@@ -1,6 +1,5 @@
 // Scaled painting at any depth, by nearest pixel on both axes.
-#include "device/band.h"
-#include "device/row_output.h"
+#include "device/paint_tools.h"
 #include "device/row_source.h"
 #include "device/scale_mapping.h"
 #include "geometry/scale_row.h"
@@ -12,16 +11,16 @@ namespace {
 // Source rows scaled to the paint's width.
 class ScaledRows {
  public:
-  ScaledRows(const PaintJob& job, const ScaleMapping& mapping)
+  ScaledRows(const PaintJob& job, const ScaleMapping& mapping, PaintScratch* scratch)
       : job_(job),
         source_(job),
         mapping_(mapping),
         bits_(static_cast<uint32_t>(job.bitmap->BitsPerPixel)),
         span_(
             ColumnSpan::Of(mapping.firstColumn, mapping.ColumnOf(mapping.Pixels() - 1) + 1, bits_)),
-        fetched_(ZeroedScratch<uint8_t>(span_.bytes)) {}
+        fetched_(scratch->Zeroed<uint8_t>(PaintSlot::kFetched, span_.bytes)) {}
 
-  explicit operator bool() const { return static_cast<bool>(fetched_); }
+  explicit operator bool() const { return fetched_; }
 
   // Bytes of a scaled row.
   uint64_t Bytes() const { return (uint64_t{bits_} * mapping_.Pixels() + 31) / 32 * 4; }
@@ -29,7 +28,7 @@ class ScaledRows {
   // Writes work row `row` in scaled form, whole pixels of the bitmap's depth.
   void Scale(uint32_t row, uint8_t* to) const {
     const uint8_t* from =
-        source_.Read(ScaledStorageRow(job_, row), span_.start, span_.bytes, fetched_.data());
+        source_.Read(ScaledStorageRow(job_, row), span_.start, span_.bytes, fetched_);
     const Stepper& column = mapping_.column;
     ScaleRow(job_.bitmap->BitsPerPixel, static_cast<uint32_t>(Bytes()), mapping_.firstColumn,
              column.quotient, column.accumulator, column.remainder, from, to, mapping_.Pixels(),
@@ -42,7 +41,7 @@ class ScaledRows {
   const ScaleMapping& mapping_;
   uint32_t bits_;
   ColumnSpan span_;
-  ScratchBuffer<uint8_t> fetched_;
+  uint8_t* fetched_;
 };
 
 // From the bottom device row up, which is the order of a band. A source row that repeats is scaled
@@ -76,28 +75,30 @@ void PaintRows(const PaintJob& job, const ScaleMapping& mapping, const RowOutput
 
 }  // namespace
 
-VnStatus PaintScaled(const PaintJob& job, int32_t deviceBits, int32_t kind) {
+VnStatus PaintScaled(const PaintJob& job, int32_t deviceBits, int32_t kind, PaintTools* tools) {
   ScaleMapping mapping;
   if (!MapScaled(job, &mapping)) return OK;
   mapping.CarryAtEqualSizes();
 
-  RowOutput output;
-  const VnStatus status = output.Prepare(job, deviceBits, kind, mapping.Pixels());
+  RowOutput& output = tools->output;
+  PaintScratch* scratch = &tools->scratch;
+  const VnStatus status = output.Prepare(job, deviceBits, kind, mapping.Pixels(), scratch);
   if (status != OK) return status;
-  const ScaledRows rows(job, mapping);
+  const ScaledRows rows(job, mapping, scratch);
   if (!rows) return ERR_NO_MEMORY;
-  ScratchBuffer<uint8_t> scaled;
+  uint8_t* scaled = nullptr;
   if (!output.Direct()) {
-    scaled = ZeroedScratch<uint8_t>(rows.Bytes());
+    scaled = scratch->Zeroed<uint8_t>(PaintSlot::kScaled, rows.Bytes());
     if (!scaled) return ERR_NO_MEMORY;
   }
-  BitmapInfo256* info = ChooseBandInfo(job.hDC);
   Band band(job,
             {output.Bits(), mapping.x0, static_cast<int32_t>(mapping.Pixels()), 0, mapping.Rows()},
-            info);
+            scratch);
   if (!band) return ERR_NO_MEMORY;
-  band.SetUsage(SetBandColors(info, job.bitmap, output.Bits(), output.Dithers()));
-  PaintRows(job, mapping, output, rows, scaled.data(), &band);
+  const int32_t bits = output.Bits();
+  tools->table.SetColors(job, bits, output.Dithers(), bits > 8 ? 0 : FullColorCount(bits));
+  band.Describe(tools->table);
+  PaintRows(job, mapping, output, rows, scaled, &band);
   return OK;
 }
 

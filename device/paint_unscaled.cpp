@@ -1,8 +1,8 @@
 // Painting at 1:1 at any depth.
-#include "device/band.h"
-#include "device/row_output.h"
+#include "device/paint_tools.h"
 #include "device/row_source.h"
 #include "device/scale_mapping.h"
+#include "kernel/pixel_format.h"
 
 namespace vn {
 namespace {
@@ -75,32 +75,40 @@ void PaintRows(const PaintJob& job, const ShiftMapping& mapping, const FetchedCo
   band->Finish();
 }
 
+// Entries of a table: all of the fixed palette, or the bitmap's own.
+uint32_t ColorsTold(const BitmapHandle& bitmap, const RowOutput& output) {
+  if (output.Bits() > 8) return 0;
+  return output.Dithers() ? FullColorCount(static_cast<uint32_t>(output.Bits())) : ColorsOf(bitmap);
+}
+
 }  // namespace
 
-VnStatus PaintUnscaled(const PaintJob& job, int32_t deviceBits, int32_t kind) {
+VnStatus PaintUnscaled(const PaintJob& job, int32_t deviceBits, int32_t kind, PaintTools* tools) {
   ShiftMapping mapping;
   if (!MapUnscaled(job, &mapping)) return OK;
   const int32_t width = mapping.Columns();
   const FetchedColumns columns(mapping.source.left, width, job.bitmap->BitsPerPixel);
 
-  RowOutput output;
-  const VnStatus status = output.Prepare(job, deviceBits, kind, static_cast<uint64_t>(width));
+  RowOutput& output = tools->output;
+  PaintScratch* scratch = &tools->scratch;
+  const VnStatus status =
+      output.Prepare(job, deviceBits, kind, static_cast<uint64_t>(width), scratch);
   if (status != OK) return status;
-  ScratchBuffer<uint8_t> fetched;
+  uint8_t* fetched = nullptr;
   if (!output.Direct()) {
-    fetched = ZeroedScratch<uint8_t>(columns.span.bytes);
+    fetched = scratch->Zeroed<uint8_t>(PaintSlot::kFetched, columns.span.bytes);
     if (!fetched) return ERR_NO_MEMORY;
   }
-  BitmapInfo256* info = ChooseBandInfo(job.hDC);
   // Rows that go out as they are begin with the first byte's skipped pixels.
   const int32_t skip = output.Direct() ? columns.skip : 0;
-  Band band(job, {output.Bits(), mapping.device.left, width + skip, skip, mapping.Rows()}, info);
+  Band band(job, {output.Bits(), mapping.device.left, width + skip, skip, mapping.Rows()}, scratch);
   if (!band) return ERR_NO_MEMORY;
-  band.SetUsage(SetBandColors(info, job.bitmap, output.Bits(), output.Dithers()));
+  tools->table.SetColors(job, output.Bits(), output.Dithers(), ColorsTold(*job.bitmap, output));
+  band.Describe(tools->table);
   if (output.Direct()) {
     PaintStoredRows(job, mapping, columns, &band);
   } else {
-    PaintRows(job, mapping, columns, output, fetched.data(), &band);
+    PaintRows(job, mapping, columns, output, fetched, &band);
   }
   return OK;
 }

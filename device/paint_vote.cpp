@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "device/band.h"
 #include "device/bit_rows.h"
+#include "device/paint_tools.h"
 
 namespace vn {
 namespace {
@@ -27,22 +27,23 @@ uint32_t InkThreshold(uint64_t area) {
 
 class InkVote {
  public:
-  InkVote(const PaintJob& job, const ScaleMapping& mapping, bool invert)
+  InkVote(const PaintJob& job, const ScaleMapping& mapping, bool invert, PaintScratch* scratch)
       : mapping_(mapping),
         height_(static_cast<uint64_t>(job.bitmap->Height)),
         invert_(invert),
         across_(std::max(mapping.column.quotient, 1u)),
         down_(std::max(mapping.row.quotient, 1u)),
         threshold_(InkThreshold(uint64_t{across_} * down_)),
-        rows_(job, mapping, mapping.ColumnOf(mapping.Pixels() - 1) - mapping.firstColumn + across_),
-        counts_(ZeroedScratch<uint32_t>(mapping.Pixels())) {}
+        rows_(job, mapping, mapping.ColumnOf(mapping.Pixels() - 1) - mapping.firstColumn + across_,
+              scratch),
+        counts_(scratch->Zeroed<uint32_t>(PaintSlot::kSums, mapping.Pixels())) {}
 
   explicit operator bool() const { return rows_ && counts_; }
 
   // The output row for work row `row`, written to `to`.
   void Write(uint64_t row, uint8_t* to, uint32_t bytes) {
     const uint32_t pixels = mapping_.Pixels();
-    std::fill_n(counts_.data(), pixels, 0u);
+    std::fill_n(counts_, pixels, 0u);
     // Every second row votes, and with more than one beyond the pixel's own block.
     uint64_t cursor = std::min(row, height_ - 1);
     for (uint32_t i = 0; i < down_; ++i) {
@@ -78,7 +79,7 @@ class InkVote {
   uint32_t across_, down_;  // block of source pixels that votes
   uint32_t threshold_;
   BitRows rows_;
-  ScratchBuffer<uint32_t> counts_;
+  uint32_t* counts_;
 };
 
 void PaintRows(const ScaleMapping& mapping, InkVote* vote, Band* band) {
@@ -101,26 +102,19 @@ void PaintRows(const ScaleMapping& mapping, InkVote* vote, Band* band) {
 
 }  // namespace
 
-VnStatus PaintBitonalVote(const PaintJob& job, bool invert) {
+VnStatus PaintBitonalVote(const PaintJob& job, bool invert, PaintTools* tools) {
   ScaleMapping mapping;
   if (!MapScaled(job, &mapping)) return OK;
   mapping.CarryAtEqualSizes();
 
-  ThreadSettings& settings = CurrentThreadSettings();
-  BitmapInfo256* info = &settings.PaintInfo;
-  Band band(job, {1, mapping.x0, static_cast<int32_t>(mapping.Pixels()), 0, mapping.Rows()}, info);
-  InkVote vote(job, mapping, invert);
+  Band band(job, {1, mapping.x0, static_cast<int32_t>(mapping.Pixels()), 0, mapping.Rows()},
+            &tools->scratch);
+  InkVote vote(job, mapping, invert, &tools->scratch);
   if (!band || !vote) return ERR_NO_MEMORY;
-  const bool indexes = settings.DisplayMode & MODE_DEVICE_INDEXES;
-  if (indexes && !(settings.DisplayMode & MODE_FIXED_PALETTE)) {
-    band.SetUsage(SetBandColors(info, job.bitmap, 1, false));
-    PaintRows(mapping, &vote, &band);
-  } else {
-    band.SetUsage(SetBandPalette(info, job.bitmap));
-    PaintRows(mapping, &vote, &band);
-    // Under MODE_DEVICE_INDEXES later paints rely on the identity table.
-    if (indexes) WriteIdentityIndexes(info->Indexes());
-  }
+  tools->table.SetInks(job);
+  band.Describe(tools->table);
+  PaintRows(mapping, &vote, &band);
+  tools->table.Restore();
   return OK;
 }
 

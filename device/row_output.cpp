@@ -4,32 +4,41 @@
 
 namespace vn {
 
-VnStatus RowOutput::Prepare(const PaintJob& job, int32_t deviceBits, int32_t kind,
-                            uint64_t pixels) {
-  bitmap_ = job.bitmap;
-  bits_ = bitmap_->BitsPerPixel;
-  if (kind == PAINT_DITHER) return PrepareDither(deviceBits, pixels);
+VnStatus RowOutput::Prepare(const PaintJob& job, int32_t deviceBits, int32_t kind, uint64_t pixels,
+                            PaintScratch* scratch) {
+  if (!bitmap_) {
+    const VnStatus status = Choose(*job.bitmap, deviceBits, kind, scratch);
+    if (status != OK) return status;
+    bitmap_ = job.bitmap;
+  }
+  if (!diffuses_) return OK;
+  errors_ = scratch->Zeroed<DiffusionCell>(PaintSlot::kErrors, pixels);
+  return errors_ ? OK : ERR_NO_MEMORY;
+}
+
+VnStatus RowOutput::Choose(const BitmapHandle& bitmap, int32_t deviceBits, int32_t kind,
+                           PaintScratch* scratch) {
+  bits_ = bitmap.BitsPerPixel;
+  if (kind == PAINT_DITHER) return ChooseDither(bitmap, deviceBits, scratch);
   if (kind == PAINT_EXPAND) {
-    bits_ = 24;
-    expand_ = SelectExpandRow(bitmap_->BitsPerPixel);
+    expand_ = SelectExpandRow(bits_);
     if (!expand_) return ERR_INVALID_PARAMETER;
+    bits_ = 24;
   }
   return OK;
 }
 
-VnStatus RowOutput::PrepareDither(int32_t deviceBits, uint64_t pixels) {
+VnStatus RowOutput::ChooseDither(const BitmapHandle& bitmap, int32_t deviceBits,
+                                 PaintScratch* scratch) {
   bits_ = deviceBits;
-  dither_ = SelectDitherRow(bitmap_->BitsPerPixel, deviceBits);
+  dither_ = SelectDitherRow(bitmap.BitsPerPixel, deviceBits);
   if (!dither_) return ERR_INVALID_PARAMETER;
-  if (bitmap_->BitsPerPixel <= 8) {
-    colors_ = ZeroedScratch<RGBQUAD>(kMaxColors);
+  if (bitmap.BitsPerPixel <= 8) {
+    colors_ = scratch->Zeroed<RGBQUAD>(PaintSlot::kColors, kMaxColors);
     if (!colors_) return ERR_NO_MEMORY;
-    Vn_GetPaletteEntries(ActivePalette(*bitmap_), 0, kMaxColors, colors_.data());
+    Vn_GetPaletteEntries(ActivePalette(bitmap), 0, kMaxColors, colors_);
   }
-  if (!(Vn_GetDisplayMode() & MODE_ORDERED_DITHER)) {
-    errors_ = ZeroedScratch<DiffusionCell>(pixels);
-    if (!errors_) return ERR_NO_MEMORY;
-  }
+  diffuses_ = !(Vn_GetDisplayMode() & MODE_ORDERED_DITHER);
   return OK;
 }
 

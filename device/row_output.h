@@ -5,14 +5,17 @@
 #include "device/dither_rows.h"
 #include "device/expand_rows.h"
 #include "device/paint_job.h"
+#include "device/paint_scratch.h"
 
 namespace vn {
 
 class RowOutput {
  public:
-  // Chooses the loop, once for the paint, and takes what it needs for rows of `pixels` pixels.
-  // Returns OK, ERR_INVALID_PARAMETER when there is no loop for the depths, or ERR_NO_MEMORY.
-  VnStatus Prepare(const PaintJob& job, int32_t deviceBits, int32_t kind, uint64_t pixels);
+  // Chooses the loop, once for all paints of a series, and takes what a paint needs for rows of
+  // `pixels` pixels. Returns OK, ERR_INVALID_PARAMETER when there is no loop for the depths, or
+  // ERR_NO_MEMORY.
+  VnStatus Prepare(const PaintJob& job, int32_t deviceBits, int32_t kind, uint64_t pixels,
+                   PaintScratch* scratch);
 
   // Depth of the rows that go out.
   int32_t Bits() const { return bits_; }
@@ -25,21 +28,24 @@ class RowOutput {
   void Write(uint8_t* to, const uint8_t* row, int32_t first, int32_t last, uint32_t patternX,
              int32_t patternY) const {
     if (dither_) {
-      dither_(to, row, bitmap_, first, last, patternX, patternY, errors_.data(), colors_.data());
+      dither_(to, row, bitmap_, first, last, patternX, patternY, errors_, colors_);
     } else {
       expand_(to, row, bitmap_, first, last);
     }
   }
 
  private:
-  VnStatus PrepareDither(int32_t deviceBits, uint64_t pixels);
+  VnStatus Choose(const BitmapHandle& bitmap, int32_t deviceBits, int32_t kind,
+                  PaintScratch* scratch);
+  VnStatus ChooseDither(const BitmapHandle& bitmap, int32_t deviceBits, PaintScratch* scratch);
 
-  const BitmapHandle* bitmap_ = nullptr;
+  const BitmapHandle* bitmap_ = nullptr;  // null before the loop is chosen
   int32_t bits_ = 0;
   DitherRow dither_ = nullptr;
   ExpandRow expand_ = nullptr;
-  ScratchBuffer<DiffusionCell> errors_;
-  ScratchBuffer<RGBQUAD> colors_;
+  bool diffuses_ = false;
+  DiffusionCell* errors_ = nullptr;
+  RGBQUAD* colors_ = nullptr;
 };
 
 }  // namespace vn
