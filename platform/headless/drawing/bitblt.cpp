@@ -10,6 +10,12 @@
 namespace headless {
 namespace {
 
+// 0 and 1 stay what they are between monochrome bitmaps.
+const PixelTable& SameMonochrome() {
+  static const PixelTable table({0, 1}, LayoutOf(1));
+  return table;
+}
+
 // A copy of some rows of a surface, for a job that writes to the pixels that it reads.
 struct RowsCopy {
   RowsCopy(const Surface& from, int32_t firstRow, int32_t rowCount) : surface(from) {
@@ -66,7 +72,7 @@ bool SourceBlit(const Context& context, int x, int y, int width, int height,
     colors = &monochrome;
   }
   const ColorMap map = source->monochrome() && target->monochrome()
-                           ? ColorMap(source->layout, std::array<uint32_t, 256>{0, 1}, *target)
+                           ? ColorMap(source->layout, SameMonochrome(), *target)
                            : ColorMap(source->layout, colors, *target, MonochromeOf(sourceContext));
   Blit({target, context.state.clip.get(), columns, rows, source, &map,
         Find<Brush>(context.state.brush), MonochromeOf(context), operation});

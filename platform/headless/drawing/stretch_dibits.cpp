@@ -24,36 +24,39 @@ bool OnSystemPalette(const Context& context, const Surface& target) {
 // Palette indexes of a DIB to system indexes, through a realised palette: no colour is looked at.
 // What was translated last is kept, since a picture comes in many small parts. Guarded by the lock
 // of every call.
-const std::array<uint32_t, 256>& RealizedIndexes(const DibFormat& format, const Palette& palette) {
+const PixelTable& RealizedIndexes(const DibFormat& format, const Palette& palette) {
   static uint8_t lastTable[256 * sizeof(WORD)];
   static size_t lastSize = 0;
   static std::vector<uint8_t> lastMapping;
-  static std::array<uint32_t, 256> indexes;
+  static PixelTable indexes;
   const size_t size = format.colorCount * sizeof(WORD);
-  if (size == lastSize && std::memcmp(format.table, lastTable, size) == 0 &&
-      palette.mapping == lastMapping) {
+  if (size == lastSize && indexes.bits() == format.layout.bits &&
+      std::memcmp(format.table, lastTable, size) == 0 && palette.mapping == lastMapping) {
     return indexes;
   }
   lastSize = 0;
   lastMapping = palette.mapping;
   std::memcpy(lastTable, format.table, size);
   lastSize = size;
-  indexes = {};
+  std::array<uint32_t, 256> mapped{};
   for (uint32_t i = 0; i < format.colorCount; ++i) {
     WORD index;
     std::memcpy(&index, format.table + i * sizeof index, sizeof index);
-    indexes[i] = palette.mapping[index % palette.mapping.size()];
+    mapped[i] = palette.mapping[index % palette.mapping.size()];
   }
-  return indexes;
+  return indexes = PixelTable(mapped, format.layout);
 }
 
-// Whether a DIB goes that way.
-bool ThroughRealized(const DibFormat& format, UINT usage, const Context& context,
-                     const Surface& target) {
+// The palette of a DIB that goes that way, or null.
+const Palette* ThroughRealized(const DibFormat& format, UINT usage, const Context& context,
+                               const Surface& target) {
+  if (usage != DIB_PAL_COLORS || !format.layout.indexed() || !OnSystemPalette(context, target)) {
+    return nullptr;
+  }
   const Palette* palette = context.SelectedPalette();
-  return usage == DIB_PAL_COLORS && format.layout.indexed() && palette &&
-         !palette->mapping.empty() && OnSystemPalette(context, target) &&
-         context.device().palette->Holds(*palette);
+  return palette && !palette->mapping.empty() && context.device().palette->Holds(*palette)
+             ? palette
+             : nullptr;
 }
 
 // Whether a stretch of pixels from `first` on, of either sign, has one from 0 to limit - 1.
@@ -90,8 +93,8 @@ int Draw(const Headless_StretchCall& call) {
     return 0;
   }
   std::optional<ColorMap> map;
-  if (ThroughRealized(format, call.usage, *context, *target)) {
-    map.emplace(format.layout, RealizedIndexes(format, *context->SelectedPalette()), *target);
+  if (const Palette* palette = ThroughRealized(format, call.usage, *context, *target)) {
+    map.emplace(format.layout, RealizedIndexes(format, *palette), *target);
   } else {
     ColorTable colors;
     if (!ReadDibColors(format, call.usage, context, &colors)) return 0;
@@ -135,8 +138,9 @@ int Draw(const Headless_StretchCall& call) {
     reached = Reached(decoded.reached, call.x, call.y, *target, clip);
     clip = &reached;
   }
-  Blit({target, clip, columns, rows, &source, &*map, Find<Brush>(context->state.brush), monochrome,
-        RasterOp(call.rasterOp)});
+  const RasterOp operation(call.rasterOp);
+  const Brush* brush = operation.NeedsPattern() ? Find<Brush>(context->state.brush) : nullptr;
+  Blit({target, clip, columns, rows, &source, &*map, brush, monochrome, operation});
   return copies || !format.topDown ? format.height : -format.height;
 }
 

@@ -53,6 +53,19 @@ Axis MakeAxis(int32_t target, int32_t targetSize, int32_t targetLimit, int32_t s
       sourcePixels > kLargestSize) {
     return Axis{};
   }
+  if (targetSize == sourceSize && targetSize > 0) {
+    // One to one no division is needed, and pictures come in many small parts.
+    const int64_t shift = int64_t{source} - target;
+    const int64_t first = std::max(int64_t{visible.first}, -shift);
+    const int64_t last =
+        std::min(int64_t{visible.first} + visible.count, int64_t{sourceLimit} - shift);
+    if (first >= last) return Axis{};
+    Axis axis = visible;
+    axis.first = static_cast<int32_t>(first);
+    axis.count = static_cast<int32_t>(last - first);
+    axis.source = static_cast<int32_t>(first + shift);
+    return axis;
+  }
   const Mapping1D mapping(targetPixels, sourcePixels);
   const auto spanOf = [&](int64_t at) {
     const int64_t i = targetSize < 0 ? target - at : at - target;

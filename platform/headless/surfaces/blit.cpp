@@ -71,7 +71,6 @@ class Painter {
   explicit Painter(const BlitJob& job)
       : job_(job), bits_(job.target->layout.bits), copies_(job.operation.CopiesSource()) {
     const auto width = static_cast<size_t>(job.columns.count);
-    source_.resize(width);
     if (job.source && !job.rows.straight()) met_.resize(width);
     if (job.operation.NeedsPattern()) pattern_.emplace(job);
     if (!copies_) {
@@ -88,16 +87,30 @@ class Painter {
       copiesBytes_ = job.map->identity();
       // The table of all bytes must be worth its while.
       copiesTable_ = !copiesBytes_ && bits_ <= 8 && job.source->layout.bits == bits_ &&
-                     int64_t{job.columns.count} * job.rows.count >= 256;
+                     (bits_ == 8 || int64_t{job.columns.count} * job.rows.count >= 256);
     }
-    if (copiesTable_) FillByteTable();
+    if (copiesTable_) byteTable_ = bits_ == 8 ? job.map->table().data() : FillByteTable();
+    // Where nothing is copied, words are needed.
+    if (!copiesBytes_ && !copiesTable_) source_.resize(width);
   }
 
+  // The part of the target within a rectangle that is not empty.
+  void Paint(const RECT& r) {
+    const int32_t width = r.right - r.left;
+    if ((copiesBytes_ || copiesTable_) && bits_ >= 8 && job_.rows.straight()) {
+      return CopyRows(r, width);
+    }
+    for (int32_t y = r.top; y < r.bottom; ++y)
+      PaintRow(r.left, y, width);
+  }
+
+ private:
   void PaintRow(int32_t x, int32_t y, int32_t count) {
     uint8_t* row = job_.target->Row(y);
     if (job_.source) {
       const Span rows = job_.rows.SourcesOf(y);
       if (rows.first == rows.last && CopyRow(job_.source->Row(rows.first), row, x, count)) return;
+      source_.resize(std::max(source_.size(), static_cast<size_t>(count)));
       GetSource(job_.source->Row(rows.first), x, count, source_.data());
       for (int32_t r = rows.first + 1; r <= rows.last; ++r) {
         GetSource(job_.source->Row(r), x, count, met_.data());
@@ -113,17 +126,31 @@ class Painter {
     StorePixels(row, bits_, x, count, targetPixels_.data());
   }
 
- private:
-  // What the pixels of a byte become, up to 8 bits.
-  void FillByteTable() {
+  // Rows of whole bytes.
+  void CopyRows(const RECT& r, int32_t width) const {
+    const auto bytes = static_cast<size_t>(width) * (bits_ / 8);
+    const auto columns = static_cast<size_t>(job_.columns.SourcesOf(r.left).first);
+    const uint8_t* from =
+        job_.source->Row(job_.rows.SourcesOf(r.top).first) + columns * (bits_ / 8);
+    uint8_t* to = job_.target->Row(r.top) + static_cast<size_t>(r.left) * (bits_ / 8);
+    for (int32_t y = r.top; y < r.bottom; ++y) {
+      CopyWhole(from, to, bytes);
+      from += job_.source->pitch;
+      to += job_.target->pitch;
+    }
+  }
+
+  // What the pixels of a byte become, below 8 bits.
+  const uint32_t* FillByteTable() {
     const uint32_t mask = (1u << bits_) - 1;
     for (uint32_t byte = 0; byte < 256; ++byte) {
       uint32_t mapped = 0;
       for (uint32_t shift = 0; shift < 8; shift += bits_) {
         mapped |= (job_.map->table()[byte >> shift & mask] & mask) << shift;
       }
-      bytes_[byte] = static_cast<uint8_t>(mapped);
+      bytes_[byte] = mapped;
     }
+    return bytes_;
   }
 
   // The two ways that need no words in between: bytes as they are, or through a table. False when
@@ -150,26 +177,31 @@ class Painter {
   }
 
   void CopyBits(uint8_t from, uint8_t* to, uint32_t mask) const {
-    const uint32_t mapped = copiesBytes_ ? from : bytes_[from];
+    const uint32_t mapped = copiesBytes_ ? from : byteTable_[from];
     *to = static_cast<uint8_t>((*to & ~mask) | (mapped & mask));
   }
 
   void CopyWhole(const uint8_t* from, uint8_t* to, size_t count) const {
     // The caller's rows may lie in the target's own memory.
     if (copiesBytes_) {
-      std::memmove(to, from, count);
+      if (count == 1) {
+        *to = *from;
+      } else {
+        std::memmove(to, from, count);
+      }
       return;
     }
+    const uint32_t* const table = byteTable_;
     size_t i = 0;
     for (; i + 8 <= count; i += 8) {
       uint64_t eight, mapped = 0;
       std::memcpy(&eight, from + i, sizeof eight);
       for (uint32_t shift = 0; shift < 64; shift += 8)
-        mapped |= uint64_t{bytes_[eight >> shift & 0xFF]} << shift;
+        mapped |= uint64_t{table[eight >> shift & 0xFF]} << shift;
       std::memcpy(to + i, &mapped, sizeof mapped);
     }
     for (; i < count; ++i)
-      to[i] = bytes_[from[i]];
+      to[i] = static_cast<uint8_t>(table[from[i]]);
   }
 
   // Values of the target for what columns x to x + count - 1 take from a source row.
@@ -197,7 +229,8 @@ class Painter {
   const uint32_t bits_;
   const bool copies_;
   bool copiesBytes_ = false, copiesTable_ = false;
-  uint8_t bytes_[256];
+  const uint32_t* byteTable_ = nullptr;
+  uint32_t bytes_[256];
   int32_t unstretchedFirst_ = 0;
   std::vector<uint32_t> source_, met_, unstretched_, patternPixels_, targetPixels_;
   std::optional<PatternRows> pattern_;
@@ -213,11 +246,8 @@ void Blit(const BlitJob& job) {
                      job.rows.first + job.rows.count};
   const auto paint = [&](const RECT& part) {
     const int32_t left = std::max(area.left, part.left), right = std::min(area.right, part.right);
-    const int32_t bottom = std::min(area.bottom, part.bottom);
-    if (left >= right) return;
-    for (int32_t y = std::max(area.top, part.top); y < bottom; ++y) {
-      painter.PaintRow(left, y, right - left);
-    }
+    const int32_t top = std::max(area.top, part.top), bottom = std::min(area.bottom, part.bottom);
+    if (left < right && top < bottom) painter.Paint({left, top, right, bottom});
   };
   if (!job.clip) return paint(area);
   for (const RECT& part : *job.clip)

@@ -75,6 +75,12 @@ uint32_t ColorOf(uint32_t pixel, const Surface& surface) {
   return pixel;
 }
 
+PixelTable::PixelTable(const std::array<uint32_t, 256>& values, const PixelLayout& source)
+    : values_(values), bits_(source.bits), keepsAll_(true) {
+  for (uint32_t i = 0; keepsAll_ && i < 1u << bits_; ++i)
+    keepsAll_ = values_[i] == i;
+}
+
 ColorMap::ColorMap(const PixelLayout& source, const ColorTable* colors, const Surface& target,
                    const MonochromeColors& monochrome)
     : source_(source), target_(target) {
@@ -85,31 +91,27 @@ ColorMap::ColorMap(const PixelLayout& source, const ColorTable* colors, const Su
     if (target.layout.bits == 8) Cells().Start(*target.colors);
     return;
   }
+  std::array<uint32_t, 256> values{};
   if (target.monochrome()) {
-    table_[NearestEntry(*colors, monochrome.background)] = 1;
+    values[NearestEntry(*colors, monochrome.background)] = 1;
   } else if (target.layout.indexed() && !SameColors(*colors, *target.colors)) {
-    table_ = NearestEntries(*colors, *target.colors);
+    values = NearestEntries(*colors, *target.colors);
   } else {
     for (uint32_t i = 0; i < colors->count; ++i) {
-      table_[i] = target.layout.indexed() ? i : RgbOf(colors->entries[i]);
+      values[i] = target.layout.indexed() ? i : RgbOf(colors->entries[i]);
     }
     if (!target.layout.indexed())
-      RgbToPixels(target.layout, static_cast<int32_t>(colors->count), table_.data());
+      RgbToPixels(target.layout, static_cast<int32_t>(colors->count), values.data());
   }
-  CheckTable();
+  table_ = &own_.emplace(values, source);
+  identity_ = source == target.layout && table_->keepsAll();
 }
 
-ColorMap::ColorMap(const PixelLayout& source, const std::array<uint32_t, 256>& table,
-                   const Surface& target)
-    : source_(source), target_(target), table_(table) {
-  CheckTable();
-}
-
-void ColorMap::CheckTable() {
-  identity_ = source_ == target_.layout;
-  for (uint32_t i = 0; identity_ && i < 1u << source_.bits; ++i)
-    identity_ = table_[i] == i;
-}
+ColorMap::ColorMap(const PixelLayout& source, const PixelTable& table, const Surface& target)
+    : source_(source),
+      target_(target),
+      identity_(source == target.layout && table.keepsAll()),
+      table_(&table) {}
 
 void ColorMap::Apply(int32_t count, uint32_t* pixels) const {
   if (identity_) return;
@@ -117,7 +119,7 @@ void ColorMap::Apply(int32_t count, uint32_t* pixels) const {
     for (int32_t i = 0; i < count; ++i)
       pixels[i] = convert(pixels[i]);
   };
-  if (source_.indexed()) return each([&](uint32_t value) { return table_[value]; });
+  if (source_.indexed()) return each([&values = table()](uint32_t value) { return values[value]; });
 
   if (target_.monochrome()) return each([&](uint32_t value) { return value == backgroundPixel_; });
   PixelsToRgb(source_, count, pixels);
