@@ -44,10 +44,12 @@ Size VideoSession::Room() const {
 
 Window::Window(Size size)
     : window_(SDL_CreateWindow("vnview", SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED,
-                               size.width, size.height, SDL_WINDOW_RESIZABLE)) {
+                               size.width, size.height, SDL_WINDOW_RESIZABLE | SDL_WINDOW_HIDDEN)) {
   if (!window_) Fail("cannot open a window");
+  // Some renderers put another window in its place, so it shows itself only afterwards.
   renderer_.reset(SDL_CreateRenderer(window_.get(), -1, 0));
   if (!renderer_) Fail("cannot draw in a window");
+  SDL_ShowWindow(window_.get());
 }
 
 Size Window::size() const {
