@@ -81,7 +81,8 @@ void EqualsTheModel(int32_t storage, int32_t rounds) {
     RandomBitmap texture(random, textureWidth, textureHeight, textureBits, storage,
                          textureColors.data());
     texture->ColorOrder = ORDER_BGR;  // of a texture, which is copied, it does not count
-    if (random.Chance(3)) SelectEllipse(bitmap, {1, 1, width - 2, height});
+    // Thin ellipses are not the same on every platform.
+    if (random.Chance(3) && width > 9) SelectEllipse(bitmap, {1, 1, width - 2, height});
     if (bits <= 8 && random.Chance(2)) Vn_CreatePaletteColors(bitmap);
     const uint32_t flags = bitmap->Flags;
     SCOPED_TRACE(testing::Message() << "round " << round << ", " << bits << " bits, texture "
