@@ -18,9 +18,29 @@ Sampled::Sampled(Meaning what, int bits, Alpha transparent, int32_t columns, int
   }
 }
 
+// CIE L*a*b* under D50.
+Rgb ShowLab(double l, double a, double b) {
+  const double fy = (l + 16) / 116, at[3] = {fy + a / 500, fy, fy - b / 200};
+  const double white[3] = {0.9642, 1, 0.8251};
+  const double to[3][3] = {
+      {3.13386, -1.61687, -0.49061}, {-0.97877, 1.91614, 0.03345}, {0.07195, -0.22899, 1.40524}};
+  double light[3] = {};
+  for (int i = 0; i < 9; ++i) {
+    const double t = at[i % 3];
+    light[i / 3] +=
+        to[i / 3][i % 3] * white[i % 3] * (t > 6.0 / 29 ? t * t * t : (116 * t - 16) / 903.3);
+  }
+  const auto level = [](double v) {
+    v = std::clamp(v, 0.0, 1.0);
+    v = v <= 0.0031308 ? 12.92 * v : 1.055 * std::pow(v, 1 / 2.4) - 0.055;
+    return static_cast<int32_t>(std::lround(255 * v));
+  };
+  return {level(light[0]), level(light[1]), level(light[2])};
+}
+
 Rgb Sampled::ColorAt(int32_t x, int32_t y, Rgb background) const {
   const auto level = [&](int sample) { return To8(At(x, y, sample), depth); };
-  const auto light = [&](int ink) { return std::max(255 - level(ink) - level(3), 0); };
+  const auto light = [&](int ink) { return (255 - level(ink)) * (255 - level(3)) / 255; };
   const int32_t gray = meaning == Meaning::kWhiteIsZero ? 255 - level(0) : level(0);
   Rgb color{gray, gray, gray};
   if (meaning == Meaning::kPalette) color = palette[At(x, y, 0)];
@@ -32,6 +52,14 @@ Rgb Sampled::ColorAt(int32_t x, int32_t y, Rgb background) const {
       return static_cast<int32_t>(std::lround(std::clamp(level(0) + moved, 0.0, 255.0)));
     };
     color = {channel(1.402 * cr), channel(-0.344136 * cb - 0.714136 * cr), channel(1.772 * cb)};
+  }
+  if (meaning >= Meaning::kLab) {
+    const auto chroma = [&](int i) {
+      const int32_t whole = At(x, y, i), half = 1 << (depth - 1);
+      const bool offset = meaning == Meaning::kIccLab || whole >= half;
+      return (whole - offset * half * (meaning == Meaning::kIccLab ? 1 : 2)) * 128.0 / half;
+    };
+    color = ShowLab(At(x, y, 0) * 100.0 / ((1 << depth) - 1), chroma(1), chroma(2));
   }
   int32_t opacity = alpha == Alpha::kNone ? 255 : level(Colors());
   if (At(x, y, 0) < transparency.size()) opacity = transparency[At(x, y, 0)];

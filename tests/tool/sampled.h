@@ -8,7 +8,8 @@
 
 namespace vn::test {
 
-enum class Meaning { kGray, kWhiteIsZero, kPalette, kRgb, kInks, kYcc };
+// Lab is with a* and b* signed, or with an offset as ICC profiles have it.
+enum class Meaning { kGray, kWhiteIsZero, kPalette, kRgb, kInks, kYcc, kLab, kIccLab };
 enum class Alpha { kNone, kPlain, kMultiplied };
 
 inline int32_t To8(uint32_t sample, int depth) {

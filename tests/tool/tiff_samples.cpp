@@ -41,6 +41,9 @@ constexpr TiffKind kKinds[] = {
     {Meaning::kGray, 8, Alpha::kMultiplied, COMPRESSION_NONE},
     {Meaning::kInks, 8, Alpha::kNone, COMPRESSION_NONE},
     {Meaning::kInks, 16, Alpha::kNone, COMPRESSION_LZW},
+    {Meaning::kLab, 8, Alpha::kNone, COMPRESSION_NONE},
+    {Meaning::kLab, 16, Alpha::kNone, COMPRESSION_LZW},
+    {Meaning::kIccLab, 8, Alpha::kNone, COMPRESSION_LZW},
     {Meaning::kYcc, 8, Alpha::kNone, COMPRESSION_LZW},
     {Meaning::kYcc, 8, Alpha::kNone, COMPRESSION_JPEG},  // as photographs are kept
 };
@@ -73,10 +76,11 @@ bool Can(const TiffKind& kind, const TiffLayout& layout) {
                      : !layout.planes || kind.meaning != Meaning::kYcc;
 }
 
-// 1 where samples are rounded before alpha is laid or inks are taken together, or by libtiff.
+// 1 where samples are rounded before alpha is laid or inks are taken together, by libtiff, or in
+// Lab.
 int32_t ToleranceOf(const TiffKind& kind) {
   if (kind.Jpeg()) return 12;
-  return kind.meaning == Meaning::kYcc || kind.alpha == Alpha::kMultiplied ||
+  return kind.meaning >= Meaning::kYcc || kind.alpha == Alpha::kMultiplied ||
          (kind.depth == 16 && (kind.alpha != Alpha::kNone || kind.meaning == Meaning::kInks));
 }
 
@@ -99,7 +103,8 @@ void SetJpeg(TIFF* tiff) {
 void SetFields(TIFF* tiff, const Sampled& made, const TiffKind& kind, const TiffLayout& layout) {
   constexpr int kPhotometric[] = {PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE,
                                   PHOTOMETRIC_PALETTE,    PHOTOMETRIC_RGB,
-                                  PHOTOMETRIC_SEPARATED,  PHOTOMETRIC_YCBCR};
+                                  PHOTOMETRIC_SEPARATED,  PHOTOMETRIC_YCBCR,
+                                  PHOTOMETRIC_CIELAB,     PHOTOMETRIC_ICCLAB};
   TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, made.width);
   TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, made.height);
   TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, made.depth);

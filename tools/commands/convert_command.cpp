@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "tools/commands/commands.h"
+#include "tools/commands/picture_options.h"
 #include "tools/operations/geometry_operations.h"
 #include "tools/operations/headless_device.h"
 #include "tools/operations/load_bitmap.h"
@@ -25,6 +26,7 @@ struct ConvertOptions {
   int32_t storage = STORAGE_AUTO;
   bool lowMemory = false;
   ReadOptions read;
+  WriteOptions write;
   GeometrySettings geometry;
   std::vector<OperationKind> geometryKinds;
   // The option of each kind of operation, and of each setting of a reduction. Options hold their
@@ -106,7 +108,9 @@ void Convert(const ConvertOptions& options, const std::vector<Operation>& operat
     operations[static_cast<size_t>(stage - 1)](bitmap);
   }
   bar.BeginStage(stages - 1, stages);
-  const auto sink = CreatePicture(std::move(file), InfoOf(bitmap));
+  PictureInfo info = InfoOf(bitmap);
+  info.metadata = options.write.MetadataOf(picture->Info());
+  const auto sink = CreatePicture(std::move(file), info);
   SaveBitmap(bitmap, *sink);
   sink->Finish();
 }
@@ -147,14 +151,12 @@ void AddConvertCommand(CLI::App& app) {
             "Where the picture's pixels lie");
   convert->add_flag("--low-memory", options->lowMemory,
                     "Claim Win32s: larger pictures lie in temporary files");
-  AddParsed(convert, "--background", &options->geometry.background, &ParseColor, "COLOUR",
-            "Under transparent pixels and around turned pictures, white if not given");
+  AddReadOptions(convert, &options->read, " and around turned pictures");
+  options->write.AddTo(convert);
   convert->add_flag("--keep-size", options->geometry.keepSize,
                     "Pictures keep their size when they are turned: corners are cut off");
-  convert->add_flag("--ignore-orientation", options->read.ignoreOrientation,
-                    "Leave photographs and scans as they lie in the file");
   convert->callback([convert, options] {
-    options->read.background = options->geometry.background;
+    options->geometry.background = options->read.background;
     Convert(*options, OperationsOf(*convert, *options));
   });
 }

@@ -7,12 +7,13 @@
 #include "kernel/guards.h"
 #include "tools/commands/commands.h"
 #include "tools/commands/paint_options.h"
+#include "tools/commands/picture_options.h"
 #include "tools/operations/headless_device.h"
 
 namespace vn::tool {
 namespace {
 
-void Paint(const PaintOptions& options, const std::string& out) {
+void Paint(const PaintOptions& options, const WriteOptions& write, const std::string& out) {
   PaintSubject subject(options);
   auto file = OpenPictureFile(out);
   subject.Load();
@@ -21,7 +22,11 @@ void Paint(const PaintOptions& options, const std::string& out) {
     const DisplayModeScope mode(~0u, options.DisplayMode());
     device.Paint({subject.bitmap(), subject.Source(), device.Area()});
   }
-  const auto sink = CreatePicture(std::move(file), device.Info());
+  PictureInfo info = device.Info();
+  info.xDotsPerInch = subject.bitmap()->XResolution;
+  info.yDotsPerInch = subject.bitmap()->YResolution;
+  info.metadata = write.MetadataOf(subject.Info());
+  const auto sink = CreatePicture(std::move(file), info);
   device.WriteTo(*sink);
   sink->Finish();
 }
@@ -32,11 +37,13 @@ void AddPaintCommand(CLI::App& app) {
   CLI::App* const paint =
       app.add_subcommand("paint", "Paint a picture on a device and keep what it shows");
   const auto options = std::make_shared<PaintOptions>();
+  const auto write = std::make_shared<WriteOptions>();
   const auto out = std::make_shared<std::string>();
   paint->add_option("IN", options->in, "The picture")->required();
   paint->add_option("OUT", *out, "What the device shows")->required();
   options->AddTo(paint);
-  paint->callback([options, out] { Paint(*options, *out); });
+  write->AddTo(paint);
+  paint->callback([options, write, out] { Paint(*options, *write, *out); });
 }
 
 }  // namespace vn::tool

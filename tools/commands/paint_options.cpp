@@ -1,5 +1,6 @@
 #include "tools/commands/paint_options.h"
 
+#include "tools/commands/picture_options.h"
 #include "tools/operations/headless_device.h"
 #include "tools/operations/load_bitmap.h"
 #include "tools/terminal/progress_bar.h"
@@ -23,8 +24,7 @@ void PaintOptions::AddTo(CLI::App* command) {
   AddParsed(command, "--storage", &storage, &ParseStorage, "auto|disk|memory",
             "Where the picture's pixels lie");
   command->add_flag("--low-memory", lowMemory, "Claim Win32s: disk storage is a temporary file");
-  AddParsed(command, "--background", &read.background, &ParseColor, "COLOUR",
-            "Under transparent pixels, white if not given");
+  AddReadOptions(command, &read);
 }
 
 uint32_t PaintOptions::DisplayMode() const {
@@ -41,8 +41,9 @@ PaintSubject::PaintSubject(const PaintOptions& options) : options_(options) {
   if (options.lowMemory) ClaimWin32s();
   picture_ = OpenPicture(options.in, options.read);
   const PictureInfo& info = picture_->Info();
-  area_ = options.source.value_or(Area{0, 0, info.width, info.height});
-  if (options.source) RequireInside("--source", area_, info.width, info.height);
+  const int32_t width = info.UprightWidth(), height = info.UprightHeight();
+  area_ = options.source.value_or(Area{0, 0, width, height});
+  if (options.source) RequireInside("--source", area_, width, height);
   size_ = options.size.value_or(Size{area_.width, area_.height});
   RequirePossibleSize("--size", size_.width, size_.height, options.deviceBits);
 }

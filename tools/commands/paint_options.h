@@ -36,6 +36,8 @@ class PaintSubject {
   void Load();
 
   BitmapHandle* bitmap() { return bitmap_; }
+  // Of the picture that is painted.
+  const PictureInfo& Info() const { return picture_->Info(); }
   // Size of the device.
   Size size() const { return size_; }
   // What of the loaded bitmap is painted, in storage rows.

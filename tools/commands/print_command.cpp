@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tools/commands/commands.h"
+#include "tools/commands/picture_options.h"
 #include "tools/operations/load_bitmap.h"
 #include "tools/operations/option_values.h"
 #include "tools/operations/print_job.h"
@@ -132,8 +133,7 @@ void AddPrintCommand(CLI::App& app) {
             "Top left corner in dots or millimetres; 0 centres");
   AddParsed(print, "--size", &options->size, &ParseExtent, "WxH[mm]",
             "Printed size; a 0 follows from the other by the aspect, both from the page");
-  AddParsed(print, "--background", &options->read.background, &ParseColor, "COLOUR",
-            "Under transparent pixels, white if not given");
+  AddReadOptions(print, &options->read);
   print->callback([options] { Print(*options); });
 }
 

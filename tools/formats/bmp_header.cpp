@@ -163,6 +163,8 @@ BmpHeader::BmpHeader(InputFile& file) {
   topDown = fields.height < 0;
   runs = fields.compression == kRuns8 || fields.compression == kRuns4;
   info.bits = bits <= 8 ? static_cast<int32_t>(bits) : 24;
+  info.facts.format = "BMP";
+  info.facts.model = bits <= 8 ? "palette" : "RGB";
   const int64_t height = topDown ? -fields.height : fields.height;
   RequirePossibleSize(file.Path(), fields.width, height, info.bits);
   info.width = static_cast<int32_t>(fields.width);
@@ -179,6 +181,9 @@ BmpHeader::BmpHeader(InputFile& file) {
   green = BmpField::OfMask(file.Path(), masks[1]);
   blue = BmpField::OfMask(file.Path(), masks[2]);
   opacity = BmpField::OfMask(file.Path(), masks[3]);
+  info.facts.alpha = opacity.width > 0;
+  info.facts.sampleBits =
+      bits <= 8 ? info.bits : static_cast<int32_t>(std::max({red.width, green.width, blue.width}));
   // Colours of a deep picture, and whatever else may lie there.
   const uint64_t table = bits > 8 ? uint64_t{fields.colors} * 4 : 0;
   head.SkipTo(rows >= head.Position() ? rows : head.Position() + table);

@@ -34,7 +34,8 @@ struct JpegError {
 // libjpeg patches damaged data up and warns; here damage is an error. What is only unusual passes.
 inline void OnJpegMessage(j_common_ptr jpeg, int level) {
   const int code = jpeg->err->msg_code;
-  const bool damage = level < 0 && code != JWRN_ADOBE_XFORM && code != JWRN_JFIF_MAJOR;
+  const bool damage =
+      level < 0 && code != JWRN_ADOBE_XFORM && code != JWRN_JFIF_MAJOR && code != JWRN_BOGUS_ICC;
   if (damage) OnJpegError(jpeg);
 }
 

@@ -1,7 +1,6 @@
 #include "tools/formats/jpeg_reader.h"
 
-#include "tools/formats/exif_orientation.h"
-#include "tools/formats/samples.h"
+#include "tools/formats/jpeg_markers.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/interrupt.h"
 
@@ -26,15 +25,6 @@ int32_t DotsPerInch(const jpeg_decompress_struct& jpeg, int32_t density) {
   enum { kPerInch = 1, kPerCentimeter = 2 };
   if (jpeg.density_unit == kPerInch) return density;
   return jpeg.density_unit == kPerCentimeter ? (density * 254 + 50) / 100 : 0;
-}
-
-// By the markers that libjpeg was told to keep.
-int32_t OrientationOf(const jpeg_decompress_struct& jpeg) {
-  for (const jpeg_marker_struct* marker = jpeg.marker_list; marker; marker = marker->next) {
-    const int32_t orientation = ExifOrientation(marker->data, marker->data_length);
-    if (orientation != 1) return orientation;
-  }
-  return 1;
 }
 
 }  // namespace
@@ -89,22 +79,23 @@ JpegReader::JpegReader(std::unique_ptr<InputFile> file, const ReadOptions& optio
 
   ReadHeader();
   ChooseForm();
-  if (!options.ignoreOrientation) info_.orientation = OrientationOf(jpeg);
   info_.width = static_cast<int32_t>(jpeg.image_width);
   info_.height = static_cast<int32_t>(jpeg.image_height);
   if (jpeg.saw_JFIF_marker) {
     info_.xDotsPerInch = DotsPerInch(jpeg, jpeg.X_density);
     info_.yDotsPerInch = DotsPerInch(jpeg, jpeg.Y_density);
   }
+  TakeMarkers(state_.error, &jpeg, info_);
+  SettleOrientation(options, info_);
   // Before anyone allocates rows of that width.
   RequirePossibleSize(file_->Path(), info_.width, info_.height, info_.bits);
-  if (jpeg.out_color_space == JCS_CMYK) inks_.resize(size_t{4} * jpeg.image_width);
+  ChooseColors(options);
 }
 
 void JpegReader::ReadHeader() {
   jpeg_decompress_struct* const jpeg = &state_.jpeg;
   const bool read = GuardJpeg(state_.error, [jpeg] {
-    jpeg_save_markers(jpeg, JPEG_APP0 + 1, 0xFFFF);  // Exif, among others
+    KeepMarkers(jpeg);
     jpeg_read_header(jpeg, TRUE);
   });
   if (!read) Fail();
@@ -112,23 +103,38 @@ void JpegReader::ReadHeader() {
 
 void JpegReader::ChooseForm() {
   jpeg_decompress_struct& jpeg = state_.jpeg;
+  info_.facts.format = "JPEG";
   switch (jpeg.jpeg_color_space) {
     case JCS_GRAYSCALE:
       jpeg.out_color_space = JCS_GRAYSCALE;
       info_.bits = 8;
       info_.colors = GrayRamp(256);
+      info_.facts.model = "gray";
       break;
     case JCS_RGB:
     case JCS_YCbCr:
+      info_.facts.model = jpeg.jpeg_color_space == JCS_RGB ? "RGB" : "YCbCr";
       jpeg.out_color_space = JCS_EXT_BGR;
       break;
     case JCS_CMYK:
     case JCS_YCCK:
+      info_.facts.model = jpeg.jpeg_color_space == JCS_CMYK ? "CMYK" : "YCCK";
       jpeg.out_color_space = JCS_CMYK;
       break;
     default:
       throw Failure(file_->Path() + ": " + std::to_string(jpeg.num_components) +
                     " components that are no colour model");
+  }
+}
+
+void JpegReader::ChooseColors(const ReadOptions& options) {
+  if (state_.jpeg.out_color_space == JCS_CMYK) {
+    row_.resize(size_t{4} * state_.jpeg.image_width);
+    inks_ = std::make_unique<Inks>(info_.metadata);
+  } else if (options.srgb && !info_.colors.empty()) {
+    PaletteToSrgb(file_->Path(), info_);
+  } else if (options.srgb) {
+    toSrgb_ = TakeToSrgb(file_->Path(), info_.metadata, ToSrgb::Samples::kBgr);
   }
 }
 
@@ -147,7 +153,7 @@ void JpegReader::Start() {
 void JpegReader::ReadRow(uint8_t* row) {
   if (!started_) Start();
   jpeg_decompress_struct* const jpeg = &state_.jpeg;
-  uint8_t* const to = inks_.empty() ? row : inks_.data();
+  uint8_t* const to = inks_ ? row_.data() : row;
   if (!GuardJpeg(state_.error, [jpeg, to] {
         JSAMPROW one = to;
         jpeg_read_scanlines(jpeg, &one, 1);
@@ -155,13 +161,15 @@ void JpegReader::ReadRow(uint8_t* row) {
     Fail();
   }
   ++line_;
-  if (inks_.empty()) return;
+  const auto width = static_cast<size_t>(info_.width);
+  if (toSrgb_) toSrgb_->Apply(row, row, width);
+  if (!inks_) return;
   // Adobe's programs write the light that an ink lets through instead of the ink.
   if (jpeg->saw_Adobe_marker) {
-    for (uint8_t& ink : inks_)
+    for (uint8_t& ink : row_)
       ink = static_cast<uint8_t>(255 - ink);
   }
-  ShowInks(inks_.data(), info_.width, row);
+  inks_->Show(row_.data(), row, width);
 }
 
 void JpegReader::Finish() {

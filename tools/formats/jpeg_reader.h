@@ -1,8 +1,7 @@
 // JPEG files as rows of 8 bits, gray, or of 24 bits.
 //
-// Samples are taken as they stand: colour profiles change nothing, and rows come as the camera held
-// the picture, with the orientation told beside them. Inks become colours by the kernel's formula.
-// Damaged data is a failure even where libjpeg could go on.
+// Rows come as the camera held the picture, with the orientation told beside them. Inks become
+// colours here. Damaged data is a failure even where libjpeg could go on.
 #ifndef VNCORE_TOOLS_JPEG_READER_H
 #define VNCORE_TOOLS_JPEG_READER_H
 
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "tools/formats/coefficient_store.h"
+#include "tools/formats/colors.h"
 #include "tools/formats/input_file.h"
 #include "tools/formats/jpeg_guard.h"
 #include "tools/formats/picture.h"
@@ -49,6 +49,7 @@ class JpegReader : public PictureSource {
   static void OnSkip(j_decompress_ptr jpeg, long count);
   void ReadHeader();
   void ChooseForm();
+  void ChooseColors(const ReadOptions& options);
   void Start();
   [[noreturn]] void Fail() const;
 
@@ -58,7 +59,9 @@ class JpegReader : public PictureSource {
   PictureInfo info_;
   bool started_ = false;
   int32_t line_ = 0;
-  std::vector<uint8_t> inks_;  // a row of four inks, where that is what libjpeg gives
+  std::unique_ptr<ToSrgb> toSrgb_;  // null: samples are taken as they stand
+  std::unique_ptr<Inks> inks_;      // null: none
+  std::vector<uint8_t> row_;        // a row of inks
 };
 
 }  // namespace vn::tool

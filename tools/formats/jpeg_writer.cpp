@@ -53,7 +53,10 @@ JpegWriter::State::State() {
 }
 
 JpegWriter::JpegWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info)
-    : file_(std::move(file)), info_(info), gray_(IsGrayPalette(info)) {
+    : file_(std::move(file)),
+      info_(info),
+      gray_(IsGrayPalette(info)),
+      markers_(info.metadata, gray_) {
   jpeg_destination_mgr& destination = state_.output.manager;
   state_.output.file = file_.get();
   destination.init_destination = &OnStart;
@@ -70,8 +73,9 @@ JpegWriter::JpegWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info
 void JpegWriter::Start() {
   jpeg_compress_struct* const jpeg = &state_.jpeg;
   const PictureInfo* const info = &info_;
+  const JpegMarkers* const markers = &markers_;
   const bool gray = gray_;
-  const bool started = GuardJpeg(state_.error, [jpeg, info, gray] {
+  const bool started = GuardJpeg(state_.error, [jpeg, info, markers, gray] {
     jpeg->image_width = static_cast<JDIMENSION>(info->width);
     jpeg->image_height = static_cast<JDIMENSION>(info->height);
     jpeg->input_components = gray ? 1 : 3;
@@ -88,6 +92,7 @@ void JpegWriter::Start() {
       jpeg->Y_density = static_cast<UINT16>(info->yDotsPerInch);
     }
     jpeg_start_compress(jpeg, TRUE);
+    markers->Write(jpeg);
   });
   if (!started) Fail();
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/formats/jpeg_guard.h"
+#include "tools/formats/jpeg_markers.h"
 #include "tools/formats/output_file.h"
 #include "tools/formats/picture.h"
 
@@ -18,6 +19,7 @@ class JpegWriter : public PictureSink {
 
   void WriteRow(const uint8_t* row) override;
   void Finish() override;
+  MetadataRoom Room() const override { return markers_.Room(); }
 
  private:
   // libjpeg's destination of bytes, over the file.
@@ -45,6 +47,7 @@ class JpegWriter : public PictureSink {
   std::unique_ptr<OutputFile> file_;
   PictureInfo info_;
   bool gray_;
+  JpegMarkers markers_;
   State state_;
   std::vector<uint8_t> row_;  // a paletted row and, in its place, what it shows
 };

@@ -11,6 +11,7 @@
 #include "tools/formats/png_reader.h"
 #include "tools/formats/png_writer.h"
 #include "tools/terminal/failure.h"
+#include "tools/terminal/warning.h"
 #ifdef VNCORE_TOOL_JPEG
 #include "tools/formats/jpeg_reader.h"
 #include "tools/formats/jpeg_writer.h"
@@ -58,10 +59,10 @@ constexpr Format kFormats[] = {
 };
 
 // "a", "a or b", "a, b or c".
-std::string Listed(const std::vector<std::string>& words) {
+std::string Listed(const std::vector<std::string>& words, const char* last = " or ") {
   std::string list;
   for (size_t i = 0; i < words.size(); ++i) {
-    if (i > 0) list += i + 1 < words.size() ? ", " : " or ";
+    if (i > 0) list += i + 1 < words.size() ? ", " : last;
     list += words[i];
   }
   return list;
@@ -90,7 +91,11 @@ std::unique_ptr<PictureSource> OpenPicture(const std::string& path, const ReadOp
   auto file = std::make_unique<InputFile>(path);
   std::vector<std::string> known;
   for (const Format& format : kFormats) {
-    if (format.isThis(*file)) return format.open(std::move(file), options);
+    if (format.isThis(*file)) {
+      auto picture = format.open(std::move(file), options);
+      RequirePage(path, options.page, picture->Info().facts.pages);
+      return picture;
+    }
     known.push_back(format.name);
   }
   throw Failure(path + ": not a " + Listed(known) + " file");
@@ -107,8 +112,11 @@ std::unique_ptr<OutputFile> OpenPictureFile(const std::string& path) {
 
 std::unique_ptr<PictureSink> CreatePicture(std::unique_ptr<OutputFile> file,
                                            const PictureInfo& info) {
-  const Format& format = FormatOfName(file->Path());
-  return format.create(std::move(file), info);
+  const std::string path = file->Path();
+  auto picture = FormatOfName(path).create(std::move(file), info);
+  const std::vector<std::string> left = LeftBehind(info.metadata, picture->Room());
+  if (!left.empty()) Warn(path + " is without: " + Listed(left, " and "));
+  return picture;
 }
 
 void RequirePossibleSize(const std::string& subject, int64_t width, int64_t height, int32_t bits) {
@@ -124,6 +132,18 @@ void RequirePossibleSize(const std::string& subject, int64_t width, int64_t heig
   }
 }
 
+void SettleOrientation(const ReadOptions& options, PictureInfo& info) {
+  if (options.ignoreOrientation) return;
+  info.orientation = info.facts.orientation;
+  if (info.orientation != 1) DropOrientation(info.metadata);
+}
+
+void RequirePage(const std::string& path, int32_t page, int32_t pages) {
+  if (page >= 1 && page <= pages) return;
+  throw Failure(path + ": there is no page " + std::to_string(page) + ", the last is " +
+                std::to_string(pages));
+}
+
 std::vector<RGBQUAD> GrayRamp(int32_t count) {
   std::vector<RGBQUAD> ramp(static_cast<size_t>(count));
   for (int32_t i = 0; i < count; ++i) {
@@ -131,6 +151,15 @@ std::vector<RGBQUAD> GrayRamp(int32_t count) {
     ramp[static_cast<size_t>(i)] = {level, level, level, 0};
   }
   return ramp;
+}
+
+bool IsGrayRamp(const std::vector<RGBQUAD>& colors) {
+  if (colors.size() < 2) return false;
+  const std::vector<RGBQUAD> ramp = GrayRamp(static_cast<int32_t>(colors.size()));
+  return std::equal(
+      ramp.begin(), ramp.end(), colors.begin(), [](const RGBQUAD& a, const RGBQUAD& b) {
+        return a.rgbRed == b.rgbRed && a.rgbGreen == b.rgbGreen && a.rgbBlue == b.rgbBlue;
+      });
 }
 
 }  // namespace vn::tool

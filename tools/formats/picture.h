@@ -11,9 +11,20 @@
 #include <vector>
 
 #include "kernel/pixel_format.h"
+#include "tools/formats/metadata.h"
 #include "tools/formats/output_file.h"
 
 namespace vn::tool {
+
+// What the file holds, whatever becomes of it here.
+struct FileFacts {
+  const char* format = "";  // "PNG"
+  const char* model = "";   // of its colours: "RGB", "CMYK"
+  int32_t sampleBits = 8;   // of one sample
+  bool alpha = false;
+  int32_t pages = 1;
+  int32_t orientation = 1;  // as PictureInfo has it unless it is to be ignored
+};
 
 struct PictureInfo {
   int32_t width = 0;
@@ -22,8 +33,15 @@ struct PictureInfo {
   std::vector<RGBQUAD> colors;  // up to 8 bits: 2 to the power `bits` entries
   int32_t xDotsPerInch = 0;     // 0: the file does not say
   int32_t yDotsPerInch = 0;
-  int32_t orientation =
-      1;  // 1 to 8, as Exif counts: how the picture is to be turned; 1: not at all
+  // 1 to 8, as Exif counts: how the picture is to be turned; 1: not at all.
+  int32_t orientation = 1;
+  FileFacts facts;  // of sources
+  Metadata metadata;
+
+  // Whether width and height are exchanged when the picture is turned upright.
+  bool LiesOnItsSide() const { return orientation >= 5; }
+  int32_t UprightWidth() const { return LiesOnItsSide() ? height : width; }
+  int32_t UprightHeight() const { return LiesOnItsSide() ? width : height; }
 };
 
 class PictureSource {
@@ -50,12 +68,16 @@ class PictureSink {
   virtual void WriteRow(const uint8_t* row) = 0;
   // Makes the picture appear under its name. Without this call nothing is left of it.
   virtual void Finish() = 0;
+  // What of that which the picture says of itself goes into the file.
+  virtual MetadataRoom Room() const { return {}; }
 };
 
 // How a picture is to be seen.
 struct ReadOptions {
   Rgb background{255, 255, 255};   // under transparent pixels
   bool ignoreOrientation = false;  // as it lies in the file, not upright
+  bool srgb = false;               // colours turned to sRGB out of their profile
+  int32_t page = 1;
 };
 
 // Opens the picture in file `path`; the format is told by its first bytes.
@@ -71,8 +93,15 @@ std::unique_ptr<PictureSink> CreatePicture(std::unique_ptr<OutputFile> file,
 // Throws Failure, in the name of `subject`, unless a bitmap can have these measures.
 void RequirePossibleSize(const std::string& subject, int64_t width, int64_t height, int32_t bits);
 
+// Takes the orientation that the file's facts have, unless it is to be ignored.
+void SettleOrientation(const ReadOptions& options, PictureInfo& info);
+
+// Throws Failure unless a file of so many pages has this one, the first being 1.
+void RequirePage(const std::string& path, int32_t page, int32_t pages);
+
 // The table of `count` grays from black to white.
 std::vector<RGBQUAD> GrayRamp(int32_t count);
+bool IsGrayRamp(const std::vector<RGBQUAD>& colors);
 
 }  // namespace vn::tool
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "tools/formats/png_texts.h"
 #include "tools/formats/samples.h"
 #include "tools/terminal/failure.h"
 
@@ -11,10 +12,8 @@ namespace {
 
 constexpr int32_t kPasses = 7;
 
-// Ancillary chunks that say nothing to us: skipped, so that none of them is kept or decompressed.
-constexpr png_byte kSkippedChunks[] =
-    "gAMA\0cHRM\0iCCP\0sRGB\0sBIT\0bKGD\0hIST\0sPLT\0tEXt\0zTXt\0iTXt\0tIME\0eXIf\0oFFs\0pCAL\0sCA"
-    "L";
+// Ancillary chunks that say nothing to us: skipped, so that none of them is kept.
+constexpr png_byte kSkippedChunks[] = "gAMA\0cHRM\0sBIT\0bKGD\0hIST\0sPLT\0tIME\0oFFs\0pCAL\0sCAL";
 
 void OnRead(png_structp png, png_bytep to, size_t count) {
   auto* file = static_cast<InputFile*>(png_get_io_ptr(png));
@@ -78,12 +77,15 @@ PngReader::PngReader(std::unique_ptr<InputFile> file, const ReadOptions& options
     : file_(std::move(file)), background_(options.background) {
   Header header{};
   ReadHeader(&header);
+  TakeFacts(header);
+  SettleOrientation(options, info_);
   info_.width = static_cast<int32_t>(header.width);
   info_.height = static_cast<int32_t>(header.height);
   info_.xDotsPerInch = DotsPerInch(header.xPerMeter);
   info_.yDotsPerInch = DotsPerInch(header.yPerMeter);
   interlaced_ = header.interlace != PNG_INTERLACE_NONE;
   ChooseForm(header);
+  if (options.srgb) ChooseColors();
   // Before anyone allocates rows of that width.
   RequirePossibleSize(file_->Path(), info_.width, info_.height, info_.bits);
 
@@ -109,6 +111,7 @@ void PngReader::ReadHeader(Header* header) {
   InputFile* const file = file_.get();
   const bool read = GuardPng(png, [png, info, file, header] {
     png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+    LimitChunks(png);
     png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, kSkippedChunks,
                                 static_cast<int>(sizeof kSkippedChunks / 5));
     png_set_read_fn(png, file, &OnRead);
@@ -123,6 +126,17 @@ void PngReader::ReadHeader(Header* header) {
     if (unit != PNG_RESOLUTION_METER) header->xPerMeter = header->yPerMeter = 0;
   });
   if (!read) Fail();
+}
+
+void PngReader::TakeFacts(const Header& header) {
+  FileFacts& facts = info_.facts;
+  facts.format = "PNG";
+  facts.model = header.Paletted()                         ? "palette"
+                : header.colorType & PNG_COLOR_MASK_COLOR ? "RGB"
+                                                          : "gray";
+  facts.sampleBits = header.depth;
+  facts.alpha = (header.colorType & PNG_COLOR_MASK_ALPHA) || header.transparent;
+  TakeChunks(state_.png, state_.info, info_);
 }
 
 void PngReader::ChooseForm(const Header& header) {
@@ -156,6 +170,18 @@ void PngReader::ChooseForm(const Header& header) {
     }
   });
   if (!set) Fail();
+}
+
+// Alpha is laid over a background that is sRGB: colours are turned before.
+void PngReader::ChooseColors() {
+  using Samples = ToSrgb::Samples;
+  if (form_ != Form::kGrayAlpha && form_ != Form::kColorAlpha && !info_.colors.empty()) {
+    return PaletteToSrgb(file_->Path(), info_);
+  }
+  toSrgb_ = TakeToSrgb(file_->Path(), info_.metadata,
+                       form_ == Form::kReady       ? Samples::kBgr
+                       : form_ == Form::kGrayAlpha ? Samples::kGrayAlpha
+                                                   : Samples::kBgra);
 }
 
 void PngReader::TakePalette(const Header& header) {
@@ -194,12 +220,10 @@ int32_t PngReader::NextLine() const {
 void PngReader::ReadRow(uint8_t* row) {
   uint8_t* const whole = interlaced_ ? part_.data() : row;
   const int32_t width = interlaced_ ? PNG_PASS_COLS(info_.width, pass_) : info_.width;
-  if (form_ == Form::kReady) {
-    FetchRow(whole);
-  } else {
-    FetchRow(raw_.data());
-    ToKernelRow(raw_.data(), width, whole);
-  }
+  uint8_t* const fetched = form_ == Form::kReady ? whole : raw_.data();
+  FetchRow(fetched);
+  if (toSrgb_) toSrgb_->Apply(fetched, fetched, static_cast<size_t>(width));
+  if (form_ != Form::kReady) ToKernelRow(raw_.data(), width, whole);
   ++passRow_;
   if (!interlaced_) return;
   const int32_t first = PNG_PASS_START_COL(pass_);

@@ -2,7 +2,7 @@
 //
 // Palettes and grays of up to 8 bits keep their depth (2 bits become 4), 16-bit samples are rounded
 // to 8, transparency is laid over the background: in the palette where there is one, else pixel by
-// pixel. Samples are taken as they stand; a gAMA chunk changes nothing. An interlaced picture
+// pixel. Samples are taken as they stand unless a profile is to be heeded; a gAMA chunk changes nothing. An interlaced picture
 // arrives in its seven passes, whose pixels are merged into the lines of whoever keeps them.
 #ifndef VNCORE_TOOLS_PNG_READER_H
 #define VNCORE_TOOLS_PNG_READER_H
@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/formats/colors.h"
 #include "tools/formats/input_file.h"
 #include "tools/formats/picture.h"
 #include "tools/formats/png_guard.h"
@@ -46,7 +47,9 @@ class PngReader : public PictureSource {
   struct Header;
 
   void ReadHeader(Header* header);
+  void TakeFacts(const Header& header);
   void ChooseForm(const Header& header);
+  void ChooseColors();
   void TakePalette(const Header& header);
   void TakeGrays(const Header& header);
   void FetchRow(uint8_t* to);
@@ -59,6 +62,7 @@ class PngReader : public PictureSource {
   State state_;
   PictureInfo info_;
   Form form_ = Form::kReady;
+  std::unique_ptr<ToSrgb> toSrgb_;  // null: samples are taken as they stand
   bool interlaced_ = false;
   int32_t pass_ = 0;
   int32_t passRow_ = 0;

@@ -1,5 +1,6 @@
 #include "tools/formats/png_writer.h"
 
+#include "tools/formats/color_profile.h"
 #include "tools/terminal/failure.h"
 
 namespace vn::tool {
@@ -31,7 +32,10 @@ PngWriter::State::State()
 }
 
 PngWriter::PngWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info)
-    : file_(std::move(file)) {
+    // Profiles of gray are for gray, which a palette is not.
+    : file_(std::move(file)),
+      gray_(SpaceOf(info.metadata.profile) == ProfileSpace::kGray && IsGrayRamp(info.colors)),
+      texts_(info.metadata, gray_) {
   WriteHeader(info);
 }
 
@@ -45,8 +49,9 @@ void PngWriter::WriteHeader(const PictureInfo& picture) {
   const png_structp png = state_.png;
   const png_infop info = state_.info;
   OutputFile* const file = file_.get();
-  const bool written = GuardPng(png, [png, info, file, count, &palette, &picture] {
-    const bool paletted = picture.bits <= 8;
+  const PngTexts* const texts = &texts_;
+  const bool paletted = picture.bits <= 8, gray = gray_;
+  const bool written = GuardPng(png, [=, &palette, &picture] {
     png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
     png_set_write_fn(png, file, &OnWrite, &OnFlush);
     png_set_compression_level(png, kCompression);
@@ -54,13 +59,16 @@ void PngWriter::WriteHeader(const PictureInfo& picture) {
     png_set_filter(png, PNG_FILTER_TYPE_BASE, paletted ? PNG_FILTER_NONE : PNG_FAST_FILTERS);
     png_set_IHDR(png, info, static_cast<png_uint_32>(picture.width),
                  static_cast<png_uint_32>(picture.height), paletted ? picture.bits : 8,
-                 paletted ? PNG_COLOR_TYPE_PALETTE : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
-                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    if (paletted) png_set_PLTE(png, info, palette, count);
+                 gray       ? PNG_COLOR_TYPE_GRAY
+                 : paletted ? PNG_COLOR_TYPE_PALETTE
+                            : PNG_COLOR_TYPE_RGB,
+                 PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    if (paletted && !gray) png_set_PLTE(png, info, palette, count);
     if (picture.xDotsPerInch > 0 && picture.yDotsPerInch > 0) {
       png_set_pHYs(png, info, DotsPerMeter(picture.xDotsPerInch),
                    DotsPerMeter(picture.yDotsPerInch), PNG_RESOLUTION_METER);
     }
+    texts->Set(png, info);
     png_write_info(png, info);
     if (!paletted) png_set_bgr(png);
   });

@@ -7,6 +7,7 @@
 #include "tools/formats/output_file.h"
 #include "tools/formats/picture.h"
 #include "tools/formats/png_guard.h"
+#include "tools/formats/png_texts.h"
 
 namespace vn::tool {
 
@@ -16,6 +17,7 @@ class PngWriter : public PictureSink {
 
   void WriteRow(const uint8_t* row) override;
   void Finish() override;
+  MetadataRoom Room() const override { return texts_.Room(state_.png, state_.info); }
 
  private:
   struct State {
@@ -32,6 +34,8 @@ class PngWriter : public PictureSink {
   [[noreturn]] void Fail() const;
 
   std::unique_ptr<OutputFile> file_;
+  const bool gray_;
+  const PngTexts texts_;
   State state_;
 };
 

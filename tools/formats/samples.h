@@ -1,13 +1,11 @@
-// What readers do to samples that the kernel's rows do not know: alpha, inks, two bits a pixel.
+// What readers do to samples that the kernel's rows do not know: alpha, two bits a pixel.
 #ifndef VNCORE_TOOLS_SAMPLES_H
 #define VNCORE_TOOLS_SAMPLES_H
 
 #include <cstddef>
 #include <cstdint>
 
-#include <vncore/vn_gray.h>
 #include "kernel/pixel_format.h"
-#include "tools/terminal/failure.h"
 
 namespace vn::tool {
 
@@ -33,12 +31,6 @@ inline void WidenTwoBits(const uint8_t* twoBits, int32_t width, uint32_t step, u
   for (size_t x = 0; x < static_cast<size_t>(width); ++x)
     writer.Put((twoBits[x / 4] >> (~x & 3) * 2 & 3u) * step);
   writer.Finish();
-}
-
-// Turns `width` pixels of four inks, 255 being most of it, into a row of 24 bits.
-inline void ShowInks(const uint8_t* inks, int32_t width, uint8_t* row) {
-  const VnStatus status = Vn_ConvertColorSpace(inks, row, width, SPACE_CMYK, SPACE_BGR);
-  if (status != OK) throw Failure(StatusText(status));
 }
 
 }  // namespace vn::tool

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "tools/formats/picture.h"
 #include "tools/terminal/failure.h"
 
 namespace vn::tool {
@@ -31,12 +32,16 @@ toff_t OnSize(thandle_t handle) {
 
 }  // namespace
 
-TiffInput::TiffInput(std::unique_ptr<InputFile> file) : file_(std::move(file)) {
+TiffInput::TiffInput(std::unique_ptr<InputFile> file, int32_t page) : file_(std::move(file)) {
   if (file_->Seek(0, SEEK_SET) < 0) {
     Fail("a TIFF file is not read in its order, so it cannot be a pipe");
   }
-  tiff_ = OpenTiff(Path(), "r", file_.get(), {&OnRead, &OnWrite, &OnSeek, &OnSize}, &error_);
+  // With the places of strips left for whoever wants rows: there may be many.
+  tiff_ = OpenTiff(Path(), "rD", file_.get(), {&OnRead, &OnWrite, &OnSeek, &OnSize}, &error_);
   if (!tiff_) Fail();
+  pages_ = std::max<int32_t>(TIFFNumberOfDirectories(Get()), 1);
+  RequirePage(Path(), page, pages_);
+  if (page > 1 && TIFFSetDirectory(Get(), static_cast<tdir_t>(page - 1)) != 1) Fail();
   error_.text[0] = '\0';  // told of fields that do not matter
 }
 

@@ -12,9 +12,10 @@ namespace vn::tool {
 
 class TiffInput {
  public:
-  // Throws Failure, as all here do.
-  explicit TiffInput(std::unique_ptr<InputFile> file);
+  // Opens a page, the first being 1. Throws Failure, as all here do.
+  TiffInput(std::unique_ptr<InputFile> file, int32_t page);
 
+  int32_t Pages() const { return pages_; }
   const std::string& Path() const { return file_->Path(); }
   TIFF* Get() const { return tiff_.get(); }
 
@@ -37,6 +38,7 @@ class TiffInput {
   std::unique_ptr<InputFile> file_;
   TiffError error_;
   TiffPointer tiff_;
+  int32_t pages_ = 1;
 };
 
 }  // namespace vn::tool

@@ -1,54 +1,36 @@
 #include "tools/formats/tiff_reader.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <utility>
 
 #include "tools/formats/samples.h"
+#include "tools/formats/tiff_texts.h"
 
 namespace vn::tool {
 namespace {
 
-int32_t DotsPerInch(float perUnit, uint16_t unit) {
-  const float perInch = unit == RESUNIT_CENTIMETER ? perUnit * 2.54f : perUnit;
-  const bool sensible = unit != RESUNIT_NONE && perInch >= 1 && perInch <= 1e6f;  // and no NaN
-  return sensible ? static_cast<int32_t>(std::lround(perInch)) : 0;
-}
+using Kind = TiffHeader::Kind;
 
 constexpr uint8_t To8(uint8_t sample) { return sample; }
 constexpr uint8_t To8(uint16_t sample) { return static_cast<uint8_t>((sample + 128) / 257); }
 
-bool IsFax(uint16_t compression) {
-  return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTRLEW ||
-         compression == COMPRESSION_CCITTFAX3 || compression == COMPRESSION_CCITTFAX4;
+// The samples of Lab as ShowLab wants them. TIFF 6.0, section 23; Adobe's TIFF technical note 4,
+// whose lightness of 16 bits ends at FF00.
+void TakeLab(const uint8_t* samples, bool icc, uint16_t* lab) {
+  const unsigned offset = icc ? 128 : 0;
+  lab[0] = static_cast<uint16_t>(samples[0] * 257);
+  lab[1] = static_cast<uint16_t>((samples[1] - offset) << 8);
+  lab[2] = static_cast<uint16_t>((samples[2] - offset) << 8);
+}
+void TakeLab(const uint16_t* samples, bool icc, uint16_t* lab) {
+  const unsigned offset = icc ? 0x8000 : 0;
+  lab[0] = icc ? static_cast<uint16_t>(std::min(samples[0] * 257u / 256, 0xFFFFu)) : samples[0];
+  lab[1] = static_cast<uint16_t>(samples[1] - offset);
+  lab[2] = static_cast<uint16_t>(samples[2] - offset);
 }
 
 }  // namespace
-
-struct TiffReader::Header {
-  TiffShape shape;
-  uint16_t photometric;
-  bool whole;  // samples are integers without a sign
-  bool inks;   // and the inks are cyan, magenta, yellow and black
-
-  bool Gray() const {
-    return photometric == PHOTOMETRIC_MINISWHITE || photometric == PHOTOMETRIC_MINISBLACK;
-  }
-  // Indexes of the kernel's depths, and of 2 bits.
-  bool Indexed() const {
-    return whole && shape.samples == 1 && shape.bits <= 8 && std::has_single_bit(shape.bits) &&
-           (Gray() || photometric == PHOTOMETRIC_PALETTE);
-  }
-  // Samples of colour in a pixel of 8 or 16 bits a sample; 0 when that is not what it is.
-  uint16_t Colors() const {
-    const uint16_t colors = Gray()                                         ? 1
-                            : photometric == PHOTOMETRIC_RGB               ? 3
-                            : photometric == PHOTOMETRIC_SEPARATED && inks ? 4
-                                                                           : 0;
-    return whole && (shape.bits == 8 || shape.bits == 16) && shape.samples >= colors ? colors : 0;
-  }
-};
 
 bool IsTiff(const InputFile& file) {
   if (file.HeadCount() < 4) return false;
@@ -59,99 +41,72 @@ bool IsTiff(const InputFile& file) {
 }
 
 TiffReader::TiffReader(std::unique_ptr<InputFile> file, const ReadOptions& options)
-    : input_(std::move(file)), background_(options.background) {
-  const Header header = ReadHeader();
-  if (!options.ignoreOrientation) TakeOrientation();
-  TakeResolution();
+    : input_(std::move(file), options.page), background_(options.background), header_(input_) {
+  const TiffShape& shape = header_.shape;
+  info_.facts = header_.Facts();
+  info_.facts.pages = input_.Pages();
+  info_.metadata = ReadTiffTexts(input_.Get());
+  info_.xDotsPerInch = header_.xDotsPerInch;
+  info_.yDotsPerInch = header_.yDotsPerInch;
+  SettleOrientation(options, info_);
+  // Upside down is as easily read as not.
+  bottomUp_ = info_.orientation == ORIENTATION_BOTLEFT;
+  if (bottomUp_) info_.orientation = 1;
   // Before anyone allocates rows of that width; again, once the depth is known.
-  RequirePossibleSize(input_.Path(), header.shape.width, header.shape.height, 1);
-  ChooseForm(header);
-  RequirePossibleSize(input_.Path(), header.shape.width, header.shape.height, info_.bits);
-  info_.width = static_cast<int32_t>(header.shape.width);
-  info_.height = static_cast<int32_t>(header.shape.height);
-  rows_ = form_ == Form::kRgba ? MakeRgbaRows(input_, header.shape)
-                               : MakePlainRows(input_, header.shape);
+  RequirePossibleSize(input_.Path(), shape.width, shape.height, 1);
+  ChooseForm();
+  RequirePossibleSize(input_.Path(), shape.width, shape.height, info_.bits);
+  info_.width = static_cast<int32_t>(shape.width);
+  info_.height = static_cast<int32_t>(shape.height);
+  ChooseColors(options);
 }
 
-TiffReader::Header TiffReader::ReadHeader() const {
-  TIFF* const tiff = input_.Get();
-  Header header{};
-  TiffShape& shape = header.shape;
-  shape.width = input_.Field<uint32_t>(TIFFTAG_IMAGEWIDTH);
-  shape.height = input_.Field<uint32_t>(TIFFTAG_IMAGELENGTH);
-  shape.bits = input_.Field<uint16_t>(TIFFTAG_BITSPERSAMPLE);
-  shape.samples = input_.Field<uint16_t>(TIFFTAG_SAMPLESPERPIXEL);
-  shape.planes =
-      input_.Field<uint16_t>(TIFFTAG_PLANARCONFIG) == PLANARCONFIG_SEPARATE && shape.samples > 1;
-  shape.tiled = TIFFIsTiled(tiff) != 0;
-  const auto format = input_.Field<uint16_t>(TIFFTAG_SAMPLEFORMAT);
-  header.whole = format == SAMPLEFORMAT_UINT || format == SAMPLEFORMAT_VOID;
-  header.inks = input_.Field<uint16_t>(TIFFTAG_INKSET) == INKSET_CMYK;
-  const auto compression = input_.Field<uint16_t>(TIFFTAG_COMPRESSION);
-  if (!TIFFGetField(tiff, TIFFTAG_PHOTOMETRIC, &header.photometric)) {
-    header.photometric = shape.samples >= 3   ? PHOTOMETRIC_RGB
-                         : IsFax(compression) ? PHOTOMETRIC_MINISWHITE
-                                              : PHOTOMETRIC_MINISBLACK;
-  }
-  // libjpeg then gives colours, which are read as such.
-  if (header.photometric == PHOTOMETRIC_YCBCR && compression == COMPRESSION_JPEG &&
-      shape.samples == 3 && !shape.planes) {
-    TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
-    header.photometric = PHOTOMETRIC_RGB;
-  }
-  return header;
-}
-
-// The numbers are those of Exif. Rows from the bottom up need no turning afterwards.
-void TiffReader::TakeOrientation() {
-  const auto orientation = input_.Field<uint16_t>(TIFFTAG_ORIENTATION);
-  bottomUp_ = orientation == ORIENTATION_BOTLEFT;
-  if (!bottomUp_) info_.orientation = orientation;
-}
-
-void TiffReader::TakeResolution() {
-  const auto unit = input_.Field<uint16_t>(TIFFTAG_RESOLUTIONUNIT);
-  info_.xDotsPerInch = DotsPerInch(input_.Field<float>(TIFFTAG_XRESOLUTION), unit);
-  info_.yDotsPerInch = DotsPerInch(input_.Field<float>(TIFFTAG_YRESOLUTION), unit);
-}
-
-void TiffReader::ChooseForm(const Header& header) {
+void TiffReader::ChooseForm() {
   info_.bits = 24;
-  if (header.Indexed()) {
-    const bool twoBits = header.shape.bits == 2;
-    form_ = twoBits ? Form::kTwoBits : Form::kReady;
-    info_.bits = twoBits ? 4 : header.shape.bits;
-    header.Gray() ? TakeGrays(header.photometric == PHOTOMETRIC_MINISWHITE) : TakePalette();
-  } else if (header.Colors()) {
-    ChooseSamples(header);
+  switch (header_.kind) {
+    case Kind::kIndexes: {
+      const bool twoBits = header_.shape.bits == 2;
+      form_ = twoBits ? Form::kTwoBits : Form::kReady;
+      info_.bits = twoBits ? 4 : header_.shape.bits;
+      header_.photometric == PHOTOMETRIC_PALETTE ? TakePalette() : TakeGrays(header_.WhiteIsZero());
+      break;
+    }
+    case Kind::kGray:
+      form_ = Form::kSamples;
+      ChooseGrays();
+      break;
+    case Kind::kOther:
+      break;
+    default:
+      form_ = Form::kSamples;
   }
 }
 
-void TiffReader::ChooseSamples(const Header& header) {
-  form_ = header.shape.bits == 8 ? Form::kSamples8 : Form::kSamples16;
-  samples_ = header.shape.samples;
-  colors_ = header.Colors();
-  if (colors_ == 4) {
-    inks_.resize(size_t{4} * header.shape.width);
-    return;
-  }
-  if (samples_ > colors_) {
-    uint16_t count = 0;
-    const uint16_t* kinds = nullptr;
-    // What is not said to be alpha is something else.
-    if (TIFFGetField(input_.Get(), TIFFTAG_EXTRASAMPLES, &count, &kinds) && count > 0 &&
-        (kinds[0] == EXTRASAMPLE_ASSOCALPHA || kinds[0] == EXTRASAMPLE_UNASSALPHA)) {
-      alpha_ = kinds[0];
-    }
-  }
-  if (colors_ == 3) return;
-  const bool whiteIsZero = header.photometric == PHOTOMETRIC_MINISWHITE;
+void TiffReader::ChooseGrays() {
   const bool grayBackground =
       background_.red == background_.green && background_.green == background_.blue;
-  invert_ = alpha_ && whiteIsZero;
-  if (alpha_ && !grayBackground) return;
+  invert_ = header_.alpha && header_.WhiteIsZero();
+  if (header_.alpha && !grayBackground) return;
   info_.bits = 8;
-  TakeGrays(whiteIsZero && !invert_);
+  TakeGrays(header_.WhiteIsZero() && !invert_);
+}
+
+void TiffReader::ChooseColors(const ReadOptions& options) {
+  if (header_.kind == Kind::kInks) {
+    inks_ = std::make_unique<Inks>(info_.metadata);
+    inkRow_.resize(size_t{4} * header_.shape.width);
+  } else if (header_.kind == Kind::kLab) {
+    float* white = nullptr;
+    const bool told = TIFFGetField(input_.Get(), TIFFTAG_WHITEPOINT, &white) && white;
+    lab_ = told ? std::make_unique<Lab>(white[0], white[1]) : std::make_unique<Lab>(0, 0);
+    DropProfile(info_.metadata);
+    labRow_.resize(size_t{3} * header_.shape.width);
+  } else if (options.srgb && !info_.colors.empty() && !header_.alpha) {
+    PaletteToSrgb(input_.Path(), info_);
+  } else if (options.srgb) {
+    toSrgb_ = TakeToSrgb(input_.Path(), info_.metadata,
+                         info_.bits == 8 ? ToSrgb::Samples::kGray : ToSrgb::Samples::kBgr);
+  }
 }
 
 void TiffReader::TakeGrays(bool whiteIsZero) {
@@ -181,6 +136,10 @@ void TiffReader::TakePalette() {
 }
 
 void TiffReader::ReadRow(uint8_t* row) {
+  if (!rows_) {
+    rows_ = form_ == Form::kRgba ? MakeRgbaRows(input_, header_.shape)
+                                 : MakePlainRows(input_, header_.shape);
+  }
   const uint8_t* const raw = rows_->Next();
   switch (form_) {
     case Form::kReady:
@@ -189,44 +148,54 @@ void TiffReader::ReadRow(uint8_t* row) {
     case Form::kTwoBits:
       WidenTwoBits(raw, info_.width, grayStep_, row);
       break;
-    case Form::kSamples8:
-      inks_.empty() ? SamplesToKernelRow(raw, row) : InksToKernelRow(raw, row);
+    case Form::kSamples:
+      header_.shape.bits == 8 ? SamplesToKernelRow(raw, row)
+                              : SamplesToKernelRow(reinterpret_cast<const uint16_t*>(raw), row);
       break;
-    case Form::kSamples16: {
-      const auto* const words = reinterpret_cast<const uint16_t*>(raw);
-      inks_.empty() ? SamplesToKernelRow(words, row) : InksToKernelRow(words, row);
-      break;
-    }
     case Form::kRgba:
       RgbaToKernelRow(reinterpret_cast<const uint32_t*>(raw), row);
+      if (toSrgb_) toSrgb_->Apply(row, row, static_cast<size_t>(info_.width));
       break;
   }
   ++row_;
 }
 
 template <class Sample>
-void TiffReader::InksToKernelRow(const Sample* samples, uint8_t* row) {
-  for (size_t i = 0; i < inks_.size(); i += 4, samples += samples_) {
-    std::transform(samples, samples + 4, inks_.begin() + static_cast<ptrdiff_t>(i),
-                   [](Sample sample) { return To8(sample); });
+void TiffReader::ShowColors(const Sample* samples, uint8_t* row) {
+  const auto width = static_cast<size_t>(info_.width), step = size_t{header_.shape.samples};
+  if (inks_) {
+    for (size_t i = 0; i < inkRow_.size(); ++i)
+      inkRow_[i] = To8(samples[i / 4 * step + i % 4]);
+    return inks_->Show(inkRow_.data(), row, width);
   }
-  ShowInks(inks_.data(), info_.width, row);
+  if (lab_) {
+    const bool icc = header_.photometric == PHOTOMETRIC_ICCLAB;
+    for (size_t x = 0; x < width; ++x)
+      TakeLab(samples + x * step, icc, labRow_.data() + 3 * x);
+    return lab_->Show(labRow_.data(), row, width);
+  }
+  // The samples that make blue, green and red, or gray.
+  const size_t colors = header_.Colors(), channels = static_cast<size_t>(info_.bits / 8);
+  const size_t sources[3] = {colors - 1, colors / 2, 0};
+  const unsigned inversion = invert_ ? 0xFF : 0;
+  for (size_t x = 0; x < width; ++x, samples += step, row += channels) {
+    for (size_t i = 0; i < channels; ++i)
+      row[i] = static_cast<uint8_t>(To8(samples[sources[i]]) ^ inversion);
+  }
 }
 
 template <class Sample>
-void TiffReader::SamplesToKernelRow(const Sample* samples, uint8_t* row) const {
-  const auto width = static_cast<size_t>(info_.width),
-             channels = static_cast<size_t>(info_.bits / 8);
-  // The samples that make blue, green and red, or gray.
-  const size_t sources[3] = {colors_ - 1, colors_ / 2, 0};
+void TiffReader::SamplesToKernelRow(const Sample* samples, uint8_t* row) {
+  ShowColors(samples, row);
+  const auto width = static_cast<size_t>(info_.width), channels = size_t(info_.bits / 8);
+  if (toSrgb_) toSrgb_->Apply(row, row, width);
+  if (!header_.alpha) return;
   const int32_t unders[3] = {background_.blue, background_.green, background_.red};
-  const auto lay = alpha_ == EXTRASAMPLE_ASSOCALPHA ? &LayShare : &Lay;
-  const unsigned inversion = invert_ ? 0xFF : 0;
-  for (size_t x = 0; x < width; ++x, samples += samples_, row += channels) {
-    for (size_t i = 0; i < channels; ++i) {
-      row[i] = static_cast<uint8_t>(To8(samples[sources[i]]) ^ inversion);
-      if (alpha_) row[i] = lay(row[i], To8(samples[colors_]), unders[i]);
-    }
+  const auto lay = header_.alpha == EXTRASAMPLE_ASSOCALPHA ? &LayShare : &Lay;
+  samples += header_.Colors();
+  for (size_t x = 0; x < width; ++x, samples += header_.shape.samples, row += channels) {
+    for (size_t i = 0; i < channels; ++i)
+      row[i] = lay(row[i], To8(*samples), unders[i]);
   }
 }
 

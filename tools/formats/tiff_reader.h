@@ -1,17 +1,18 @@
-// TIFF files as rows of 1, 4, 8 or 24 bits: the first picture of a file.
+// A page of a TIFF file as rows of 1, 4, 8 or 24 bits.
 //
 // Palettes and grays of up to 8 bits keep their depth (2 bits become 4) and their polarity: where
 // white is 0, so it is in the palette. 16-bit samples are rounded to 8, alpha is laid over the
-// background, inks become colours by the kernel's formula. YCbCr, Lab and the like become colours
-// in libtiff.
+// background. Inks and Lab become colours here, YCbCr and the like in libtiff.
 #ifndef VNCORE_TOOLS_TIFF_READER_H
 #define VNCORE_TOOLS_TIFF_READER_H
 
 #include <memory>
 #include <vector>
 
+#include "tools/formats/colors.h"
 #include "tools/formats/input_file.h"
 #include "tools/formats/picture.h"
+#include "tools/formats/tiff_header.h"
 #include "tools/formats/tiff_input.h"
 #include "tools/formats/tiff_rows.h"
 
@@ -28,37 +29,38 @@ class TiffReader : public PictureSource {
   void ReadRow(uint8_t* row) override;
 
  private:
-  // What the rows are that TiffRows gives.
-  enum class Form { kReady, kTwoBits, kSamples8, kSamples16, kRgba };
-  struct Header;
+  // What rows of the file become.
+  enum class Form { kReady, kTwoBits, kSamples, kRgba };
 
-  Header ReadHeader() const;
-  void TakeOrientation();
-  void TakeResolution();
-  void ChooseForm(const Header& header);
-  void ChooseSamples(const Header& header);
+  // The depth that rows get, and a palette.
+  void ChooseForm();
+  void ChooseGrays();
+  void ChooseColors(const ReadOptions& options);
   void TakeGrays(bool whiteIsZero);
   void TakePalette();
   template <class Sample>
-  void SamplesToKernelRow(const Sample* samples, uint8_t* row) const;
+  void SamplesToKernelRow(const Sample* samples, uint8_t* row);
+  // The colours of samples, 8 bits each, before alpha is laid.
   template <class Sample>
-  void InksToKernelRow(const Sample* samples, uint8_t* row);
+  void ShowColors(const Sample* samples, uint8_t* row);
   void RgbaToKernelRow(const uint32_t* pixels, uint8_t* row) const;
 
   TiffInput input_;
   Rgb background_;
+  const TiffHeader header_;
   PictureInfo info_;
   bool bottomUp_ = false;
   int32_t row_ = 0;  // the file's next row
 
   Form form_ = Form::kRgba;
-  uint32_t grayStep_ = 1;  // of two bits
-  size_t samples_ = 1;     // of a pixel
-  size_t colors_ = 1;      // those of them that are colour: 1, 3, or 4 inks
-  int alpha_ = 0;          // an EXTRASAMPLE_ value of the one after them; 0: none
-  bool invert_ = false;    // gray with alpha has no palette to turn
-  std::unique_ptr<TiffRows> rows_;
-  std::vector<uint8_t> inks_;  // a row of them, 8 bits each
+  uint32_t grayStep_ = 1;           // of two bits
+  bool invert_ = false;             // gray with alpha has no palette to turn
+  std::unique_ptr<ToSrgb> toSrgb_;  // null: samples are taken as they stand
+  std::unique_ptr<Inks> inks_;
+  std::vector<uint8_t> inkRow_;
+  std::unique_ptr<Lab> lab_;
+  std::vector<uint16_t> labRow_;
+  std::unique_ptr<TiffRows> rows_;  // null before the first row is asked for
 };
 
 }  // namespace vn::tool

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/formats/tiff_texts.h"
 #include "tools/terminal/failure.h"
 
 namespace vn::tool {
@@ -24,20 +25,11 @@ toff_t OnSeek(thandle_t handle, toff_t offset, int whence) {
 
 toff_t OnSize(thandle_t) { return 0; }  // asked for in files that are read
 
-bool Same(const RGBQUAD& a, const RGBQUAD& b) {
-  return a.rgbRed == b.rgbRed && a.rgbGreen == b.rgbGreen && a.rgbBlue == b.rgbBlue;
-}
-
 uint16_t PhotometricOf(const PictureInfo& info) {
   if (info.bits > 8) return PHOTOMETRIC_RGB;
-  const std::vector<RGBQUAD> ramp = GrayRamp(1 << info.bits);
-  if (std::equal(ramp.begin(), ramp.end(), info.colors.begin(), info.colors.end(), &Same)) {
-    return PHOTOMETRIC_MINISBLACK;
-  }
-  if (std::equal(ramp.rbegin(), ramp.rend(), info.colors.begin(), info.colors.end(), &Same)) {
-    return PHOTOMETRIC_MINISWHITE;
-  }
-  return PHOTOMETRIC_PALETTE;
+  if (IsGrayRamp(info.colors)) return PHOTOMETRIC_MINISBLACK;
+  const std::vector<RGBQUAD> turned(info.colors.rbegin(), info.colors.rend());
+  return IsGrayRamp(turned) ? PHOTOMETRIC_MINISWHITE : PHOTOMETRIC_PALETTE;
 }
 
 }  // namespace
@@ -70,6 +62,7 @@ void TiffWriter::WriteHeader(const PictureInfo& info) {
   // Differences do not compress indexes.
   if (info.bits >= 8 && !paletted) Set(TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
   if (paletted) WritePalette(info.colors);
+  RequireDone(WriteTiffTexts(tiff_.get(), info.metadata, !color_ && !paletted, &room_));
   if (info.xDotsPerInch > 0 && info.yDotsPerInch > 0) {
     Set(TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
     RequireDone(TIFFSetField(tiff_.get(), TIFFTAG_XRESOLUTION, double(info.xDotsPerInch)) == 1);

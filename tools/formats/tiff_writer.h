@@ -18,6 +18,7 @@ class TiffWriter : public PictureSink {
 
   void WriteRow(const uint8_t* row) override;
   void Finish() override;
+  MetadataRoom Room() const override { return room_; }
 
  private:
   void WriteHeader(const PictureInfo& info);
@@ -32,6 +33,7 @@ class TiffWriter : public PictureSink {
   TiffError error_;
   TiffPointer tiff_;
   bool color_;
+  MetadataRoom room_;
   uint32_t line_ = 0;
   std::vector<uint8_t> row_;  // a copy, which libtiff may change
 };

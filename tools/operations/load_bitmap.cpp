@@ -47,11 +47,10 @@ void LoadBitmap(PictureSource& source, int32_t storage, Bitmap& bitmap) {
       bitmap, storage, static_cast<uint32_t>(info.width), static_cast<uint32_t>(info.height),
       info.bits, ORDER_BGR, info.bits <= 8 ? info.colors.data() : nullptr, VIEW_TOP_FIRST);
   if (created != OK) throw Failure(StatusText(created));
-  if (info.xDotsPerInch > 0 && info.yDotsPerInch > 0) {
-    bitmap->XResolution = info.xDotsPerInch;
-    bitmap->YResolution = info.yDotsPerInch;
-  }
-
+  // 0 where the file does not tell: what it is written to does not either.
+  const bool told = info.xDotsPerInch > 0 && info.yDotsPerInch > 0;
+  bitmap->XResolution = told ? info.xDotsPerInch : 0;
+  bitmap->YResolution = told ? info.yDotsPerInch : 0;
   ReadRows(source, bitmap);
   source.Finish();
   TurnUpright(bitmap, info.orientation);
