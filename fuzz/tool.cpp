@@ -49,8 +49,8 @@ class NoFile : public PictureSink {
   void Finish() override {}
 };
 
-void ReadPicture(const std::string& path, Bitmap& bitmap) {
-  const auto picture = OpenPicture(path, {});
+void ReadPicture(const std::string& path, const ReadOptions& options, Bitmap& bitmap) {
+  const auto picture = OpenPicture(path, options);
   const PictureInfo& info = picture->Info();
   if (int64_t{info.width} * info.height > 2'000'000) return;
   LoadBitmap(*picture, STORAGE_AUTO, bitmap);
@@ -118,9 +118,13 @@ void RunOptions(std::string_view text, Bitmap& bitmap) {
 void Run(const uint8_t* data, size_t size) {
   const MemoryFile file(data, size);
   bool isPicture = true;
-  Bitmap bitmap;
+  ReadOptions managed;
+  managed.srgb = true;
   try {
-    ReadPicture(file.Path(), bitmap);
+    for (const ReadOptions& options : {ReadOptions{}, managed}) {
+      Bitmap bitmap;
+      ReadPicture(file.Path(), options, bitmap);
+    }
   } catch (const Failure& failure) {
     isPicture = std::string_view(failure.what()).find(": not a ") == std::string_view::npos;
   }
