@@ -27,11 +27,11 @@ struct FetchedColumns {
 // that order or in the other.
 void FetchRows(const PaintJob& job, const RowSource& source, const FetchedColumns& columns,
                int32_t line, uint32_t count, Band* band) {
-  for (uint32_t i = 0; i < count; ++i) {
-    const uint32_t n = job.BottomFirst() ? i : count - 1 - i;
-    const int64_t row = UnscaledStorageRow(job, line - 1 - static_cast<int32_t>(n));
-    source.Fetch(row, columns.span.start, columns.span.bytes, band->RowAt(n));
-  }
+  const auto stride = static_cast<ptrdiff_t>(band->Stride());
+  const bool rising = job.BottomFirst();
+  const int32_t first = rising ? line - 1 : line - static_cast<int32_t>(count);
+  source.FetchRows(UnscaledStorageRow(job, first), count, columns.span.start, columns.span.bytes,
+                   band->RowAt(rising ? 0 : count - 1), rising ? stride : -stride);
 }
 
 // Rows that go out as they are, from the bottom line up.

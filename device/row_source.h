@@ -37,6 +37,26 @@ class RowSource {
     return stride == bitmap_->BytesPerLine && Find(row + count - 1) ? Find(row) : nullptr;
   }
 
+  // The same of `count` rows from `row` on, to places `stride` bytes apart.
+  void FetchRows(int64_t row, uint32_t count, uint32_t column, uint64_t bytes, uint8_t* to,
+                 ptrdiff_t stride) const {
+    const uint8_t* from = Find(row);
+    const uint64_t start = StartOf(column);
+    if (!from || !Find(row + count - 1) || start + bytes > bitmap_->BytesPerLine) {
+      for (; count; --count, ++row, to += stride)
+        Fetch(row, column, bytes, to);
+      return;
+    }
+    const auto size = static_cast<size_t>(bytes);
+    for (from += start; count; --count, from += bitmap_->BytesPerLine, to += stride) {
+      if (size == 1) {
+        *to = *from;
+      } else {
+        std::memcpy(to, from, size);
+      }
+    }
+  }
+
   // The same bytes to be read where they lie, or in `buffer` when they do not lie in memory whole.
   const uint8_t* Read(int64_t row, uint32_t column, uint64_t bytes, uint8_t* buffer) const {
     const uint8_t* found = Find(row);

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <optional>
 #include <vector>
 
 #include "platform/headless/devices/context.h"
@@ -84,23 +83,9 @@ ClipRects Reached(const ClipRects& rects, int32_t x, int32_t y, const Surface& t
   return moved;
 }
 
-int Draw(const Headless_StretchCall& call) {
-  const auto* context = Find<Context>(call.context);
-  Surface* target = context ? context->Target() : nullptr;
-  DibFormat format;
-  if (!target || !call.bits || call.usage > DIB_PAL_COLORS ||
-      !ReadDibFormat(call.info, &format, true)) {
-    return 0;
-  }
-  std::optional<ColorMap> map;
-  if (const Palette* palette = ThroughRealized(format, call.usage, *context, *target)) {
-    map.emplace(format.layout, RealizedIndexes(format, *palette), *target);
-  } else {
-    ColorTable colors;
-    if (!ReadDibColors(format, call.usage, context, &colors)) return 0;
-    // In a monochrome target the DIB's white is 1, whatever the context's background colour is.
-    map.emplace(format.layout, &colors, *target, MonochromeColors{});
-  }
+// The DIB's pixels in values that `map` translates.
+int DrawPixels(const Headless_StretchCall& call, const DibFormat& format, const ColorMap& map,
+               const Context& context, Surface& target) {
   const auto* rowsGiven = static_cast<const uint8_t*>(call.bits);
   DecodedRuns decoded;
   if (format.runBytes) {
@@ -110,8 +95,7 @@ int Draw(const Headless_StretchCall& call) {
   }
   // The source is only read.
   const Surface source = DibSurface(format, const_cast<uint8_t*>(rowsGiven));
-  const MonochromeColors monochrome = {RgbOf(context->state.text),
-                                       RgbOf(context->state.background)};
+  const MonochromeColors monochrome = {RgbOf(context.state.text), RgbOf(context.state.background)};
   if (!Meets(call.srcX, call.srcWidth, format.width) ||
       !Meets(call.srcY, call.srcHeight, format.height)) {
     return 0;
@@ -128,20 +112,39 @@ int Draw(const Headless_StretchCall& call) {
           ? call.srcY
           : static_cast<int32_t>(std::clamp<int64_t>(fromTop, INT32_MIN, INT32_MAX));
   const Axis columns =
-      MakeAxis(call.x, call.width, target->width, call.srcX, call.srcWidth, format.width);
+      MakeAxis(call.x, call.width, target.width, call.srcX, call.srcWidth, format.width);
   const Axis rows =
-      MakeAxis(call.y, call.height, target->height, srcY, call.srcHeight, format.height);
+      MakeAxis(call.y, call.height, target.height, srcY, call.srcHeight, format.height);
   // What no code reaches is left alone in a plain copy from the corner, and is 0 in all others.
-  const ClipRects* clip = context->state.clip.get();
+  const ClipRects* clip = context.state.clip.get();
   ClipRects reached;
   if (format.runBytes && copies && fromCorner) {
-    reached = Reached(decoded.reached, call.x, call.y, *target, clip);
+    reached = Reached(decoded.reached, call.x, call.y, target, clip);
     clip = &reached;
   }
   const RasterOp operation(call.rasterOp);
-  const Brush* brush = operation.NeedsPattern() ? Find<Brush>(context->state.brush) : nullptr;
-  Blit({target, clip, columns, rows, &source, &*map, brush, monochrome, operation});
+  const Brush* brush = operation.NeedsPattern() ? Find<Brush>(context.state.brush) : nullptr;
+  Blit({&target, clip, columns, rows, &source, &map, brush, monochrome, operation});
   return copies || !format.topDown ? format.height : -format.height;
+}
+
+int Draw(const Headless_StretchCall& call) {
+  const auto* context = Find<Context>(call.context);
+  Surface* target = context ? context->Target() : nullptr;
+  DibFormat format;
+  if (!target || !call.bits || call.usage > DIB_PAL_COLORS ||
+      !ReadDibFormat(call.info, &format, true)) {
+    return 0;
+  }
+  if (const Palette* palette = ThroughRealized(format, call.usage, *context, *target)) {
+    const ColorMap map(format.layout, RealizedIndexes(format, *palette), *target);
+    return DrawPixels(call, format, map, *context, *target);
+  }
+  ColorTable colors;
+  if (!ReadDibColors(format, call.usage, context, &colors)) return 0;
+  // In a monochrome target the DIB's white is 1, whatever the context's background colour is.
+  const ColorMap map(format.layout, &colors, *target, MonochromeColors{});
+  return DrawPixels(call, format, map, *context, *target);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -56,7 +57,10 @@ HGDIOBJ AddStockObject(std::unique_ptr<Object> object);
 Object* FindObject(HGDIOBJ handle);
 template <class Type>
 Type* Find(HGDIOBJ handle) {
-  return dynamic_cast<Type*>(FindObject(handle));
+  Object* object = FindObject(handle);
+  // Most handles are what they are taken for, and then there is no hierarchy to search.
+  if (object && typeid(*object) == typeid(Type)) return static_cast<Type*>(object);
+  return dynamic_cast<Type*>(object);
 }
 
 // Takes an object out of the table and destroys it; one that is held dies when it is let go, and

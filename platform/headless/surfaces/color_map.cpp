@@ -103,7 +103,8 @@ ColorMap::ColorMap(const PixelLayout& source, const ColorTable* colors, const Su
     if (!target.layout.indexed())
       RgbToPixels(target.layout, static_cast<int32_t>(colors->count), values.data());
   }
-  table_ = &own_.emplace(values, source);
+  own_ = PixelTable(values, source);
+  table_ = &own_;
   identity_ = source == target.layout && table_->keepsAll();
 }
 

@@ -3,7 +3,6 @@
 #define VNCORE_PLATFORM_HEADLESS_COLOR_MAP_H
 
 #include <array>
-#include <optional>
 
 #include "platform/headless/surfaces/surface.h"
 
@@ -18,7 +17,7 @@ struct MonochromeColors {
 // A pixel value for each that a source of up to 8 bits can hold.
 class PixelTable {
  public:
-  PixelTable() = default;
+  PixelTable() {}  // without values: most maps never look at theirs
   PixelTable(const std::array<uint32_t, 256>& values, const PixelLayout& source);
 
   const std::array<uint32_t, 256>& values() const { return values_; }
@@ -26,7 +25,7 @@ class PixelTable {
   bool keepsAll() const { return keepsAll_; }
 
  private:
-  std::array<uint32_t, 256> values_{};
+  std::array<uint32_t, 256> values_;
   uint32_t bits_ = 0;
   bool keepsAll_ = false;
 };
@@ -56,7 +55,7 @@ class ColorMap {
   const Surface& target_;
   uint32_t backgroundPixel_ = 0;  // source value that is 1 in a monochrome target
   bool identity_ = false;
-  std::optional<PixelTable> own_;
+  PixelTable own_;
   const PixelTable* table_ = nullptr;
 };
 
