@@ -31,12 +31,6 @@ class RowSource {
     }
   }
 
-  // Whole rows `row`, `row` + 1 and so on, `count` of them, where they lie in memory at `stride` bytes
-  // from each other; null where they do not.
-  const uint8_t* Block(int64_t row, uint32_t count, uint32_t stride) const {
-    return stride == bitmap_->BytesPerLine && Find(row + count - 1) ? Find(row) : nullptr;
-  }
-
   // The same of `count` rows from `row` on, to places `stride` bytes apart.
   void FetchRows(int64_t row, uint32_t count, uint32_t column, uint64_t bytes, uint8_t* to,
                  ptrdiff_t stride) const {
@@ -64,6 +58,12 @@ class RowSource {
     if (found && start + bytes <= bitmap_->BytesPerLine) return found + start;
     Fetch(row, column, bytes, buffer);
     return buffer;
+  }
+
+  // Whole rows `row`, `row` + 1 and so on, `count` of them, where they lie in memory at `stride` bytes
+  // from each other; null where they do not.
+  const uint8_t* Block(int64_t row, uint32_t count, uint32_t stride) const {
+    return stride == bitmap_->BytesPerLine && Find(row + count - 1) ? Find(row) : nullptr;
   }
 
  private:

@@ -40,7 +40,7 @@ Rgb ShowLab(double l, double a, double b) {
 
 Rgb Sampled::ColorAt(int32_t x, int32_t y, Rgb background) const {
   const auto level = [&](int sample) { return To8(At(x, y, sample), depth); };
-  const auto light = [&](int ink) { return (255 - level(ink)) * (255 - level(3)) / 255; };
+  const auto light = [&](int ink) { return ((255 - level(ink)) * (255 - level(3)) + 127) / 255; };
   const int32_t gray = meaning == Meaning::kWhiteIsZero ? 255 - level(0) : level(0);
   Rgb color{gray, gray, gray};
   if (meaning == Meaning::kPalette) color = palette[At(x, y, 0)];
