@@ -17,9 +17,9 @@
 #include "tools/operations/geometry_operations.h"
 #include "tools/operations/load_bitmap.h"
 #include "tools/operations/operation.h"
-#include "tools/operations/option_values.h"
 #include "tools/operations/reduction.h"
 #include "tools/operations/save_bitmap.h"
+#include "tools/operations/value_parsers.h"
 #include "tools/terminal/failure.h"
 
 namespace vn::fuzz {

@@ -7,7 +7,7 @@
 
 #include "geometry/fixed_sine.h"
 #include "tools/formats/picture.h"
-#include "tools/operations/option_values.h"
+#include "tools/operations/value_parsers.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/interrupt.h"
 

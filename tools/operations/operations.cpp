@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "tools/formats/picture.h"
-#include "tools/operations/option_values.h"
 #include "tools/operations/overlay_values.h"
 #include "tools/operations/region_value.h"
+#include "tools/operations/value_parsers.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/interrupt.h"
 

@@ -4,8 +4,8 @@
 
 #include "tools/formats/picture.h"
 #include "tools/operations/load_bitmap.h"
-#include "tools/operations/option_values.h"
 #include "tools/operations/save_bitmap.h"
+#include "tools/operations/value_parsers.h"
 
 namespace vn::tool {
 namespace {

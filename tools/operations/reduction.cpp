@@ -4,7 +4,7 @@
 
 #include "tools/formats/gimp_palette.h"
 #include "tools/operations/headless_device.h"
-#include "tools/operations/option_values.h"
+#include "tools/operations/value_parsers.h"
 #include "tools/terminal/failure.h"
 
 namespace vn::tool {

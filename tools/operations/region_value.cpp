@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "tools/operations/option_values.h"
+#include "tools/operations/value_parsers.h"
 
 namespace vn::tool {
 namespace {

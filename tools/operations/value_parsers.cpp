@@ -1,4 +1,4 @@
-#include "tools/operations/option_values.h"
+#include "tools/operations/value_parsers.h"
 
 #include <algorithm>
 #include <array>
