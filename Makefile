@@ -5,6 +5,8 @@ JOBS := $(shell n=$$(nproc 2>/dev/null || echo 2); [ $$n -gt 2 ] && echo $$n || 
 CONFIGURE := cmake --preset
 BUILD := cmake --build -j$(JOBS) --preset
 CTEST := ctest -j$(JOBS) --preset
+# Where it is there; a folder that is configured keeps its own.
+export CMAKE_GENERATOR = $(shell command -v ninja >/dev/null && echo Ninja || echo Unix Makefiles)
 
 help:
 	@echo "make demo [PICTURE=file]      paint a picture at every depth into out/demo"
@@ -15,6 +17,7 @@ help:
 	@echo "make test-arm                 library, tests and cases on AArch64, under qemu"
 	@echo "make test-32                  library and tests at 32 bits under the sanitizers"
 	@echo "make test-threads             library and tests under the thread sanitizer"
+	@echo "make test-races               the test of threads alone under the thread sanitizer"
 	@echo "make memcheck                 library and tests under valgrind"
 	@echo "make coverage                 branches that the tests take, folder by folder"
 	@echo "make fuzz [SECONDS=n]         run every fuzz target for n seconds (10)"
@@ -79,6 +82,13 @@ test-threads:
 	$(BUILD) tsan --target vncore_tests
 	build-tsan/tests/vncore_tests --gtest_brief=1
 
+# Of these only the test in which threads meet.
+test-races:
+	scripts/setup.sh test
+	$(CONFIGURE) tsan
+	$(BUILD) tsan --target vncore_thread_tests
+	build-tsan/tests/vncore_thread_tests --gtest_brief=1
+
 memcheck:
 	scripts/setup.sh test valgrind
 	$(CONFIGURE) native
@@ -113,5 +123,5 @@ clean:
 	rm -rf build-native build-asan build-asan32 build-clang build-tsan build-arm build-coverage \
 	  build-fuzz build-win32 out
 
-.PHONY: help demo view test test-windows test-clang test-arm test-arm-cases test-32 test-threads memcheck coverage fuzz \
-  bench clean
+.PHONY: help demo view test test-windows test-clang test-arm test-arm-cases test-32 test-threads \
+  test-races memcheck coverage fuzz bench clean

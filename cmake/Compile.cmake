@@ -32,3 +32,11 @@ function(vncore_user_compile_options target)
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
 endfunction()
+
+# Headers that a target's files would parse one by one. Not under a compiler cache, which as
+# it comes does not keep such files.
+function(vncore_precompile target)
+  if(NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  endif()
+endfunction()

@@ -6,7 +6,7 @@
 # Exit status 2: a package cannot be had here, and the last line names what is missing.
 set -eu
 
-packages=(cmake make g++ pkg-config)
+packages=(cmake make ninja-build g++ pkg-config)
 tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev libcli11-dev)
 for purpose in "$@"; do
   case $purpose in
