@@ -3,6 +3,7 @@
 
     scripts/mutate.py --count 60 --seed 1
     scripts/mutate.py --only 7,31 --seed 1     # these again
+    scripts/mutate.py --rooms tools --seed 1   # in these folders
     scripts/mutate.py --tests v1.0 --seed 1    # with the tests of another commit
 
 Works on the last commit, in a worktree of its own under build-mutate. A mutant that does not compile
@@ -51,9 +52,9 @@ def variants(line):
         yield re.match(r"\s*", line)[0] + ";"
 
 
-def places(tree):
+def places(tree, rooms):
     """Every (file, line number, changed line) there is, in a stated order."""
-    for room in ROOMS:
+    for room in rooms:
         for path in sorted((tree / room).rglob("*.cpp")):
             for number, line in enumerate(path.read_text().split("\n")):
                 code = line.split("//")[0].rstrip()
@@ -130,11 +131,12 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--tests", default="HEAD", help="the commit that the tests are taken from")
     parser.add_argument("--only", help="numbers of mutants, with commas between")
+    parser.add_argument("--rooms", default=",".join(ROOMS), help="folders, with commas between")
     options = parser.parse_args()
     top = pathlib.Path(subprocess.check_output(["git", "rev-parse", "--show-toplevel"],
                                                text=True).strip())
     tree = Tree(top, options.tests)
-    everywhere = list(places(tree.path))
+    everywhere = list(places(tree.path, options.rooms.split(",")))
     numbers = [int(n) for n in options.only.split(",")] if options.only else range(options.count)
     killed = 0
     for number in numbers:

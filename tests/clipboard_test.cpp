@@ -57,7 +57,7 @@ HEADLESS_TEST(Clipboard, HoldsTheFormatsAskedFor) {
   for (const int32_t screenBits : {8, 24}) {
     const DisplayScope display(screenBits);
     for (uint32_t flags = 0; flags < 16; flags += 2) {
-      SCOPED_TRACE(testing::Message() << screenBits << " bits, flags " << flags);
+      SCOPED_TRACE(Told(screenBits, "bits, flags", flags));
       const ClipboardScope clipboard(deep, flags);
       EXPECT_EQ(IsClipboardFormatAvailable(CF_DIB), (flags & COPY_DIB) != 0);
       EXPECT_EQ(IsClipboardFormatAvailable(CF_BITMAP), (flags & COPY_DDB) != 0);

@@ -11,17 +11,15 @@ constexpr size_t kBytes[] = {3, 6, 4, 3, 3, 6, 3};
 Bytes Convert(const Bytes& source, uint32_t from, uint32_t to) {
   const size_t count = source.size() / kBytes[from];
   Bytes target(count * kBytes[to]);
-  EXPECT_EQ(
-      Vn_ConvertColorSpace(source.data(), target.data(), static_cast<int32_t>(count), from, to),
-      OK);
+  EXPECT_EQ(Vn_ConvertColorSpace(source.data(), target.data(), count, from, to), OK);
   return target;
 }
 
 Bytes Words(std::initializer_list<int> values) {
   Bytes bytes;
   for (const int value : values) {
-    bytes.push_back(static_cast<uint8_t>(value));
-    bytes.push_back(static_cast<uint8_t>(value >> 8));
+    bytes.push_back(value);
+    bytes.push_back(value >> 8);
   }
   return bytes;
 }

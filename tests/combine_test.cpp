@@ -111,7 +111,7 @@ std::vector<Bytes> Model(BitmapHandle* destination, const Placing& p, BitmapHand
         continue;
       const auto row = static_cast<size_t>(y), column = static_cast<size_t>(x);
       const uint32_t d = PixelBits(rows[row], column, bits);
-      const uint32_t s = usesSource ? pixels[static_cast<size_t>(sy)][static_cast<size_t>(sx)] : 0;
+      const uint32_t s = usesSource ? pixels[sy][sx] : 0;
       SetPixelBits(&rows[row], column, bits, ModelPixel(flags, d, s, bits));
     }
   }

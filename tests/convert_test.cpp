@@ -37,9 +37,9 @@ void ConvertSlowly(const Conversion& c, const Bytes& before, Bytes& after, size_
     // Equal tables carry their indexes over, doubles too.
     if (c.srcBits >= 1 && c.srcBits <= c.dstBits &&
         std::memcmp(from, to, sizeof(RGBQUAD) << c.srcBits) == 0) {
-      index = PixelBits(before, x, static_cast<int32_t>(c.srcBits));
+      index = PixelBits(before, x, c.srcBits);
     }
-    SetPixelBits(&after, x, static_cast<int32_t>(c.dstBits), index);
+    SetPixelBits(&after, x, c.dstBits, index);
   } else if (c.srcBits != c.dstBits) {
     SetSlowPixel(after, x, c.dstBits, c.dstOrder, color);
   } else if (c.srcOrder != c.dstOrder) {

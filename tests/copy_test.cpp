@@ -107,8 +107,7 @@ TEST(CopyBitmapRect, EqualsPixelReads) {
       const int32_t left = random.Between(0, across - 1), top = random.Between(0, down - 1);
       const int32_t width = random.Between(1, across - left);
       const int32_t height = random.Between(1, down - top);
-      SCOPED_TRACE(testing::Message() << bits << " bits, " << left << ", " << top << ", " << width
-                                      << " by " << height);
+      SCOPED_TRACE(Told(bits, "bits,", left, ",", top, ",", width, "by", height));
       Bitmap copy;
       ASSERT_EQ(Vn_CopyBitmapRect(copy, source, left, top, width, height), OK);
       ASSERT_TRUE(copy->Width == width && copy->Height == height);

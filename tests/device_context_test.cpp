@@ -19,7 +19,7 @@ TEST(DeviceContext, DrawsIntoTheBitmapWithinItsRegion) {
   for (const int32_t bits : {1, 4, 8, 24}) {
     for (const uint32_t origin : {VIEW_TOP_FIRST, VIEW_BOTTOM_FIRST}) {
       for (const bool region : {false, true}) {
-        SCOPED_TRACE(testing::Message() << bits << " bits, origin " << origin << ", " << region);
+        SCOPED_TRACE(Told(bits, "bits, origin", origin, ",", region));
         Bitmap bitmap(kWidth, kHeight, bits, origin);
         FillRandom(bitmap, random);
         Pixels expected = SeenPixels(bitmap);
@@ -37,7 +37,7 @@ TEST(DeviceContext, DrawsIntoTheBitmapWithinItsRegion) {
         for (int32_t y = kDrawn.top; y < kDrawn.bottom; ++y) {
           for (int32_t x = kDrawn.left; x < kDrawn.right; ++x) {
             if (region && !Inside(kHole, x, y)) continue;
-            uint32_t& pixel = expected[static_cast<size_t>(y)][static_cast<size_t>(x)];
+            uint32_t& pixel = expected[y][x];
             pixel = ~pixel & ((1u << bits) - 1);
           }
         }

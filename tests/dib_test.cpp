@@ -55,8 +55,7 @@ void WithEachPicture(Check check) {
     for (const int32_t bits : kDepths) {
       for (const uint32_t origin : {VIEW_TOP_FIRST, VIEW_BOTTOM_FIRST}) {
         for (const uint32_t order : {ORDER_RGB, ORDER_BGR}) {
-          SCOPED_TRACE(testing::Message()
-                       << bits << " bits, origin " << origin << ", order " << order);
+          SCOPED_TRACE(Told(bits, "bits, origin", origin, ", order", order));
           Bitmap bitmap(37, 11, bits, origin, order, RandomColors(random, 256).data(),
                         kind.request);
           FillRandom(bitmap, random);
@@ -105,7 +104,7 @@ Bytes SmallDib(uint32_t headerBytes) {
   Bytes bytes;
   const auto put = [&](uint32_t value, int count) {
     for (int i = 0; i < count; ++i, value >>= 8)
-      bytes.push_back(static_cast<uint8_t>(value));
+      bytes.push_back(value);
   };
   put(headerBytes, 4);
   if (headerBytes == 12) {
@@ -121,7 +120,7 @@ Bytes SmallDib(uint32_t headerBytes) {
   for (uint32_t i = 0; i < colors; ++i)
     put(0xAA000000 | i << 16 | (i + 1) % 256 << 8 | (i + 2) % 256, headerBytes == 12 ? 3 : 4);
   for (uint32_t i = 0; i < 24; ++i)
-    bytes.push_back(static_cast<uint8_t>(i % 10));
+    bytes.push_back(i % 10);
   return bytes;
 }
 

@@ -19,8 +19,7 @@ SlowRun ModelOf(const Target& target, uint32_t method) {
   const int bits = target.count <= 2 ? 1 : target.count <= 16 ? 4 : 8;
   SlowRun run{method,      target.way,        target.targetBits ? target.targetBits : bits,
               Colors(256), target.matchTable, target.count};
-  const RGBQUAD* colors = target.colors.empty() ? Vn_IntGetFixedPalette(static_cast<uint32_t>(bits))
-                                                : &target.colors[0];
+  const RGBQUAD* colors = target.colors.empty() ? Vn_IntGetFixedPalette(bits) : &target.colors[0];
   std::copy_n(colors, target.count, run.target.begin());
   if (target.way == Way::kCells) {
     for (uint32_t i = 0; i < target.count; ++i) {
@@ -85,8 +84,7 @@ class EachMethod : public testing::TestWithParam<uint32_t> {};
 void Check(uint32_t method, const Target& target, uint32_t bits, uint32_t width, Random& random) {
   const Colors sourceColors = RandomColors(random, 256);
   const uint32_t order = random.Chance(2) ? ORDER_BGR : ORDER_RGB;
-  Bitmap bitmap(width, 1, static_cast<int32_t>(bits), VIEW_BOTTOM_FIRST, order,
-                sourceColors.data());
+  Bitmap bitmap(width, 1, bits, VIEW_BOTTOM_FIRST, order, sourceColors.data());
   bitmap->DitherMethod = method;
   SlowRun model = ModelOf(target, method);
   const RGBQUAD* colors = target.colors.empty() ? nullptr : target.colors.data();
@@ -132,8 +130,7 @@ TEST_P(EachMethod, EqualsOneAccumulatorPerPixelPerLine) {
     for (const int32_t bits : kDepths) {
       for (int round = 0; round < 2; ++round) {
         const uint32_t width = kWidths[next++ % std::size(kWidths)];
-        ASSERT_NO_FATAL_FAILURE(
-            Check(GetParam(), target, static_cast<uint32_t>(bits), width, random));
+        ASSERT_NO_FATAL_FAILURE(Check(GetParam(), target, bits, width, random));
       }
     }
   }

@@ -14,8 +14,8 @@ using Segments = std::vector<int32_t>;
 VnStatus PutSegments(BitmapHandle* bitmap, const Bytes& source, uint32_t row, int32_t offset,
                      const Segments& segments) {
   const int32_t state = Vn_LockBitmap(bitmap);
-  const VnStatus status = Vn_PutBitmapRowSegments(
-      bitmap, source.data(), row, offset, segments.data(), static_cast<int32_t>(segments.size()));
+  const VnStatus status =
+      Vn_PutBitmapRowSegments(bitmap, source.data(), row, offset, segments.data(), segments.size());
   Vn_UnlockBitmap(bitmap, state);
   return status;
 }
@@ -44,13 +44,12 @@ TEST(SegmentWrite, EqualsSinglePixels) {
       const int32_t offset = random.Between(-width / unit / 2, width / unit / 2) * unit;
       const Segments segments =
           RandomSegments(random, std::max(0, -offset), std::min(width, width - offset));
-      SCOPED_TRACE(testing::Message() << bits << " bits, offset " << offset << ", segments "
-                                      << testing::PrintToString(segments));
+      SCOPED_TRACE(
+          Told(bits, "bits, offset", offset, ", segments", testing::PrintToString(segments)));
       std::vector<Bytes> expected = ReadRows(bitmap);
       for (size_t s = 0; s < segments.size(); s += 2) {
         for (int32_t c = segments[s]; c < segments[s + 1]; ++c) {
-          SetPixelBits(&expected[1], static_cast<size_t>(c + offset), bits,
-                       PixelBits(source, static_cast<size_t>(c), bits));
+          SetPixelBits(&expected[1], c + offset, bits, PixelBits(source, c, bits));
         }
       }
       ASSERT_EQ(PutSegments(bitmap, source, 1, offset, segments), OK);
@@ -82,8 +81,7 @@ void ExpectFilled(BitmapHandle* bitmap, uint32_t value, Fill fill) {
   for (int32_t row = 0; row < bitmap->Height; ++row) {
     for (int32_t x = 0; x < bitmap->Width; ++x) {
       if (!Vn_IsPtInBitmapRgn(bitmap, row, x)) continue;
-      SetPixelBits(&expected[static_cast<size_t>(row)], static_cast<size_t>(x),
-                   bitmap->BitsPerPixel, value);
+      SetPixelBits(&expected[row], x, bitmap->BitsPerPixel, value);
     }
   }
   ASSERT_EQ(fill(), OK);
@@ -95,7 +93,7 @@ TEST(Fill, FillsWhatTheRegionSelects) {
   WithEachStorage([](const StorageKind& storage) {
     for (const int32_t bits : kDepths) {
       for (int32_t kind = 0; kind < 4; ++kind) {
-        SCOPED_TRACE(testing::Message() << bits << " bits, region " << kind);
+        SCOPED_TRACE(Told(bits, "bits, region", kind));
         const uint32_t order = kind % 2 ? ORDER_RGB : ORDER_BGR;
         Bitmap bitmap(kind == 3 ? 301 : 35, 15, bits, VIEW_TOP_FIRST, order, nullptr,
                       storage.request);

@@ -183,17 +183,5 @@ HEADLESS_TEST(Frame, AttachmentFailsWithoutMemoryAndRecovers) {
   EXPECT_EQ(Headless_Restart(), 1);
 }
 
-HEADLESS_TEST(Frame, ThreadsGetAndLoseTheirBlock) {
-  Headless_Counts before, during, after;
-  Headless_GetCounts(&before);
-  std::thread([&] {
-    Vn_GetDefaultXResolution();
-    Headless_GetCounts(&during);
-  }).join();
-  Headless_GetCounts(&after);
-  EXPECT_EQ(during.globalBlocks, before.globalBlocks + 1);
-  EXPECT_EQ(after.globalBlocks, before.globalBlocks);
-}
-
 }  // namespace
 }  // namespace vn::test

@@ -26,7 +26,7 @@ constexpr Size kTooLarge[] = {{0x10000001, 1, 32}, {65536, 65537, 8},  {0x800000
 
 TEST(Limits, SizesThatWrapGetNoPixels) {
   for (const Size& size : kTooLarge) {
-    SCOPED_TRACE(testing::Message() << size.width << " x " << size.height << " x " << size.bits);
+    SCOPED_TRACE(Told(size.width, "x", size.height, "x", size.bits));
     BitmapHandle bitmap;
     EXPECT_EQ(Vn_InitBitmap(&bitmap, size.width, size.height, size.bits), OK);
     const VnStatus expected = bitmap.DataSize ? ERR_NO_MEMORY : ERR_EMPTY_BITMAP;
@@ -120,7 +120,7 @@ HEADLESS_TEST(Limits, MotionsKeepRegionsInsideTheBitmap) {
   const auto size = [&] { return random.OneOf(sizes); };
   for (int32_t round = 0; round < 400; ++round) {
     Plain bitmap(size(), size());
-    SCOPED_TRACE(testing::Message() << bitmap->Width << " x " << bitmap->Height);
+    SCOPED_TRACE(Told(bitmap->Width, "x", bitmap->Height));
     for (int32_t n = 0; n < 3; ++n) {
       const int32_t left = random.Between(0, bitmap->Width - 1);
       const int32_t top = random.Between(0, bitmap->Height - 1);
@@ -168,8 +168,8 @@ HEADLESS_TEST(Limits, ScansPassOverRowsThatDoNotShow) {
     transform.YScaleDenominator = factors[random.Between(0, 4)];
     transform.YOffset = random.Between(-40, 40);
     const RegionTransform* given = round ? &transform : nullptr;
-    SCOPED_TRACE(testing::Message() << transform.YScaleNumerator << "/"
-                                    << transform.YScaleDenominator << " + " << transform.YOffset);
+    SCOPED_TRACE(
+        Told(transform.YScaleNumerator, "/", transform.YScaleDenominator, "+", transform.YOffset));
     // Beyond the words a list's products wrap; a shape near the bitmap has none that do.
     const Region inside(CreateRectRgn(0, 0, 17, 30));
     const Region& shape = round % 2 ? tall : inside;

@@ -58,8 +58,7 @@ TEST(Mirror, MovesEveryPixel) {
       RandomBitmap bitmap(random, width, height, kDepths[i % 6]);
       const Pixels before = SeenPixels(bitmap);
       const Motion& motion = random.OneOf(kMotions);
-      SCOPED_TRACE(testing::Message() << motion.name << " of " << width << " by " << height << ", "
-                                      << bitmap->BitsPerPixel << " bits");
+      SCOPED_TRACE(Told(motion.name, "of", width, "by", height, ",", bitmap->BitsPerPixel, "bits"));
       ASSERT_EQ(motion.run(bitmap), OK);
       ASSERT_FALSE(bitmap->Flags & FLAG_LOCKED);
       ASSERT_TRUE(SeenPixels(bitmap) == motion.seen(before));

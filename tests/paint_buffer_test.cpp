@@ -39,8 +39,7 @@ HEADLESS_TEST(PaintBuffer, BandsMakeUpThePicture) {
       const ScreenDC screen;
       const RealizedPalette palette(screen.get(), Vn_CreatePaintPalette(screen.get(), bitmap));
       const RECT to = {0, 7, width * scale, 7 + height * scale};
-      SCOPED_TRACE(testing::Message() << "round " << round << ", screen " << bits << ", scale "
-                                      << scale << ", mode " << mode);
+      SCOPED_TRACE(Told("round", round, ", screen", bits, ", scale", scale, ", mode", mode));
       const Bytes expected = ShownBy(screen.get(), WHITENESS, [&] {
         EXPECT_EQ(Vn_PaintDC(screen.get(), bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY), OK);
       });

@@ -117,7 +117,7 @@ Colors RandomTable(Random& random, int32_t bits) {
     const RGBQUAD* ramp = random.Chance(2) ? kBlackWhite : kWhiteBlack;
     return Colors(ramp, ramp + 2);
   }
-  const RGBQUAD* fixed = Vn_IntGetFixedPalette(static_cast<uint32_t>(bits));
+  const RGBQUAD* fixed = Vn_IntGetFixedPalette(bits);
   Colors colors(fixed, fixed + count);
   if (random.Chance(3)) return colors;
   if (random.Chance(4)) {
@@ -163,8 +163,7 @@ void CheckRandomPaint(Random& random, int32_t rawBits, std::map<int32_t, int>* k
   RandomBitmap bitmap(random, width, height, bits, STORAGE_AUTO, colors.data());
   const SlowPaint paint = RandomPaint(random, bitmap, rawBits);
   const uint32_t rasterOps[] = {SRCCOPY, SRCCOPY, SRCINVERT, NOTSRCCOPY};
-  SCOPED_TRACE(testing::Message() << bits << " bits, " << width << " by " << height << ", screen "
-                                  << rawBits << ", mode " << paint.mode);
+  SCOPED_TRACE(Told(bits, "bits,", width, "by", height, ", screen", rawBits, ", mode", paint.mode));
   const SlowPicture picture =
       ComparePaints(paint, random.Chance(2) ? WHITENESS : BLACKNESS, random.OneOf(rasterOps));
   if (!picture.lines.empty()) ++(*kinds)[picture.kind];
@@ -176,7 +175,7 @@ HEADLESS_TEST(Paint, MatchesTheModelOnEveryScreen) {
     Random random(static_cast<uint64_t>(bits) + 100);
     std::map<int32_t, int> kinds;
     for (int round = 0; round < 700 && !testing::Test::HasFailure(); ++round) {
-      SCOPED_TRACE(testing::Message() << "round " << round);
+      SCOPED_TRACE(Told("round", round));
       CheckRandomPaint(random, bits, &kinds);
     }
     // Every kind that the screen has must have been met often enough to mean something.
@@ -212,7 +211,7 @@ HEADLESS_TEST(Paint, BandsHoldAsManyRowsAsFit) {
        {Expectation{8, 4000, 100, 16, 4, 7}, Expectation{24, 30000, 3, 1, 1, 3},
         Expectation{1, 64, 40, 40, 40, 1}, Expectation{8, 65533, 2, 1, 1, 2},
         Expectation{8, 65536, 2, 1, 1, 2}, Expectation{32, 16384, 2, 1, 1, 2}}) {
-    SCOPED_TRACE(testing::Message() << e.bits << " bits, " << e.width << " by " << e.height);
+    SCOPED_TRACE(Told(e.bits, "bits,", e.width, "by", e.height));
     Bitmap bitmap(e.width, e.height, e.bits);
     BandWatch watch;
     ASSERT_EQ(PaintAll(bitmap, RECT{0, 0, e.width, e.height}), OK);
@@ -240,7 +239,7 @@ HEADLESS_TEST(Paint, PackedRowsStartAtAByte) {
       for (const uint32_t mode : {kDefaultMode, uint32_t{MODE_DITHER | MODE_FIXED_PALETTE}}) {
         SlowPaint paint{bitmap, mode, 8, RECT{column, 0, column + 40, 3}, {}, RECT{3, 4, 43, 7},
                         {}};
-        SCOPED_TRACE(testing::Message() << bits << " bits, column " << column << ", mode " << mode);
+        SCOPED_TRACE(Told(bits, "bits, column", column, ", mode", mode));
         ComparePaints(paint, BLACKNESS, SRCCOPY);
       }
     }

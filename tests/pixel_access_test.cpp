@@ -9,31 +9,31 @@ namespace {
 
 // The colour of a raw pixel, from the words of the record alone.
 COLORREF ColorOfBits(BitmapHandle* bitmap, const Bytes& row, size_t x) {
-  const SlowColor c = SlowPixel(row, x, static_cast<uint32_t>(bitmap->BitsPerPixel),
-                                bitmap->ColorOrder, PaletteOf(bitmap).data());
+  const SlowColor c =
+      SlowPixel(row, x, bitmap->BitsPerPixel, bitmap->ColorOrder, PaletteOf(bitmap).data());
   return RGB(c.red, c.green, c.blue);
 }
 
 void ReadsAndWritesAgree(int32_t bits, uint32_t order, int32_t storage) {
-  SCOPED_TRACE(testing::Message() << bits << " bits, order " << order << ", storage " << storage);
+  SCOPED_TRACE(Told(bits, "bits, order", order, ", storage", storage));
   Random random(static_cast<uint64_t>(bits) * 16 + order);
   Bitmap bitmap(37, 5, bits, VIEW_BOTTOM_FIRST, order, RandomColors(random, 256).data(), storage);
   FillRandom(bitmap, random);
   for (int32_t i = 0; i < 200; ++i) {
     const int32_t row = random.Between(0, 4), column = random.Between(0, 36);
     Bytes before = ReadRow(bitmap, row);
-    const COLORREF color = ColorOfBits(bitmap, before, static_cast<size_t>(column));
+    const COLORREF color = ColorOfBits(bitmap, before, column);
     ASSERT_EQ(Vn_GetPixelColor(bitmap, row, column), color);
     // A colour that the format holds exactly comes back; nothing beside the pixel moves.
     const int32_t other = random.Between(0, 36);
-    const COLORREF next = ColorOfBits(bitmap, before, static_cast<size_t>(other));
+    const COLORREF next = ColorOfBits(bitmap, before, other);
     ASSERT_EQ(Vn_PutPixelColor(bitmap, row, column, next), OK);
     ASSERT_EQ(Vn_GetPixelColor(bitmap, row, column), next);
     Bytes after = ReadRow(bitmap, row);
     const int32_t written = bits == 32 ? 24 : bits;  // the fourth byte stays
     for (int32_t bit = column * bits; bit < column * bits + written; ++bit) {
-      SetPixelBits(&after, static_cast<size_t>(bit), 1, 0);
-      SetPixelBits(&before, static_cast<size_t>(bit), 1, 0);
+      SetPixelBits(&after, bit, 1, 0);
+      SetPixelBits(&before, bit, 1, 0);
     }
     ASSERT_EQ(after, before);
   }

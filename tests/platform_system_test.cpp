@@ -198,7 +198,7 @@ HEADLESS_TEST(PlatformSystem, ThreadsShareTheTables) {
   std::atomic<int> faults{0};
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([t, &faults] {
-      Random random(static_cast<uint64_t>(t));
+      Random random(t);
       for (int i = 0; i < 300; ++i) {
         const auto size = static_cast<uint32_t>(random.Between(1, 200000));
         const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);

@@ -31,8 +31,7 @@ std::vector<int> SlowLine(const std::vector<int>& old, size_t size) {
     const size_t first = i * size / old.size(), end = (i + 1) * size / old.size();
     const int rise = (i + 1 < old.size() ? old[i + 1] : old[i]) - old[i];
     for (size_t k = 0; k < end - first; ++k)
-      line.push_back(old[i] +
-                     FloorDivide(static_cast<int>(k) * rise, static_cast<int>(end - first)));
+      line.push_back(old[i] + FloorDivide(static_cast<int>(k) * rise, end - first));
   }
   line.resize(size);
   return line;
@@ -79,7 +78,7 @@ std::vector<Bytes> SlowRows(BitmapHandle* bitmap, size_t width, size_t height) {
 
   const bool dithers = bits < 8 || (bits == 8 && Vn_IsGrayScaleBitmap(bitmap) != 1);
   BitmapHandle run;
-  Vn_InitBitmap(&run, static_cast<uint32_t>(width), static_cast<uint32_t>(height), 24);
+  Vn_InitBitmap(&run, width, height, 24);
   run.DitherMethod = DITHER_FLOYD_STEINBERG;
   if (bits <= 8) Vn_StartDithering(&run, colors.data(), 1u << bits);
   const size_t lead = height / static_cast<size_t>(bitmap->Height) / 2;
@@ -120,7 +119,7 @@ Colors AnyPalette(Random& random, int32_t bits) {
 // Resamples, and looks at pixels and palette.
 void ExpectResampled(BitmapHandle* bitmap, int32_t width, int32_t height) {
   const Colors before = PaletteOf(bitmap);
-  const auto expected = SlowRows(bitmap, static_cast<size_t>(width), static_cast<size_t>(height));
+  const auto expected = SlowRows(bitmap, width, height);
   ASSERT_EQ(Vn_ResampleBitmap(bitmap, width, height), OK);
   ASSERT_EQ(bitmap->Width, width);
   ASSERT_EQ(bitmap->Height, height);
@@ -139,8 +138,7 @@ void ResampleAnySizes(int32_t storage, int32_t rounds) {
     const int32_t width = side() + (i & 1 ? more : 0), height = side();
     const int32_t newWidth = random.Chance(6) ? width : side() + (i & 1 ? 0 : more);
     const int32_t newHeight = random.Chance(6) ? height : side();
-    SCOPED_TRACE(testing::Message() << bits << " bits, " << width << "x" << height << " to "
-                                    << newWidth << "x" << newHeight);
+    SCOPED_TRACE(Told(bits, "bits,", width, "x", height, "to", newWidth, "x", newHeight));
     const Colors colors = bits <= 8 ? AnyPalette(random, bits) : Colors();
     RandomBitmap bitmap(random, width, height, bits, storage,
                         colors.empty() ? nullptr : colors.data());

@@ -84,12 +84,11 @@ TEST(StreamedResize, RowsAreAsTheSlowModelMakesThem) {
   for (int32_t i = 0; i < 3000; ++i) {
     const int32_t bits = kDepths[random.Between(0, 5)];
     const int32_t oldWidth = random.Between(1, 40), newWidth = random.Between(1, 40);
-    SCOPED_TRACE(testing::Message() << bits << " bits, " << oldWidth << " to " << newWidth);
+    SCOPED_TRACE(Told(bits, "bits,", oldWidth, "to", newWidth));
     Stream stream(oldWidth, 3, newWidth, 3);
     Bytes buffer(RowBytes(static_cast<size_t>(std::max(oldWidth, newWidth)), bits));
     random.Fill(buffer.data(), buffer.size());
-    const Bytes expected =
-        StreamedRow(buffer, bits, static_cast<size_t>(oldWidth), static_cast<size_t>(newWidth));
+    const Bytes expected = StreamedRow(buffer, bits, oldWidth, newWidth);
     ASSERT_EQ(stream.Row(&buffer, 0, bits), 1u);
     ASSERT_EQ(stream.lastWidth(), static_cast<uint32_t>(newWidth));
     ASSERT_EQ(buffer, expected);
@@ -111,8 +110,7 @@ TEST(StreamedResize, CountsFollowRowsInAnyOrder) {
     int32_t last = -1;
     for (int32_t row = random.Between(0, height - 1), n = 0; n < 40; ++n) {
       const int32_t cell = last == row + 1 ? row - 1 : row;
-      ASSERT_EQ(static_cast<int32_t>(stream.Row(&buffer, static_cast<uint32_t>(row), 8)),
-                before(cell + 1) - before(cell))
+      ASSERT_EQ(static_cast<int32_t>(stream.Row(&buffer, row, 8)), before(cell + 1) - before(cell))
           << height << " to " << newHeight << ", row " << last << " then " << row;
       ASSERT_EQ(stream.lastWidth(), 5u);
       last = row;
@@ -149,8 +147,7 @@ TEST(ResizeBitmap, PicksTheFirstPixelOfEachCell) {
       const int32_t newHeight = same ? height : random.Between(1, 60);
       RandomBitmap source(random, width, height, bits, kind.request);
       RandomBitmap result(random, newWidth, newHeight, bits, kind.request);
-      SCOPED_TRACE(testing::Message() << bits << " bits, " << width << "x" << height << " to "
-                                      << newWidth << "x" << newHeight);
+      SCOPED_TRACE(Told(bits, "bits,", width, "x", height, "to", newWidth, "x", newHeight));
       ASSERT_EQ(Vn_ResizeBitmap(source, result), OK);
       ASSERT_EQ(StoredPixels(result), Resized(source, result));
     }

@@ -69,7 +69,7 @@ Turned Model(BitmapHandle* bitmap, int32_t angle, bool resize, uint32_t fill) {
     for (int32_t column = 0; column < turned.width; ++column) {
       const bool inside = x.whole >= 0 && x.whole < w && y.whole >= 0 && y.whole < h;
       const auto sx = static_cast<size_t>(x.whole), sy = static_cast<size_t>(y.whole);
-      SetPixelBits(&line, static_cast<size_t>(column), bits, inside ? source[sy][sx] : fill);
+      SetPixelBits(&line, column, bits, inside ? source[sy][sx] : fill);
       x.Move(c);
       y.Move(s);
     }
@@ -118,8 +118,7 @@ void RotateAnySizes(int32_t storage, int32_t rounds) {
       angle = random.Chance(2) ? 9000 : -9000;  // cut off, by the walk
       resize = false;
     }
-    SCOPED_TRACE(testing::Message() << width << " by " << height << ", " << bits << " bits, by "
-                                    << angle << (resize ? ", grown" : ""));
+    SCOPED_TRACE(Told(width, "by", height, ",", bits, "bits, by", angle, resize ? "grown" : ""));
     ASSERT_NO_FATAL_FAILURE(ExpectAsModel(bitmap, angle, resize));
   }
 }

@@ -57,8 +57,8 @@ void ShearAny(int32_t storage, int32_t rounds) {
     const int32_t angle = random.OneOf(angles), width = random.Between(1, most);
     const bool horizontal = random.Chance(2), white = random.Chance(2);
     RandomBitmap bitmap(random, width, random.Between(1, most), bits, storage);
-    SCOPED_TRACE(testing::Message() << bits << " bits, " << width << "x" << bitmap->Height << " by "
-                                    << angle << (horizontal ? "" : ", vertical"));
+    SCOPED_TRACE(
+        Told(bits, "bits,", width, "x", bitmap->Height, "by", angle, horizontal ? "" : "vertical"));
     const uint32_t ones = bits == 16 ? 0xFF7F : bits == 32 ? 0xFFFFFF00 : (1ull << bits) - 1;
     const Pixels expected = SlowSheared(SeenPixels(bitmap), angle, horizontal, white ? ones : 0);
     ASSERT_EQ(Vn_ShearBitmap(bitmap, angle, horizontal, white ? RGB(255, 255, 255) : 0), OK);

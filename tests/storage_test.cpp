@@ -89,7 +89,7 @@ TEST(Storage, AllKindsHoldTheSameBytes) {
   const TempDirScope scope(folder.Path());
   WithEachStorage([&](const StorageKind& kind) {
     for (const int32_t bits : kDepths) {
-      Random random(static_cast<uint64_t>(bits));
+      Random random(bits);
       Bitmap bitmap(61, 23, bits, VIEW_TOP_FIRST, ORDER_BGR, nullptr, kind.request);
       EXPECT_EQ(bitmap->Flags & (FLAG_ALLOCATED | FLAG_IN_MEMORY | FLAG_ON_DISK), kind.flags);
       const uint32_t stride = bitmap->BytesPerLine;
@@ -99,8 +99,8 @@ TEST(Storage, AllKindsHoldTheSameBytes) {
       for (int step = 0; step < 200; ++step) {
         const int32_t row = random.Between(0, 22), column = random.Between(0, 60);
         const auto first = static_cast<uint32_t>(column * bits / 8);
-        const int32_t count = random.Between(0, static_cast<int32_t>(stride - first));
-        uint8_t* const part = model[static_cast<size_t>(row)].data() + first;
+        const int32_t count = random.Between(0, stride - first);
+        uint8_t* const part = model[row].data() + first;
         Bytes bytes(static_cast<size_t>(count) + 1);
         if (random.Chance(2)) {
           random.Fill(bytes.data(), bytes.size());

@@ -24,8 +24,8 @@ std::vector<Bytes> Grays(BitmapHandle* underlay, const Colors& colors, int32_t w
     Bytes grays;
     for (int32_t x = 0; x < width; ++x) {
       const int32_t column = stretch ? x * underlay->Width / width : x % underlay->Width;
-      grays.push_back(static_cast<uint8_t>(SlowGray(SlowPixel(
-          pixels, static_cast<size_t>(column), bits, underlay->ColorOrder, colors.data()))));
+      grays.push_back(static_cast<uint8_t>(
+          SlowGray(SlowPixel(pixels, column, bits, underlay->ColorOrder, colors.data()))));
     }
     lines.push_back(grays);
   }
@@ -39,7 +39,7 @@ std::vector<Bytes> Model(BitmapHandle* bitmap, const Colors& colors,
   const auto width = static_cast<size_t>(bitmap->Width);
   std::vector<Bytes> rows(grays.size());
   BitmapHandle run;
-  Vn_InitBitmap(&run, static_cast<uint32_t>(width), 1, 24);
+  Vn_InitBitmap(&run, width, 1, 24);
   run.DitherMethod = DITHER_FLOYD_STEINBERG;
   if (bits <= 8) {
     EXPECT_EQ(Vn_StartDithering(&run, colors.data(), 1u << bits), OK);
@@ -50,7 +50,7 @@ std::vector<Bytes> Model(BitmapHandle* bitmap, const Colors& colors,
     Bytes shaded(width * 3), after = before;
     for (size_t x = 0; x < width; ++x) {
       SlowColor c = SlowPixel(before, x, bits, bitmap->ColorOrder, colors.data());
-      const int shift = grays[static_cast<size_t>(line)][x] - 128;
+      const int shift = grays[line][x] - 128;
       for (int* channel : {&c.red, &c.green, &c.blue})
         *channel = std::clamp(*channel + shift, 0, 255);
       SetSlowPixel(shaded, x, 24, ORDER_BGR, c);
@@ -59,9 +59,9 @@ std::vector<Bytes> Model(BitmapHandle* bitmap, const Colors& colors,
     if (bits <= 8) {
       EXPECT_EQ(Vn_DitherLine(&run, shaded.data(), after.data()), OK);
     }
-    Bytes& result = rows[static_cast<size_t>(row)] = before;
+    Bytes& result = rows[row] = before;
     for (size_t x = 0; x < width; ++x) {
-      if (!Vn_IsPtInBitmapRgn(bitmap, row, static_cast<int32_t>(x))) continue;
+      if (!Vn_IsPtInBitmapRgn(bitmap, row, x)) continue;
       SetPixelBits(&result, x, bitmap->BitsPerPixel, PixelBits(after, x, bitmap->BitsPerPixel));
     }
   }
@@ -85,8 +85,8 @@ void EqualsTheModel(int32_t storage, int32_t rounds) {
     if (random.Chance(3) && width > 9) SelectEllipse(bitmap, {1, 1, width - 2, height});
     if (bits <= 8 && random.Chance(2)) Vn_CreatePaletteColors(bitmap);
     const uint32_t flags = bitmap->Flags;
-    SCOPED_TRACE(testing::Message() << "round " << round << ", " << bits << " bits, texture "
-                                    << textureBits << " bits, stretch " << stretch);
+    SCOPED_TRACE(
+        Told("round", round, ",", bits, "bits, texture", textureBits, "bits, stretch", stretch));
     const std::vector<Bytes> expected =
         Model(bitmap, colors, Grays(texture, textureColors, width, height, stretch));
     const Bytes before = ReadAll(texture);

@@ -43,7 +43,7 @@ void FillRandom(Case& test, BitmapHandle* bitmap) {
   const int32_t state = Vn_LockBitmap(bitmap);
   for (int32_t row = 0; row < bitmap->Height; ++row) {
     test.random.Fill(bytes.data(), bytes.size());
-    Vn_PutBitmapRow(bitmap, bytes.data(), static_cast<uint32_t>(row), bitmap->BytesPerLine);
+    Vn_PutBitmapRow(bitmap, bytes.data(), row, bitmap->BytesPerLine);
   }
   Vn_UnlockBitmap(bitmap, state);
 }
@@ -91,8 +91,7 @@ void FoldPixels(Case& test, BitmapHandle* bitmap) {
   std::vector<uint8_t> bytes((bits + 7) / 8);
   const int32_t state = Vn_LockBitmap(bitmap);
   for (int32_t row = 0; row < bitmap->Height; ++row) {
-    const int32_t count = Vn_GetBitmapRow(bitmap, bytes.data(), static_cast<uint32_t>(row),
-                                          static_cast<uint32_t>(bytes.size()));
+    const int32_t count = Vn_GetBitmapRow(bitmap, bytes.data(), row, bytes.size());
     if (count != static_cast<int32_t>(bytes.size())) test.Fold("row", count);
     if (bits % 8) bytes.back() &= static_cast<uint8_t>(0xFF00 >> bits % 8);
     char name[24];

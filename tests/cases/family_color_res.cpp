@@ -35,7 +35,7 @@ void FillSoftly(Case& test, BitmapHandle* bitmap) {
   for (int32_t y = 0; y < bitmap->Height; ++y) {
     for (uint8_t& byte : row)
       byte = level = static_cast<uint8_t>(level + test.Pick(-9, 10));
-    Vn_PutBitmapRow(bitmap, row.data(), static_cast<uint32_t>(y), bitmap->BytesPerLine);
+    Vn_PutBitmapRow(bitmap, row.data(), y, bitmap->BytesPerLine);
   }
   Vn_UnlockBitmap(bitmap, state);
 }

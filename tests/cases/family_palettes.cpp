@@ -77,14 +77,13 @@ void BitmapCase(Case& test) {
         test.Fold("Vn_PutBitmapColors", Vn_PutBitmapColors(bitmap, first, count, colors.data()));
         break;
       case 1:
-        Vn_GetFixedPalette(table, static_cast<uint32_t>(bitmap->BitsPerPixel));
+        Vn_GetFixedPalette(table, bitmap->BitsPerPixel);
         test.Fold("Vn_PutBitmapColors", Vn_PutBitmapColors(bitmap, 0, bitmap->ColorCount, table));
         break;
       case 2:
         first = test.Pick(0, 20);
         count = test.Pick(0, 236);
-        test.Fold("Vn_GetBitmapColors", Vn_GetBitmapColors(bitmap, static_cast<uint32_t>(first),
-                                                           static_cast<uint32_t>(count), table));
+        test.Fold("Vn_GetBitmapColors", Vn_GetBitmapColors(bitmap, first, count, table));
         test.FoldBytes("table", table, sizeof table);
         break;
       case 3:

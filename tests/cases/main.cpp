@@ -70,7 +70,7 @@ bool RunCase(World& world, const Family& family, uint32_t number, const Options&
 bool RunFamily(World& world, const Family& family, const Options& options) {
   uint64_t sum = 0;
   if (options.number >= 0) {
-    return RunCase(world, family, static_cast<uint32_t>(options.number), options, &sum);
+    return RunCase(world, family, options.number, options, &sum);
   }
   bool clean = true;
   for (uint32_t i = 0; i < family.cases; ++i)

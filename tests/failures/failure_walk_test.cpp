@@ -103,7 +103,7 @@ TEST_P(FailureWalk, TellsOrMakesGoodAndLeavesNothing) {
       if (HasFailure()) return;
     }
   });
-  RecordProperty("failures", static_cast<int>(failures));
+  RecordProperty("failures", failures);
 }
 
 // The row's name, in the characters that a test's may have.

@@ -43,7 +43,7 @@ Call OnRow(RowCall call) {
     const int32_t state = Vn_LockBitmap(s.bitmap);
     const int32_t count = call(s.bitmap, s.bytes.data());
     Vn_UnlockBitmap(s.bitmap, state);
-    return Moved(count, static_cast<uint32_t>(s.bytes.size()));
+    return Moved(count, s.bytes.size());
   };
 }
 

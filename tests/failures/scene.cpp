@@ -57,7 +57,7 @@ Bytes RegionBytes(BitmapHandle* bitmap) {
 Bytes RectBytes(HRGN region) {
   Bytes bytes(region ? GetRegionData(region, 0, nullptr) : 0);
   std::vector<uint32_t> words(bytes.size() / 4 + 1);  // aligned
-  if (region) GetRegionData(region, static_cast<DWORD>(bytes.size()), (RGNDATA*)words.data());
+  if (region) GetRegionData(region, bytes.size(), (RGNDATA*)words.data());
   if (!bytes.empty()) std::memcpy(bytes.data(), words.data(), bytes.size());
   return bytes;
 }

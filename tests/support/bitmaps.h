@@ -11,6 +11,7 @@
 #include "kernel/vector.h"
 #include "tests/support/pixels.h"
 #include "tests/support/random.h"
+#include "tests/support/told.h"
 
 namespace vn::test {
 
@@ -26,16 +27,14 @@ class Bitmap : public OwnedBitmap {
   Bitmap(int64_t width, int64_t height, int32_t bits, uint32_t origin = VIEW_BOTTOM_FIRST,
          uint32_t order = ORDER_BGR, const RGBQUAD* colors = nullptr,
          int32_t storage = STORAGE_AUTO) {
-    EXPECT_EQ(Vn_CreateBitmap(get(), storage, static_cast<uint32_t>(width),
-                              static_cast<uint32_t>(height), bits, order, colors, origin),
-              OK);
+    EXPECT_EQ(Vn_CreateBitmap(get(), storage, width, height, bits, order, colors, origin), OK);
   }
 };
 
 inline Bytes ReadRow(BitmapHandle* bitmap, int64_t row) {
   Bytes bytes(bitmap->BytesPerLine);
   const int32_t state = Vn_LockBitmap(bitmap);
-  EXPECT_EQ(Vn_GetBitmapRow(bitmap, bytes.data(), static_cast<uint32_t>(row), bitmap->BytesPerLine),
+  EXPECT_EQ(Vn_GetBitmapRow(bitmap, bytes.data(), row, bitmap->BytesPerLine),
             static_cast<int32_t>(bitmap->BytesPerLine));
   Vn_UnlockBitmap(bitmap, state);
   return bytes;
@@ -44,8 +43,7 @@ inline Bytes ReadRow(BitmapHandle* bitmap, int64_t row) {
 inline void WriteRow(BitmapHandle* bitmap, int64_t row, const Bytes& bytes) {
   const auto count = static_cast<uint32_t>(bytes.size());
   const int32_t state = Vn_LockBitmap(bitmap);
-  EXPECT_EQ(Vn_PutBitmapRow(bitmap, bytes.data(), static_cast<uint32_t>(row), count),
-            static_cast<int32_t>(count));
+  EXPECT_EQ(Vn_PutBitmapRow(bitmap, bytes.data(), row, count), static_cast<int32_t>(count));
   Vn_UnlockBitmap(bitmap, state);
 }
 
@@ -81,7 +79,7 @@ using Pixels = std::vector<std::vector<uint32_t>>;
 inline Pixels PixelsOf(BitmapHandle* bitmap, const std::vector<Bytes>& rows) {
   Pixels pixels;
   for (const Bytes& row : rows)
-    pixels.push_back(RowPixels(row, static_cast<size_t>(bitmap->Width), bitmap->BitsPerPixel));
+    pixels.push_back(RowPixels(row, bitmap->Width, bitmap->BitsPerPixel));
   return pixels;
 }
 inline Pixels StoredPixels(BitmapHandle* bitmap) { return PixelsOf(bitmap, ReadRows(bitmap)); }
@@ -127,8 +125,9 @@ class RandomBitmap : public Bitmap {
  public:
   RandomBitmap(Random& random, int64_t width, int64_t height, int32_t bits,
                int32_t storage = STORAGE_AUTO, const RGBQUAD* colors = nullptr)
-      : Bitmap(width, height, bits, random.Chance(2) ? VIEW_TOP_FIRST : VIEW_BOTTOM_FIRST,
-               random.Chance(2) ? ORDER_RGB : ORDER_BGR, colors, storage) {
+      : Bitmap(width, height, bits, VIEW_TOP_FIRST, ORDER_RGB, colors, storage) {
+    if (random.Chance(2)) get()->ViewOrigin = VIEW_BOTTOM_FIRST;
+    if (random.Chance(2)) get()->ColorOrder = ORDER_BGR;
     FillRandom(get(), random);
   }
 };

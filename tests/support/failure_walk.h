@@ -9,6 +9,7 @@
 
 #include <vncore/platform/headless/headless.h>
 #include "tests/support/status_log.h"
+#include "tests/support/told.h"
 
 namespace vn::test {
 
@@ -62,7 +63,7 @@ uint32_t WalkFailures(Headless_Operation family, Round round) {
   uint32_t n = 0;
   for (bool failed = true; failed && n < kMost;) {
     ++n;
-    SCOPED_TRACE(testing::Message() << "failure " << n << " of family " << family);
+    SCOPED_TRACE(Told("failure", n, "of family", family));
     Headless_Counts before, after;
     Headless_GetCounts(&before);
     FailureRound now(family, n);

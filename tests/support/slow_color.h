@@ -60,7 +60,7 @@ inline uint32_t SlowMatch(const RGBQUAD* colors, uint32_t count, SlowColor c) {
 inline SlowColor SlowPixel(const Bytes& row, size_t x, uint32_t bits, uint32_t order,
                            const RGBQUAD* colors) {
   if (bits == 0) return {row[x], row[x], row[x]};
-  if (bits <= 8) return SlowEntry(colors[PixelBits(row, x, static_cast<int32_t>(bits))]);
+  if (bits <= 8) return SlowEntry(colors[PixelBits(row, x, bits)]);
   int low, middle, high;
   if (bits == 16) {
     const int word = row[2 * x] + 256 * row[2 * x + 1];

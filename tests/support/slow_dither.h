@@ -51,8 +51,8 @@ struct SlowRun {
       Colors colors;
       for (uint32_t i = 0; i < (matchTable ? tableCount : usable.size()); ++i)
         colors.push_back(target[matchTable ? i : usable[i]]);
-      cells[cell] = SlowMatch(colors.data(), static_cast<uint32_t>(colors.size()),
-                              {c.red / 8 * 8, c.green / 8 * 8, c.blue / 8 * 8});
+      cells[cell] =
+          SlowMatch(colors.data(), colors.size(), {c.red / 8 * 8, c.green / 8 * 8, c.blue / 8 * 8});
     }
     return cells[cell] < usable.size() ? usable[cells[cell]] : 0;
   }

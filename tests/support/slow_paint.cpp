@@ -20,16 +20,15 @@ struct Box {
 Box BoxOf(const RECT& r) { return {r.left, r.top, r.right, r.bottom}; }
 
 Colors ActiveColors(BitmapHandle* bitmap) {
-  Colors colors(static_cast<size_t>(bitmap->ColorCount));
+  Colors colors(bitmap->ColorCount);
   const HPALETTE palette =
       bitmap->Flags & FLAG_FIXED_PALETTE ? bitmap->PaintPalette : bitmap->Palette;
-  colors.resize(
-      Vn_GetPaletteEntries(palette, 0, static_cast<uint32_t>(bitmap->ColorCount), colors.data()));
+  colors.resize(Vn_GetPaletteEntries(palette, 0, bitmap->ColorCount, colors.data()));
   return colors;
 }
 
 bool SameAsFixed(const Colors& colors, int32_t bits) {
-  const RGBQUAD* fixed = Vn_IntGetFixedPalette(static_cast<uint32_t>(bits));
+  const RGBQUAD* fixed = Vn_IntGetFixedPalette(bits);
   for (size_t i = 0; i < colors.size(); ++i) {
     const SlowColor a = SlowEntry(colors[i]), b = SlowEntry(fixed[i]);
     if (a.red != b.red || a.green != b.green || a.blue != b.blue) return false;
@@ -132,13 +131,13 @@ class Worker {
   }
 
   uint32_t Pixel(int64_t line, int64_t column) const {
-    return PixelBits(lines_.at(static_cast<size_t>(line)), static_cast<size_t>(column), bits_);
+    return PixelBits(lines_.at(line), column, bits_);
   }
 
   void SetTable(bool own) {
     result_.indexes = result_.bits <= 8 && (paint_.mode & MODE_DEVICE_INDEXES) != 0;
     if (result_.bits > 8 || result_.indexes) return;
-    const RGBQUAD* fixed = Vn_IntGetFixedPalette(static_cast<uint32_t>(result_.bits));
+    const RGBQUAD* fixed = Vn_IntGetFixedPalette(result_.bits);
     result_.colors = own ? ActiveColors(paint_.bitmap) : Colors(fixed, fixed + (1 << result_.bits));
   }
 
@@ -184,8 +183,7 @@ class Worker {
     SlowRun run{ordered ? dots ? DITHER_CLUSTERED : DITHER_ORDERED : DITHER_FLOYD_STEINBERG, way,
                 deviceBits_, Colors(256)};
     if (deviceBits_ <= 8) {
-      std::copy_n(Vn_IntGetFixedPalette(static_cast<uint32_t>(deviceBits_)), 1 << deviceBits_,
-                  run.target.begin());
+      std::copy_n(Vn_IntGetFixedPalette(deviceBits_), 1 << deviceBits_, run.target.begin());
     }
     return run;
   }
@@ -198,8 +196,7 @@ class Worker {
     table.resize(256);
     std::vector<SlowColor> colors;
     for (size_t i = 0; i < line.size(); ++i)
-      colors.push_back(
-          SlowPixel(row, i, static_cast<uint32_t>(bits_), bitmap_.ColorOrder, table.data()));
+      colors.push_back(SlowPixel(row, i, bits_, bitmap_.ColorOrder, table.data()));
     return colors;
   }
 

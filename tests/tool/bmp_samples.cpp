@@ -128,7 +128,7 @@ std::string RunsOfRow(const Sampled& made, const BmpKind& kind, int32_t y) {
 std::string Encode(const Sampled& made, const BmpKind& kind) {
   const std::string head = Head(made, kind), gap = "unused";  // rows need not follow at once
   std::string file = "BM" + std::string(8, '\0');
-  file += Number(static_cast<uint32_t>(14 + head.size() + gap.size()), 4);
+  file += Number(14 + head.size() + gap.size(), 4);
   file += head + gap;
   for (int32_t row = 0; row < made.height; ++row) {
     const int32_t y = kind.topDown ? row : made.height - 1 - row;

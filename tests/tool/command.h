@@ -59,7 +59,7 @@ class Command : public testing::Test {
 
   // A PNG file of random pixels, with a random palette at up to 8 bits.
   void Make(const std::string& name, int32_t width, int32_t height, int32_t bits = 24) const {
-    Random random(static_cast<uint64_t>(bits));
+    Random random(bits);
     tool::PictureInfo info;
     info.width = width;
     info.height = height;

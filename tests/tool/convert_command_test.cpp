@@ -372,7 +372,7 @@ TEST_F(Convert, ProgressRisesThroughAllStages) {
   std::string shown;
   char part[4096];
   for (ssize_t count; (count = read(terminal, part, sizeof part)) > 0;)
-    shown.append(part, static_cast<size_t>(count));
+    shown.append(part, count);
   close(terminal);
   int status = -1;
   waitpid(child, &status, 0);

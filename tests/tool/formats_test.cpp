@@ -75,7 +75,7 @@ TEST_F(Formats, DamageIsAFailureOrAPictureNeverMore) {
         std::string damaged = sound;
         for (int32_t bytes = random.Between(1, 4); bytes > 0; --bytes) {
           const int32_t at = random.Between(1, static_cast<int32_t>(sound.size()) - 1);
-          damaged[static_cast<size_t>(at)] = static_cast<char>(random.Next());
+          damaged[at] = static_cast<char>(random.Next());
         }
         WriteFile(path, damaged);
         try {

@@ -66,16 +66,15 @@ std::string Encode(Sampled made, const PngKind& kind, bool interlaced) {
 
   if (setjmp(png_jmpbuf(png))) throw std::logic_error("libpng cannot write the test's picture");
   png_set_write_fn(png, &file, &Append, nullptr);
-  png_set_IHDR(png, info, static_cast<png_uint_32>(made.width),
-               static_cast<png_uint_32>(made.height), made.depth, kind.colorType,
+  png_set_IHDR(png, info, made.width, made.height, made.depth, kind.colorType,
                interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                PNG_FILTER_TYPE_DEFAULT);
   png_set_gAMA(png, info, 0.3);  // to be ignored
   png_set_pHYs(png, info, 11811, 5906, PNG_RESOLUTION_METER);
-  if (!palette.empty()) png_set_PLTE(png, info, palette.data(), static_cast<int>(palette.size()));
+  if (!palette.empty()) png_set_PLTE(png, info, palette.data(), palette.size());
   if (kind.transparent) {
     png_set_tRNS(png, info, made.transparency.empty() ? nullptr : made.transparency.data(),
-                 static_cast<int>(made.transparency.size()), &key);
+                 made.transparency.size(), &key);
   }
   png_set_rows(png, info, rows.data());
   png_write_png(png, info, PNG_TRANSFORM_IDENTITY, nullptr);

@@ -24,7 +24,7 @@ struct Sampled {
   int Colors() const { return meaning < Meaning::kRgb ? 1 : meaning == Meaning::kInks ? 4 : 3; }
   int Count() const { return Colors() + (alpha != Alpha::kNone); }
   uint16_t At(int32_t x, int32_t y, int sample) const {
-    return samples[static_cast<size_t>((int64_t{y} * width + x) * Count() + sample)];
+    return samples[(int64_t{y} * width + x) * Count() + sample];
   }
   // What pixel (x, y) shows over `background`, every sample being rounded to 8 bits first.
   Rgb ColorAt(int32_t x, int32_t y, Rgb background) const;

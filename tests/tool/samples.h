@@ -4,10 +4,10 @@
 #define VNCORE_TESTS_TOOL_SAMPLES_H
 
 #include <functional>
-#include <sstream>
 #include <string>
 
 #include "tests/support/random.h"
+#include "tests/support/told.h"
 #include "tests/tool/seen.h"
 
 namespace vn::test {
@@ -31,14 +31,6 @@ void ForPngSamples(bool each, const UseSample& use);
 void ForBmpSamples(bool each, const UseSample& use);
 void ForJpegSamples(bool each, const UseSample& use);
 void ForTiffSamples(bool each, const UseSample& use);
-
-// What kind a sample is.
-template <class... Part>
-std::string Told(const Part&... parts) {
-  std::ostringstream text;
-  ((text << parts << ' '), ...);
-  return text.str();
-}
 
 enum class Scans { kOne, kProgressive, kOneEach };
 // A smooth picture of 8-bit gray or of YCbCr.

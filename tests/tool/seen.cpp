@@ -18,7 +18,7 @@ Seen Look(const std::string& path, Rgb background) {
             {},
             {}};
   seen.palette = PaletteOf(bitmap);
-  seen.palette.resize(static_cast<size_t>(bitmap->ColorCount));
+  seen.palette.resize(bitmap->ColorCount);
   for (const COLORREF c : SeenColors(bitmap))
     seen.pixels.push_back({GetRValue(c), GetGValue(c), GetBValue(c)});
   return seen;

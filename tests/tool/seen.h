@@ -30,7 +30,7 @@ struct Seen {
   int32_t width, height, bits, xDotsPerInch, yDotsPerInch;
   std::vector<RGBQUAD> palette;
   std::vector<Rgb> pixels;  // top line first
-  Rgb At(int32_t x, int32_t y) const { return pixels.at(static_cast<size_t>(y * width + x)); }
+  Rgb At(int32_t x, int32_t y) const { return pixels.at(y * width + x); }
 };
 
 // Reads a picture to its end through a bitmap, or throws Failure.

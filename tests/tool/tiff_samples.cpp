@@ -109,7 +109,7 @@ void SetFields(TIFF* tiff, const Sampled& made, const TiffKind& kind, const Tiff
   TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, made.height);
   TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, made.depth);
   TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, made.Count());
-  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, kPhotometric[static_cast<int>(kind.meaning)]);
+  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, kPhotometric[kind.meaning]);
   TIFFSetField(tiff, TIFFTAG_COMPRESSION, kind.compression);
   if (kind.compression == COMPRESSION_CCITTFAX3) {
     TIFFSetField(tiff, TIFFTAG_GROUP3OPTIONS, GROUP3OPT_2DENCODING | GROUP3OPT_FILLBITS);
@@ -136,9 +136,9 @@ void SetFields(TIFF* tiff, const Sampled& made, const TiffKind& kind, const Tiff
     std::vector<uint16_t> map[3];
     for (size_t i = 0; i < size_t{1} << made.depth; ++i) {
       const Rgb color = i < made.palette.size() ? made.palette[i] : Rgb{};
-      map[0].push_back(static_cast<uint16_t>(color.red * 257));
-      map[1].push_back(static_cast<uint16_t>(color.green * 257));
-      map[2].push_back(static_cast<uint16_t>(color.blue * 257));
+      map[0].push_back(color.red * 257);
+      map[1].push_back(color.green * 257);
+      map[2].push_back(color.blue * 257);
     }
     TIFFSetField(tiff, TIFFTAG_COLORMAP, map[0].data(), map[1].data(), map[2].data());
   }

@@ -52,7 +52,7 @@ TEST(Tiff, TallStripsAndTilesAreReadInParts) {
 
     const auto source = tool::OpenPicture(path, {});
     ASSERT_EQ(source->Info().bits, tiled ? 8 : 24);
-    std::vector<uint8_t> row(static_cast<size_t>(width * source->Info().bits / 8));
+    std::vector<uint8_t> row(width * source->Info().bits / 8);
     for (int32_t y = 0; y < height; ++y) {
       source->ReadRow(row.data());
       ASSERT_TRUE(row.front() == level(y) && row.back() == level(y)) << "row " << y;
