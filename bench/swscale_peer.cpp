@@ -1,10 +1,11 @@
 // libswscale's error diffusion to 3-3-2 bits and its gray, timed on the picture of the colour
-// benchmarks.
+// benchmarks, and its conversions between 16 and 24 bits.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
 #include <vector>
 
+#include "bench/conversions_beside.h"
 #include "bench/photograph.h"
 #include "bench/thread_clock.h"
 
@@ -50,6 +51,35 @@ BENCHMARK_CAPTURE(Swscale, rgb8, AV_PIX_FMT_RGB8)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Swscale, gray8, AV_PIX_FMT_GRAY8)
     ->Name("Gray/24/swscale")
+    ->Unit(benchmark::kMillisecond);
+
+// Between 16 and 24 bits.
+void Converted(benchmark::State& state, int32_t fromBits, int32_t toBits) {
+  const auto formatOf = [](int32_t bits) {
+    return bits == 16 ? AV_PIX_FMT_RGB555LE : AV_PIX_FMT_BGR24;
+  };
+  SwsContext* context = nullptr;
+  ConvertBeside(state, fromBits, toBits, [&](Plane& from, Plane& to) {
+    context =
+        sws_getCachedContext(context, from.width, from.height, formatOf(fromBits), to.width,
+                             to.height, formatOf(toBits), SWS_POINT, nullptr, nullptr, nullptr);
+    if (!context) std::abort();
+    const uint8_t* const sources[4] = {from.data(), nullptr, nullptr, nullptr};
+    uint8_t* const targets[4] = {to.data(), nullptr, nullptr, nullptr};
+    const int sourceStrides[4] = {from.stride, 0, 0, 0}, targetStrides[4] = {to.stride, 0, 0, 0};
+    sws_scale(context, sources, sourceStrides, 0, from.height, targets, targetStrides);
+  });
+  sws_freeContext(context);
+}
+BENCHMARK_CAPTURE(Converted, narrowed, 24, 16)
+    ->Name("Rows/24/16/swscale")
+    ->UseManualTime()
+    ->Iterations(15)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Converted, widened, 16, 24)
+    ->Name("Rows/16/24/swscale")
+    ->UseManualTime()
+    ->Iterations(15)
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "color/dither_state.h"
 #include "color/palettes.h"
 #include "color/result_palette.h"
+#include "color/row_converter.h"
 #include "kernel/guards.h"
 #include "kernel/picture_size.h"
 #include "kernel/pixel_format.h"
@@ -42,6 +43,7 @@ class Conversion {
  private:
   VnStatus PrepareBuffers();
   VnStatus PrepareDithering(const PaletteRequest& request);
+  void PrepareConverter();
   void ConvertRow(const uint8_t* in, uint8_t* out);
 
   BitmapHandle* source_;
@@ -49,8 +51,12 @@ class Conversion {
   ResultPalette palette_;
   bool dithering_ = false;
   RGBQUAD sourceColors_[256] = {};
+  RowConverter converter_;
+  uint32_t width_ = 0;                // pixels that are converted
+  uint32_t wholeBytes_ = 0;           // of the target that they fill
   ScratchBuffer<uint8_t> sourceRow_;  // a row as it comes
-  ScratchBuffer<uint8_t> row_;        // a row as it goes, large enough for either format
+  bool shortRows_ = false;
+  ScratchBuffer<uint8_t> row_;  // a row as it goes, large enough for either format
 };
 
 VnStatus Conversion::PrepareBuffers() {
@@ -59,7 +65,11 @@ VnStatus Conversion::PrepareBuffers() {
                                                    static_cast<uint32_t>(target_->Width),
                                                    static_cast<uint32_t>(target_->BitsPerPixel)),
                                 Fill::kZero);
-  sourceRow_ = ScratchBuffer<uint8_t>(source_->BytesPerLine);
+  // A row that its record calls shorter than its pixels is followed by zeros.
+  const auto needed =
+      StrideOf(static_cast<uint32_t>(source_->Width), static_cast<uint32_t>(source_->BitsPerPixel));
+  shortRows_ = source_->BytesPerLine < needed;
+  sourceRow_ = ScratchBuffer<uint8_t>(std::max(source_->BytesPerLine, needed), Fill::kZero);
   return row_ && sourceRow_ ? OK : ERR_NO_MEMORY;
 }
 
@@ -86,29 +96,48 @@ VnStatus Conversion::Prepare(const PaletteRequest& request, bool store) {
   if (status == OK) status = PrepareBuffers();
   if (status != OK) return status;
   if (palette_.dither) return PrepareDithering(request);
+  PrepareConverter();
+  return OK;
+}
+
+void Conversion::PrepareConverter() {
   if (source_->BitsPerPixel <= 8) {
     // Pixels that the palette object has no entry for count as the filler.
     if (target_->BitsPerPixel <= 8) std::fill_n(sourceColors_, 256, kFillerColor);
     Vn_GetPaletteEntries(ActivePalette(*source_), 0, static_cast<uint32_t>(source_->ColorCount),
                          sourceColors_);
   }
-  return OK;
+  // Rows of a format that is none go over as they are.
+  const auto width = static_cast<uint32_t>(std::max(source_->Width, 0));
+  if (!converter_.Prepare(
+          {static_cast<uint32_t>(source_->BitsPerPixel), source_->ColorOrder, sourceColors_},
+          {static_cast<uint32_t>(target_->BitsPerPixel), target_->ColorOrder, target_->DibColors},
+          width)) {
+    return;
+  }
+  width_ = width;
+  wholeBytes_ =
+      static_cast<uint32_t>(uint64_t{width} * static_cast<uint32_t>(target_->BitsPerPixel) / 8);
 }
 
 void Conversion::ConvertRow(const uint8_t* in, uint8_t* out) {
+  if (shortRows_ && in != sourceRow_.data()) {
+    std::copy_n(in, source_->BytesPerLine, sourceRow_.data());
+    in = sourceRow_.data();
+  }
+  const uint32_t stride = target_->BytesPerLine;
   if (dithering_) {
     // Dithering leaves what lies behind the last pixel.
     constexpr uint32_t kTail = 4;
-    std::memset(out + target_->BytesPerLine - kTail, 0, kTail);
+    std::memset(out + stride - kTail, 0, kTail);
     Vn_DitherLine(source_, in, out);
     return;
   }
-  std::copy_n(in, source_->BytesPerLine, row_.data());
-  Vn_ConvertBuffer(row_.data(), static_cast<uint32_t>(source_->Width),
-                   static_cast<uint32_t>(source_->BitsPerPixel),
-                   static_cast<uint32_t>(target_->BitsPerPixel), source_->ColorOrder,
-                   target_->ColorOrder, sourceColors_, target_->DibColors);
-  if (out != row_.data()) std::copy_n(row_.data(), target_->BytesPerLine, out);
+  // Behind the last pixel goes what lay there in the source, and 0 behind that.
+  const uint32_t kept = std::max(wholeBytes_, std::min(stride, source_->BytesPerLine));
+  std::copy_n(in + wholeBytes_, kept - wholeBytes_, out + wholeBytes_);
+  std::fill(out + kept, out + stride, uint8_t{0});
+  if (width_) converter_.Convert(in, out, width_);
 }
 
 VnStatus Conversion::Run(const RowSink& sink, bool* undo) {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "color/color_rows.h"
 #include "color/dither_state.h"
 
 namespace vn {
@@ -19,11 +20,8 @@ struct DitherBlock {
   alignas(32) uint8_t indexes[kDitherBlock];
 };
 
-using ReadPixelsProc = void (*)(const uint8_t* source, size_t count, const RGBQUAD* colors,
-                                RGBQUAD* pixels);
 using WriteIndexesProc = void (*)(const uint8_t* indexes, size_t count, uint8_t* target);
 
-ReadPixelsProc SelectReadPixels(int32_t bits, uint32_t order);
 WriteIndexesProc SelectWriteIndexes(int32_t bits);
 
 // Calls `choose(block, first, count)` for the blocks of a line, from left to right, to turn
@@ -31,14 +29,15 @@ WriteIndexesProc SelectWriteIndexes(int32_t bits);
 template <class Choose>
 void ForDitherBlocks(const DitherRecord& run, uint32_t order, const uint8_t* source,
                      uint8_t* target, size_t width, Choose&& choose) {
-  const ReadPixelsProc read = SelectReadPixels(run.SourceBits, order);
+  const bool swap = run.SourceBits > 8 && order != ORDER_BGR;
+  const ColorRow read = SelectColorRow(run.SourceBits, 32, swap);
   const WriteIndexesProc write = SelectWriteIndexes(run.TargetBits);
   const auto sourceBytes = kDitherBlock * static_cast<size_t>(run.SourceBits) / 8;
   const auto targetBytes = kDitherBlock * static_cast<size_t>(run.TargetBits) / 8;
   DitherBlock block;
   for (size_t first = 0; first < width; first += kDitherBlock) {
     const size_t count = std::min(kDitherBlock, width - first);
-    read(source, count, run.SourceColors, block.pixels);
+    read(source, reinterpret_cast<uint8_t*>(block.pixels), count, run.SourceColors);
     choose(block, first, count);
     write(block.indexes, count, target);
     source += sourceBytes;

@@ -6,9 +6,9 @@
 #include <cstring>
 #include <string>
 
+#include "color/color_rows.h"
 #include "color/color_search.h"
 #include "color/gray_rows.h"
-#include "color/swizzle_24_32.h"
 #include "compose/combine_rows.h"
 #include "compose/pixel_pattern.h"
 #include "compose/underlay_rows.h"
@@ -115,11 +115,15 @@ template <int Bits>
 void Grays(const uint8_t* source, uint8_t* target, size_t width) {
   SelectGrayRow(Bits, width % 2 ? ORDER_BGR : ORDER_RGB)(source, target, width, nullptr);
 }
-void Shuffle(const uint8_t* source, uint8_t* target, size_t width) {
-  std::copy_n(source, 4 * width, target);
-  Narrow32To24(target, width, width % 3 == 0);
-  SwapRedBlue24(target, width);
-  Widen24To32(target, width, width % 3 == 1);
+// Both orders.
+template <int From, int To>
+void Convert(const uint8_t* source, uint8_t* target, size_t width) {
+  RGBQUAD colors[256];
+  for (uint32_t i = 0; i < 256; ++i) {
+    const uint32_t word = i * 0x9E3779B1;
+    std::memcpy(&colors[i], &word, sizeof word);
+  }
+  SelectColorRow(From, To, width % 2)(source, target, width, colors);
 }
 void Nearest(const uint8_t* source, uint8_t* target, size_t width) {
   if (!width) return;
@@ -160,6 +164,14 @@ void Combine(const uint8_t* source, uint8_t* target, size_t width) {
     "fill " #bits, Block<bits>, Block<bits>, Fill<bits>                             \
   }
 
+#define VNCORE_CONVERT_TO(bits)                                      \
+  {"gray to " #bits, Block<8>, Block<bits>, Convert<0, bits>},       \
+      {"8 to " #bits, Block<8>, Block<bits>, Convert<8, bits>},      \
+      {"16 to " #bits, Block<16>, Block<bits>, Convert<16, bits>},   \
+      {"24 to " #bits, Block<24>, Block<bits>, Convert<24, bits>}, { \
+    "32 to " #bits, Block<32>, Block<bits>, Convert<32, bits>        \
+  }
+
 const Form kForms[] = {
     VNCORE_AT_DEPTH(1),
     VNCORE_AT_DEPTH(4),
@@ -178,7 +190,9 @@ const Form kForms[] = {
     {"average", Block<8, 2>, Block<8>, Average},
     {"grays 24", Block<24>, Block<8>, Grays<24>},
     {"grays 32", Block<32>, Block<8>, Grays<32>},
-    {"shuffle", Block<32>, Block<32>, Shuffle},
+    VNCORE_CONVERT_TO(16),
+    VNCORE_CONVERT_TO(24),
+    VNCORE_CONVERT_TO(32),
     {"nearest", Block<32>, Block<1>, Nearest},
     {"shade", Block<8>, Block<24>, Shade},
     {"combine 4", Block<4>, Block<4>, Combine<4, 0>},
