@@ -101,15 +101,14 @@ void SetJpeg(TIFF* tiff) {
 }
 
 void SetFields(TIFF* tiff, const Sampled& made, const TiffKind& kind, const TiffLayout& layout) {
-  constexpr int kPhotometric[] = {PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE,
-                                  PHOTOMETRIC_PALETTE,    PHOTOMETRIC_RGB,
-                                  PHOTOMETRIC_SEPARATED,  PHOTOMETRIC_YCBCR,
-                                  PHOTOMETRIC_CIELAB,     PHOTOMETRIC_ICCLAB};
+  constexpr int kPhotometric[] = {
+      PHOTOMETRIC_MINISBLACK, PHOTOMETRIC_MINISWHITE, PHOTOMETRIC_PALETTE, PHOTOMETRIC_RGB,
+      PHOTOMETRIC_SEPARATED,  PHOTOMETRIC_YCBCR,      PHOTOMETRIC_CIELAB,  PHOTOMETRIC_ICCLAB};
   TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, made.width);
   TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, made.height);
   TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, made.depth);
   TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, made.Count());
-  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, kPhotometric[kind.meaning]);
+  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, kPhotometric[static_cast<int>(kind.meaning)]);
   TIFFSetField(tiff, TIFFTAG_COMPRESSION, kind.compression);
   if (kind.compression == COMPRESSION_CCITTFAX3) {
     TIFFSetField(tiff, TIFFTAG_GROUP3OPTIONS, GROUP3OPT_2DENCODING | GROUP3OPT_FILLBITS);
