@@ -2,8 +2,6 @@
 // both vector forms, regions, overlaps, storage kinds.
 #include <gtest/gtest.h>
 
-#include <numeric>
-
 #include "tests/support/bitmaps.h"
 #include "tests/support/status_log.h"
 #include "tests/support/storage_kinds.h"
@@ -177,22 +175,6 @@ TEST(Combine, AllFlagsEqualTheModel) {
         }
       }
     });
-  });
-}
-
-// Every pair of channel values, so that quotients are right to the last.
-TEST(Combine, AllPairsOfChannels) {
-  WithEachVectorForm([] {
-    for (uint32_t operation = 3; operation <= 11; ++operation) {
-      Bitmap destination(256, 256, 8), source(256, 256, 8);
-      Bytes ramp(256);
-      std::iota(ramp.begin(), ramp.end(), uint8_t{0});
-      for (uint32_t y = 0; y < 256; ++y) {
-        WriteRow(destination, y, ramp);
-        WriteRow(source, y, Bytes(256, static_cast<uint8_t>(y)));
-      }
-      ExpectCombined(destination, {0, 0, 256, 256, 0, 0}, source, operation << 8);
-    }
   });
 }
 

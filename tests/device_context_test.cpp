@@ -48,11 +48,5 @@ TEST(DeviceContext, DrawsIntoTheBitmapWithinItsRegion) {
   }
 }
 
-TEST(DeviceContext, RefusesWhatHasNoPixels) {
-  BitmapHandle empty{};
-  EXPECT_EQ(Vn_CreateVornDC(nullptr), HDC{});
-  EXPECT_EQ(Vn_CreateVornDC(&empty), HDC{});
-}
-
 }  // namespace
 }  // namespace vn::test

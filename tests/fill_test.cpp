@@ -1,7 +1,6 @@
 // Segment writes against a model that sets one pixel at a time; fill and clear through regions.
 #include <gtest/gtest.h>
 
-#include "compose/pixel_pattern.h"
 #include "tests/support/bitmaps.h"
 #include "tests/support/status_log.h"
 #include "tests/support/storage_kinds.h"
@@ -119,26 +118,6 @@ TEST(Fill, FourBitsTakeTheNearestOfAllColours) {
                                RGB(3, 3, 250), RGB(255, 255, 255)}) {
     const UINT index = GetNearestPaletteIndex(bitmap->PaintPalette, color);
     ExpectFilled(bitmap, index, [&] { return Vn_FillBitmap(bitmap, color); });
-  }
-}
-
-TEST(Fill, PatternsAreTheSameInEveryForm) {
-  Random random(55);
-  for (int32_t round = 0; round < 400; ++round) {
-    uint8_t pixel[4];
-    random.Fill(pixel, sizeof pixel);
-    const auto pixelBytes = static_cast<uint32_t>(random.Between(1, 4));
-    const auto start = static_cast<size_t>(random.Between(0, 40));
-    const auto count = static_cast<size_t>(random.Between(0, 300));
-    Bytes expected(400, 0xEE);
-    for (size_t i = 0; i < count; ++i)
-      expected[start + i] = pixel[i % pixelBytes];
-    WithEachVectorForm([&] {
-      const PixelPattern pattern(pixel, pixelBytes);
-      Bytes bytes(400, 0xEE);
-      pattern.Write(bytes.data() + start, count);
-      ASSERT_EQ(bytes, expected) << pixelBytes << " bytes, " << count << " from " << start;
-    });
   }
 }
 

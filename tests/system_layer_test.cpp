@@ -91,6 +91,12 @@ TEST(SystemLayer, FilesMoveBytes) {
   EXPECT_EQ(Vn_OsRead(file, bytes, 1), -1);
 }
 
+HEADLESS_TEST(SystemLayer, AFullDiskIsAFailure) {
+  const HANDLE file = Vn_OsOpen("/dev/full", kWrite, kShareBoth);
+  EXPECT_EQ(Vn_OsWrite(file, kText, 10), -1);
+  EXPECT_EQ(Vn_OsClose(file), 0);
+}
+
 TEST(SystemLayer, OpenFlags) {
   const TempFile temp;
   temp.Write();

@@ -6,7 +6,7 @@
 
 #include "kernel/platform_objects.h"
 #include "tests/support/bitmaps.h"
-#include "tests/support/headless_control.h"
+#include "tests/support/test_printer.h"
 
 namespace vn::test {
 namespace {
@@ -157,15 +157,13 @@ TEST_F(Unallocated, EachFunctionAnswersAsItsHeaderTells) {
 
 // Of a print job the page is left empty.
 HEADLESS_TEST(UnallocatedOnPaper, ThePageStaysEmpty) {
-  const Headless_Printer printer = {"P,D,LPT1:", DisplayOf(24), 0};
-  ASSERT_EQ(Headless_SetPrinter(&printer), 1);
+  const TestPrinter printer(24);
   BitmapHandle bitmap;
   Vn_InitBitmap(&bitmap, 9, 7, 24);
   const HDC job = Vn_PrintBitmapFast(nullptr, &bitmap, 1, 1, 9, 7, 0);
   EXPECT_NE(job, nullptr);
   EXPECT_EQ(Vn_PrintBitmapExt(job, &bitmap, 1, 1, 9, 7, 1), job);
   EXPECT_NE(Vn_PrintBitmap(&bitmap, 1, 1, 9, 7, 1), nullptr);
-  Headless_SetPrinter(nullptr);
 }
 
 }  // namespace

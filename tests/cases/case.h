@@ -57,6 +57,15 @@ enum class Screen {
   kTrueColor,  // 32 bits
 };
 
+// The world that the cases run in, the headless platform or Windows. Enter fails, with a line on
+// standard error, when it is not the one that is asked for; natively the platform claims what it is
+// told.
+bool EnterWorld(bool win32s);
+// Whether a family with this need can run here. Natively the screen is set first.
+bool Provide(Screen screen);
+// Whether nothing more is alive than at the last call; where the platform does not count, true.
+bool Balanced();
+
 struct Family {
   const char* name;
   uint32_t cases;  // numbers 0 to cases - 1

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "tests/cases/case.h"
-#include "tests/cases/world.h"
 
 namespace {
 
@@ -52,8 +51,7 @@ struct Options {
 };
 
 // One case: its checksum into `sum`. False when it leaves something alive.
-bool RunCase(World& world, const Family& family, uint32_t number, const Options& options,
-             uint64_t* sum) {
+bool RunCase(const Family& family, uint32_t number, const Options& options, uint64_t* sum) {
   if (options.verbose) std::printf("%s %u\n", family.name, number);
   Case test(family.name, number, options.verbose);
   family.run(test);
@@ -62,19 +60,19 @@ bool RunCase(World& world, const Family& family, uint32_t number, const Options&
     std::printf("%s %u %016llx\n", family.name, number,
                 static_cast<unsigned long long>(test.sum()));
   }
-  const bool balanced = world.Balanced();
+  const bool balanced = Balanced();
   if (!balanced) std::printf("%s %u: leaves objects or memory alive\n", family.name, number);
   return balanced;
 }
 
-bool RunFamily(World& world, const Family& family, const Options& options) {
+bool RunFamily(const Family& family, const Options& options) {
   uint64_t sum = 0;
   if (options.number >= 0) {
-    return RunCase(world, family, options.number, options, &sum);
+    return RunCase(family, options.number, options, &sum);
   }
   bool clean = true;
   for (uint32_t i = 0; i < family.cases; ++i)
-    clean &= RunCase(world, family, i, options, &sum);
+    clean &= RunCase(family, i, options, &sum);
   const bool equal = sum == family.sum;
   std::printf("%-16s %6u cases  sum %016llx  %s\n", family.name, family.cases,
               static_cast<unsigned long long>(sum), equal ? "as everywhere" : "DIFFERS");
@@ -90,10 +88,8 @@ int main(int argc, char** argv) {
     std::fputs(usage, stderr);
     return 2;
   }
-  World world(options.win32s);
-  if (!world.ok()) return 2;
-  if (options.screen &&
-      !world.Provide(options.screen == 8 ? Screen::kPalette : Screen::kTrueColor)) {
+  if (!EnterWorld(options.win32s)) return 2;
+  if (options.screen && !Provide(options.screen == 8 ? Screen::kPalette : Screen::kTrueColor)) {
     std::fprintf(stderr, "the screen is not of %ld bits\n", options.screen);
     return 2;
   }
@@ -101,13 +97,13 @@ int main(int argc, char** argv) {
   for (const Family& family : Families()) {
     if (options.list) std::printf("%s %u\n", family.name, family.cases);
     if (options.list || (!options.family.empty() && options.family != family.name)) continue;
-    if (!world.Provide(family.screen)) {
+    if (!Provide(family.screen)) {
       std::printf("%-16s needs another screen\n", family.name);
       continue;
     }
-    world.Balanced();
+    Balanced();
     ++ran;
-    if (!RunFamily(world, family, options)) result = 1;
+    if (!RunFamily(family, options)) result = 1;
   }
   if (!ran && !options.list) {
     std::fprintf(stderr, "no such family here\n");
