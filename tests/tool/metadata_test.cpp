@@ -76,7 +76,7 @@ std::string CyanProfile() {
   cmsStageSampleCLut16bit(
       stage,
       [](const cmsUInt16Number in[], cmsUInt16Number out[], void*) -> cmsInt32Number {
-        out[0] = static_cast<cmsUInt16Number>((0xFFFF - in[0]) * 0xFF00 / 0xFFFF);
+        out[0] = static_cast<cmsUInt16Number>((0xFFFFu - in[0]) * 0xFF00 / 0xFFFF);
         out[1] = out[2] = 0x8000;
         return 1;
       },
