@@ -104,7 +104,8 @@ coverage:
 	$(CTEST) coverage
 	scripts/coverage.sh build-coverage
 
-# Each target starts from its corpus; what it finds on the way stays in build-fuzz/corpus.
+# Each target starts from its corpus; what it finds on the way stays in build-fuzz/corpus. A number
+# with an x stands for so many inputs, the same in every run.
 SECONDS := 10
 fuzz:
 	scripts/setup.sh test fuzz

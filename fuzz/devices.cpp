@@ -188,6 +188,14 @@ void PrintInThread(World& world, Input& input) {
   Vn_PrintBitmap(nullptr, 0, 0, 0, 0, 1);
 }
 
+// One region object stays behind each frame.
+void Frame(World& world, Input& input) {
+  const HDC context = world.Device(input);
+  BitmapHandle* const bitmap = world.Bitmap(input);
+  Argument<const RegionTransform*> transform(world, input);
+  if (Vn_FrameBitmapRgn(context, bitmap, transform.get(), input.Below(9)) == OK) World::Lose();
+}
+
 const Call kCalls[] = {
     &PaintRealised,
     &Decoded<&Vn_PaintDC>,
@@ -210,7 +218,7 @@ const Call kCalls[] = {
     },
     &Decoded<&Vn_SetBitmapRgnColor>,
     &Decoded<&Vn_PaintRgnDC>,
-    &Decoded<&Vn_FrameBitmapRgn>,
+    &Frame,
     &FromDib,
     &ToDib,
     &ToDeviceBitmap,

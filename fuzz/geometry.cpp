@@ -1,5 +1,6 @@
 // Scaling and geometry: whatever moves pixels to other places, and the region with them.
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include <vncore/platform/headless/headless.h>
@@ -8,6 +9,8 @@
 namespace vn::fuzz {
 
 namespace {
+
+constexpr double kMostTurned = 1 << 22;  // pixels
 
 // The buffer holds the larger of the two rows.
 void Stream(World&, Input& input) {
@@ -60,6 +63,17 @@ void Resample(World& world, Input& input) {
   Vn_ResampleBitmap(bitmap, static_cast<int32_t>(size.width), static_cast<int32_t>(size.height));
 }
 
+// Turns grow what they turn: a long line becomes a square of its length. What would take seconds is
+// left alone.
+template <auto Function>
+void Turn(World& world, Input& input) {
+  Input ahead = input;
+  const BitmapHandle* const bitmap = world.Bitmap(ahead);
+  const double side = std::fabs(bitmap->Width) + std::fabs(bitmap->Height);
+  if (side * side > kMostTurned) return;
+  Decoded<Function>(world, input);
+}
+
 const Call kCalls[] = {
     &Stream,
     &Resize,
@@ -70,9 +84,9 @@ const Call kCalls[] = {
     &Decoded<&Vn_SetBitmapRgnRoundRect>,
     &Decoded<&Vn_FlipBitmap>,
     &Decoded<&Vn_ReverseBitmap>,
-    &Decoded<&Vn_RotateBitmap>,
-    &Decoded<&Vn_RotateBitmapFine>,
-    &Decoded<&Vn_IntRotateBitmapFine>,
+    &Turn<&Vn_RotateBitmap>,
+    &Turn<&Vn_RotateBitmapFine>,
+    &Turn<&Vn_IntRotateBitmapFine>,
     &Resample,
     &Decoded<&Vn_ShearBitmap>,
 };

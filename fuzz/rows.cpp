@@ -192,7 +192,8 @@ const Call kCalls[] = {
     &Decoded<&Vn_GetStatusCallBack>,
     // As by DllMain: a thread's settings go with it, and are there again for one that comes.
     [](World&, Input& input) {
-      OnLoaderCall(nullptr, input.Flag() ? DLL_THREAD_DETACH : DLL_THREAD_ATTACH);
+      OnLoaderCall(nullptr, DLL_THREAD_DETACH);
+      if (input.Flag()) OnLoaderCall(nullptr, DLL_THREAD_DETACH);
       if (!OnLoaderCall(nullptr, DLL_THREAD_ATTACH)) std::abort();
     },
 };

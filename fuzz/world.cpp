@@ -53,6 +53,8 @@ World::~World() {
   std::abort();
 }
 
+void World::Lose() { ++counts.objects; }
+
 BitmapHandle* World::Fresh() {
   BitmapHandle* const bitmap = &bitmaps_[fresh_++ % kBitmaps];
   Vn_FreeBitmap(bitmap);

@@ -46,6 +46,8 @@ class World {
   void Keep(HGDIOBJ object);
   // The same of a match table, which a thread's setting may name until the end.
   void Keep(uint32_t* table) { tables_.push_back(table); }
+  // One object more stays alive than when the world began.
+  static void Lose();
 
   // Writes random pixels.
   static void Scribble(Input& input, BitmapHandle* bitmap);

@@ -1,10 +1,15 @@
 #!/usr/bin/env bash
-# Runs each fuzz target for so many seconds. What it finds ends it; the input lies in BUILD/findings.
+# Runs each fuzz target for so many seconds, or on so many inputs, which then are the same in every
+# run. What it finds ends it; the input lies in BUILD/findings.
 #
-#   scripts/fuzz.sh BUILD SECONDS [TARGET...]
+#   scripts/fuzz.sh BUILD SECONDS|INPUTSx [TARGET...]
 set -eu
 
-build=$1 seconds=$2
+build=$1
+case $2 in
+  *x) limit="-runs=${2%x} -seed=1" ;;
+  *) limit=-max_total_time=$2 ;;
+esac
 shift 2
 corpus=$(cd "$(dirname "$0")/../fuzz/corpus" && pwd)
 [ $# -gt 0 ] || { cd "$corpus" && set -- * && cd - >/dev/null; }
@@ -23,7 +28,8 @@ run() {
   mkdir -p "$found"
   # The leak check after each input makes a run ten times longer. What the library leaks its worlds
   # count; the rest is seen when the corpus is replayed under the sanitizers.
-  "$build/fuzz/fuzz_$target" -max_total_time="$seconds" -max_len=400 -timeout=20 -detect_leaks=0 \
+  # shellcheck disable=SC2086
+  "$build/fuzz/fuzz_$target" $limit -max_len=400 -timeout=60 -detect_leaks=0 \
     -malloc_limit_mb=8192 -rss_limit_mb=4096 -print_final_stats=1 -verbosity=0 \
     -artifact_prefix="$build/findings/$target-" "$found" "$corpus/$target" >"$log" 2>&1 || {
     cat "$log"
