@@ -54,13 +54,6 @@ TEST(Dib, CopiesFromLockedBitmapsAndMovesOnlyOthers) {
   EXPECT_NE(dib.get(), nullptr);
   EXPECT_TRUE(bitmap->Flags & FLAG_LOCKED);
   Vn_UnlockBitmap(bitmap, state);
-  BitmapHandle empty;
-  ASSERT_EQ(Vn_InitBitmap(&empty, 4, 4, 8), OK);
-  for (BitmapHandle* none : {static_cast<BitmapHandle*>(nullptr), &empty}) {
-    EXPECT_EQ(Vn_ConvertToDIB(none), nullptr);
-    EXPECT_EQ(Vn_ChangeToDIB(none), nullptr);
-    EXPECT_EQ(Vn_ConvertToDDB(nullptr, none), nullptr);
-  }
 }
 
 HEADLESS_TEST(Dib, Win32sMovesPicturesWithinTheirBlock) {

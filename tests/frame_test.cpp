@@ -172,16 +172,5 @@ HEADLESS_TEST(Frame, AFailedAttachmentChangesNothing) {
   EXPECT_EQ(Vn_SetDefaultXResolution(150), 96);
 }
 
-HEADLESS_TEST(Frame, AttachmentFailsWithoutMemoryAndRecovers) {
-  Headless_Counts before, after;
-  Headless_GetCounts(&before);
-  Headless_FailNth(HEADLESS_MEMORY, 1);
-  EXPECT_EQ(Headless_Restart(), 0);
-  Headless_FailNth(HEADLESS_MEMORY, 0);
-  Headless_GetCounts(&after);
-  EXPECT_EQ(after.globalBlocks, before.globalBlocks - 1);  // this thread's settings
-  EXPECT_EQ(Headless_Restart(), 1);
-}
-
 }  // namespace
 }  // namespace vn::test

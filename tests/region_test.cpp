@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "region/region_rows.h"
+#include "tests/support/bitmaps.h"
 #include "tests/support/headless_control.h"
 #include "tests/support/pixel_set.h"
 
@@ -74,6 +75,36 @@ HEADLESS_TEST(Region, CacheServesTheTransformItWasBuiltFor) {
   EXPECT_GT(cost(nullptr), 9u);
   EXPECT_GT(cost(nullptr), 9u);
   EXPECT_EQ(cost(&moved), 2u);
+}
+
+// Regions from pixels and regions on devices: what is refused. The rest is in the numbered cases.
+TEST(RegionColor, AColourThatIsNowhereSelectsNothing) {
+  Bitmap bitmap(5, 4, 24);
+  EXPECT_EQ(Vn_SetBitmapRgnColor(bitmap, 0x123456, REGION_COMBINE_REPLACE), OK);
+  uint32_t area = 1;
+  EXPECT_EQ(Vn_GetBitmapRgnArea(bitmap, &area), OK);
+  EXPECT_TRUE(Vn_BitmapHasRgn(bitmap) && area == 0);
+  EXPECT_EQ(Vn_SetBitmapRgnColor(bitmap, 0, 7), ERR_INVALID_PARAMETER);
+  BitmapHandle none{};
+  EXPECT_EQ(Vn_SetBitmapRgnColor(&none, 0, 1), ERR_NO_BITMAP);
+  EXPECT_EQ(Vn_SetBitmapRgnColor(nullptr, 0, 7), ERR_NO_BITMAP);
+}
+
+TEST(RegionPaint, RefusesWhatItCannotPaint) {
+  const ScreenDC screen;
+  Bitmap bitmap(1, 1, 8);
+  const auto paint = [&](BitmapHandle* picture) {
+    return Vn_PaintRgnDC(screen.get(), picture, nullptr, nullptr, nullptr, nullptr, SRCCOPY);
+  };
+  EXPECT_EQ(paint(nullptr), ERR_NO_BITMAP);
+  EXPECT_EQ(paint(bitmap), ERR_INVALID_PARAMETER);
+}
+
+TEST(RegionFrame, RefusesFramesThatThereAreNot) {
+  const ScreenDC screen;
+  Plain plain(30, 20);
+  EXPECT_EQ(Vn_FrameBitmapRgn(screen.get(), plain, nullptr, 8), ERR_INVALID_PARAMETER);
+  EXPECT_EQ(Vn_FrameBitmapRgn(screen.get(), nullptr, nullptr, 8), ERR_NO_BITMAP);
 }
 
 }  // namespace

@@ -19,21 +19,8 @@ struct Box {
 };
 Box BoxOf(const RECT& r) { return {r.left, r.top, r.right, r.bottom}; }
 
-Colors ActiveColors(BitmapHandle* bitmap) {
-  Colors colors(bitmap->ColorCount);
-  const HPALETTE palette =
-      bitmap->Flags & FLAG_FIXED_PALETTE ? bitmap->PaintPalette : bitmap->Palette;
-  colors.resize(Vn_GetPaletteEntries(palette, 0, bitmap->ColorCount, colors.data()));
-  return colors;
-}
-
-bool SameAsFixed(const Colors& colors, int32_t bits) {
-  const RGBQUAD* fixed = Vn_IntGetFixedPalette(bits);
-  for (size_t i = 0; i < colors.size(); ++i) {
-    const SlowColor a = SlowEntry(colors[i]), b = SlowEntry(fixed[i]);
-    if (a.red != b.red || a.green != b.green || a.blue != b.blue) return false;
-  }
-  return true;
+HPALETTE ActivePalette(const BitmapHandle& bitmap) {
+  return bitmap.Flags & FLAG_FIXED_PALETTE ? bitmap.PaintPalette : bitmap.Palette;
 }
 
 int32_t SlowDeviceBits(int32_t rawBits) {
@@ -48,7 +35,8 @@ int32_t SlowKind(BitmapHandle* bitmap, uint32_t mode, int32_t deviceBits) {
   if (bits == 1) return dither && fixed && deviceBits == 8 ? PAINT_DITHER : PAINT_DIRECT;
   if (!dither || deviceBits == 24 || (bits != 4 && bits != 8)) return PAINT_DIRECT;
   if (deviceBits == 1 || (bits == 8 && deviceBits == 4)) return PAINT_DITHER;
-  const bool equal = SameAsFixed(ActiveColors(bitmap), bits);
+  const bool equal =
+      Vn_CompareHandleToPalette(ActivePalette(*bitmap), Vn_IntGetFixedPalette(bits), 1 << bits);
   if (bits == 4 && deviceBits == 8) return fixed ? PAINT_DITHER : PAINT_DIRECT;
   if (bits == 8 && !fixed) return PAINT_DIRECT;
   return equal ? PAINT_DIRECT : PAINT_DITHER;
@@ -138,7 +126,7 @@ class Worker {
     result_.indexes = result_.bits <= 8 && (paint_.mode & MODE_DEVICE_INDEXES) != 0;
     if (result_.bits > 8 || result_.indexes) return;
     const RGBQUAD* fixed = Vn_IntGetFixedPalette(result_.bits);
-    result_.colors = own ? ActiveColors(paint_.bitmap) : Colors(fixed, fixed + (1 << result_.bits));
+    result_.colors = own ? PaletteOf(paint_.bitmap) : Colors(fixed, fixed + (1 << result_.bits));
   }
 
   void PaintPlain(bool same) {
@@ -192,8 +180,7 @@ class Worker {
     Bytes row((line.size() * static_cast<size_t>(bits_) + 7) / 8);
     for (size_t i = 0; i < line.size(); ++i)
       SetPixelBits(&row, i, bits_, line[i]);
-    Colors table = bits_ <= 8 ? ActiveColors(paint_.bitmap) : Colors();
-    table.resize(256);
+    const Colors table = PaletteOf(paint_.bitmap);
     std::vector<SlowColor> colors;
     for (size_t i = 0; i < line.size(); ++i)
       colors.push_back(SlowPixel(row, i, bits_, bitmap_.ColorOrder, table.data()));

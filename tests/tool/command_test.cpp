@@ -28,28 +28,6 @@ TEST_F(Command, A24BitDeviceShowsAPictureAsItIs) {
   }
 }
 
-TEST_F(Command, AllStoragePaintsTheSame) {
-  Make("in.png", 90, 70);
-  const std::string variants[] = {"--storage auto",
-                                  "--storage disk",
-                                  "--storage memory",
-                                  "--low-memory",
-                                  "--low-memory --storage disk",
-                                  "--low-memory --storage memory"};
-  for (const char* how :
-       {"--device-bits 8 --diffusion --size 140x31", "--device-bits 4 --ordered",
-        "--device-bits 1 --clustered", "--device-bits 16", "--device-bits 24 --size 33x200"}) {
-    std::string first;
-    for (const std::string& storage : variants) {
-      ExpectRuns("paint in.png out.png " + std::string(how) + " " + storage);
-      const std::string bytes = ReadFile(work_.File("out.png"));
-      if (first.empty()) first = bytes;
-      EXPECT_EQ(bytes, first) << how << " " << storage;
-    }
-  }
-  EXPECT_EQ(work_.Names(), (Names{"in.png", "out.png"}));
-}
-
 TEST_F(Command, InfoAndChartSayAndDrawWhatTheyPromise) {
   tool::PictureInfo info;
   info.width = 13;
