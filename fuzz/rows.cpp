@@ -95,6 +95,18 @@ void CopyRect(World& world, Input& input) {
                     static_cast<uint32_t>(height));
 }
 
+// What is handed on comes back here.
+void FreeImage(World& world, Input& input) {
+  BitmapHandle* const bitmap = world.Bitmap(input);
+  const BitmapHandle before = *bitmap;
+  const int32_t attachments = input.Number();
+  Vn_FreeImage(bitmap, attachments);
+  if (attachments) return;
+  bitmap->Palette = before.Palette;
+  bitmap->PaintPalette = before.PaintPalette;
+  bitmap->Region = before.Region;
+}
+
 void Memory(World&, Input& input) {
   const auto first = static_cast<uint32_t>(input.Number());
   const uint32_t kind = input.Below(3);
@@ -174,7 +186,7 @@ const Call kCalls[] = {
     &Memory,
     &Files,
     &Redirect,
-    &Decoded<&Vn_FreeImage>,
+    &FreeImage,
     &Decoded<&Vn_AccessBitmap>,
     &Decoded<&Vn_ReleaseBitmap>,
     &Decoded<&Vn_LockBitmap>,
