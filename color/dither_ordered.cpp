@@ -2,6 +2,7 @@
 #include "color/dither_blocks.h"
 #include "color/dither_choice.h"
 #include "color/dither_loops.h"
+#include "color/ordered_rows.h"
 #include "color/threshold_matrices.h"
 
 namespace vn {
@@ -19,11 +20,41 @@ void NearestLine(DitherRecord& run, uint32_t order, const uint8_t* source, uint8
   });
 }
 
+const uint8_t* NextThresholds(DitherRecord& run) {
+  const auto& matrix = run.Method == DITHER_CLUSTERED ? ClusteredMatrix : OrderedMatrix;
+  return matrix[run.LineCount++ & 7];
+}
+
+// To a fixed palette at its own depth indexes are bits of the colours. Without a pattern each
+// channel has the threshold in its middle.
+int32_t DepthOfFixed(const DitherRecord& run) {
+  switch (run.PaletteKind) {
+    case PALETTE_FIXED_2:
+      return 1;
+    case PALETTE_FIXED_16:
+      return 4;
+    case PALETTE_FIXED_256:
+      return 8;
+    default:
+      return 0;
+  }
+}
+
+template <bool Patterned>
+void FixedLine(DitherRecord& run, uint32_t order, const uint8_t* source, uint8_t* target,
+               size_t width) {
+  constexpr uint8_t kMiddle = 127, kNoShift = 128;
+  uint8_t middle[8];
+  std::fill_n(middle, 8, run.TargetBits == 8 ? kNoShift : kMiddle);
+  const bool swap = run.SourceBits > 8 && order != ORDER_BGR;
+  OrderedRows(run.SourceBits, swap, run.SourceColors, run.TargetBits)
+      .Dither(source, 0, Patterned ? NextThresholds(run) : middle, target, width);
+}
+
 template <class Choice>
 void OrderedLine(DitherRecord& run, uint32_t order, const uint8_t* source, uint8_t* target,
                  size_t width) {
-  const auto& matrix = run.Method == DITHER_CLUSTERED ? ClusteredMatrix : OrderedMatrix;
-  const uint8_t* const thresholds = matrix[run.LineCount++ & 7];
+  const uint8_t* const thresholds = NextThresholds(run);
   const Choice choice(run);
   ForDitherBlocks(run, order, source, target, width, [&](DitherBlock& block, size_t, size_t count) {
     for (size_t x = 0; x < count; ++x) {
@@ -36,10 +67,12 @@ void OrderedLine(DitherRecord& run, uint32_t order, const uint8_t* source, uint8
 }  // namespace
 
 DitherLineProc SelectNearestLine(const DitherRecord& run) {
+  if (run.TargetBits == DepthOfFixed(run)) return FixedLine<false>;
   return WithChoice(run, []<class Choice>(Choice*) { return NearestLine<Choice>; });
 }
 
 DitherLineProc SelectOrderedLine(const DitherRecord& run) {
+  if (run.TargetBits == DepthOfFixed(run)) return FixedLine<true>;
   return WithChoice(run, []<class Choice>(Choice*) { return OrderedLine<Choice>; });
 }
 

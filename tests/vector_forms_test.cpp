@@ -9,6 +9,7 @@
 #include "color/color_rows.h"
 #include "color/color_search.h"
 #include "color/gray_rows.h"
+#include "color/ordered_rows.h"
 #include "compose/combine_rows.h"
 #include "compose/pixel_pattern.h"
 #include "compose/underlay_rows.h"
@@ -125,6 +126,11 @@ void Convert(const uint8_t* source, uint8_t* target, size_t width) {
   }
   SelectColorRow(From, To, width % 2)(source, target, width, colors);
 }
+template <int Bits>
+void Ordered(const uint8_t* source, uint8_t* target, size_t width) {
+  constexpr uint8_t kThresholds[] = {0, 100, 252, 7, 128, 64, 30, 200};
+  OrderedRows(32, false, nullptr, Bits).Dither(source, 0, kThresholds, target, width);
+}
 void Nearest(const uint8_t* source, uint8_t* target, size_t width) {
   if (!width) return;
   const auto* const colors = reinterpret_cast<const RGBQUAD*>(source);
@@ -193,6 +199,9 @@ const Form kForms[] = {
     VNCORE_CONVERT_TO(16),
     VNCORE_CONVERT_TO(24),
     VNCORE_CONVERT_TO(32),
+    {"ordered 1", Block<32>, Block<1>, Ordered<1>},
+    {"ordered 4", Block<32>, Block<4>, Ordered<4>},
+    {"ordered 8", Block<32>, Block<8>, Ordered<8>},
     {"nearest", Block<32>, Block<1>, Nearest},
     {"shade", Block<8>, Block<24>, Shade},
     {"combine 4", Block<4>, Block<4>, Combine<4, 0>},
