@@ -85,6 +85,37 @@ HEADLESS_TEST(Effect, TheCallbackHasItsSay) {
   EXPECT_TRUE(equal(0, 5));
 }
 
+// What a callback paints has colours of its own, and the pieces that follow have theirs.
+HEADLESS_TEST(Effect, TheCallbackMayPaint) {
+  const DisplayScope display(SmallScreen(24));
+  const ScreenDC screen;
+  Random random(6);
+  const Colors colors = RandomColors(random, 256), otherColors = RandomColors(random, 256);
+  RandomBitmap bitmap(random, 10, 10, 8, STORAGE_AUTO, colors.data());
+  RandomBitmap other(random, 10, 10, 8, STORAGE_AUTO, otherColors.data());
+  const DisplayModeScope mode(~0u, 0);
+  static HDC context;
+  static BitmapHandle* painted;
+  context = screen.get();
+  painted = other;
+  const auto aside = [](int32_t) -> VnStatus {
+    const RECT to = {20, 0, 30, 10};
+    return Vn_PaintDC(context, painted, nullptr, nullptr, &to, nullptr, SRCCOPY);
+  };
+  const RECT to = {0, 0, 10, 10};
+  const Bytes expected = ShownBy(context, WHITENESS, [&] {
+    EXPECT_EQ(aside(0), OK);
+    EXPECT_EQ(Vn_PaintDC(context, bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY), OK);
+  });
+  EXPECT_TRUE(ShownBy(context, WHITENESS, [&] {
+                const VnStatusCallBack before = Vn_SetStatusCallBack(aside);
+                EXPECT_EQ(Vn_PaintDCEffect(context, bitmap, nullptr, nullptr, &to, nullptr, SRCCOPY,
+                                           EFFECT_ROWS_DOWN),
+                          OK);
+                Vn_SetStatusCallBack(before);
+              }) == expected);
+}
+
 HEADLESS_TEST(Effect, RefusesWhatItCannotPaint) {
   const ScreenDC screen;
   Bitmap bitmap(4, 4, 24);
