@@ -24,7 +24,7 @@ void ChangeHeight(World& world, Input& input) {
   World::Scribble(input, bitmap);
 }
 
-// A row, or a part of one. The caller answers for row and count.
+// A row, or a part of one. The caller answers for row and count, and locks what has no address yet.
 void MoveRow(World& world, Input& input) {
   BitmapHandle* const bitmap = world.Bitmap(input);
   if (bitmap->Flags & FLAG_ALLOCATED && (bitmap->Width < 1 || bitmap->Height < 1)) return;
@@ -37,7 +37,7 @@ void MoveRow(World& world, Input& input) {
   const auto count = static_cast<uint32_t>(input.Between(0, left));
   if (count > 1 << 20) return;
   const auto buffer = Buffer(input, count);
-  const int32_t state = input.Flag() ? Vn_LockBitmap(bitmap) : 1;
+  const int32_t state = input.Flag() || !bitmap->Bits ? Vn_LockBitmap(bitmap) : 1;
   switch (input.Below(3)) {
     case 0:
       Vn_GetBitmapRowCol(bitmap, buffer.get(), row, column, count);

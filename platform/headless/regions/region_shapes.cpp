@@ -14,6 +14,9 @@ namespace {
 constexpr int64_t kLargestEllipse = 900'000;
 static_assert(kLargestEllipse * kLargestEllipse <= INT64_MAX / 12 / kLargestEllipse);
 
+// A polygon is scanned row by row, at up to a rectangle and more for each.
+constexpr int64_t kMostPolygonRows = 1 << 22;
+
 // The insets of an ellipse that fills `width` by `height` pixels: entry i is the number of pixels
 // that row i below the vertical middle leaves free on each side. Midpoint stepping along the
 // quadrant after Zingl (A Rasterizing Algorithm for Drawing Curves, 2012), on eight times the
@@ -201,6 +204,10 @@ RegionSet PolygonSet(const POINT* points, size_t count, int fillRule) {
   std::vector<Edge> edges = EdgesOf(points, count);
   RectList rects;
   if (edges.empty()) return RegionSet();
+  int32_t bottom = edges[0].bottom;
+  for (const Edge& edge : edges)
+    bottom = std::max(bottom, edge.bottom);
+  if (int64_t{bottom} - edges[0].top > kMostPolygonRows) throw std::bad_alloc();
   std::vector<Edge*> active;
   active.reserve(edges.size());
   size_t next = 0, above = 0;
