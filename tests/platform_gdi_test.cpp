@@ -275,6 +275,30 @@ HEADLESS_TEST(PlatformGdi, ContextsAnswerForTheirSurface) {
   }
 }
 
+HEADLESS_TEST(PlatformGdi, ASurfaceOfOtherFieldsTakesEveryPixel) {
+  DibInfo info = DibOf(9, 1, 16);
+  info.header.biCompression = BI_BITFIELDS;
+  const uint32_t masks[] = {0xF800, 0x7E0, 0x1F};
+  std::memcpy(info.colors, masks, sizeof masks);
+  const HDC context = CreateCompatibleDC(nullptr);
+  void* bits = nullptr;
+  const OwnedObject<HBITMAP> section(
+      CreateDIBSection(context, info.get(), DIB_RGB_COLORS, &bits, nullptr, 0));
+  ASSERT_TRUE(section);
+  const HGDIOBJ before = SelectObject(context, section.get());
+  Random random(3);
+  uint8_t row[28];
+  random.Fill(row, sizeof row);
+  StretchDIBits(context, 0, 0, 9, 1, 0, 0, 9, 1, row, DibOf(9, 1, 24).get(), DIB_RGB_COLORS,
+                SRCCOPY);
+  for (int x = 0; x < 9; ++x) {
+    const uint8_t* c = row + 3 * x;
+    EXPECT_EQ(static_cast<uint16_t*>(bits)[x], c[2] >> 3 << 11 | c[1] >> 2 << 5 | c[0] >> 3) << x;
+  }
+  SelectObject(context, before);
+  DeleteDC(context);
+}
+
 TEST(PlatformGdi, GetPixelEndsWithTheSurface) {
   const HDC memory = CreateCompatibleDC(nullptr);
   for (const LONG height : {3L, -3L}) {
