@@ -13,7 +13,7 @@ HBITMAP MakeSection(const DibFormat& format, const ColorTable& colors, HANDLE se
                     LPVOID* bits) {
   constexpr uint64_t kLargest = uint64_t{1} << 31;
   if (!section && format.bytes() > kLargest) return nullptr;
-  ZeroedBytes memory;
+  Pages memory;
   std::shared_ptr<Mapping> mapping;
   uint8_t* rows = nullptr;
   if (section) {
@@ -25,8 +25,8 @@ HBITMAP MakeSection(const DibFormat& format, const ColorTable& colors, HANDLE se
     }
     rows = mapping->base() + offset;
   } else {
-    memory = MakeZeroedBytes(static_cast<size_t>(format.bytes()));
-    rows = memory.get();
+    memory = Pages::ZeroedOrThrow(format.bytes());
+    rows = memory.base();
   }
   Surface surface = DibSurface(format, rows);
   if (format.layout.indexed()) surface.colors = std::make_shared<ColorTable>(colors);

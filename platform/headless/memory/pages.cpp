@@ -20,6 +20,7 @@
 #include <array>
 #include <cstring>
 #include <mutex>
+#include <new>
 #include <utility>
 
 #include "platform/headless/files/disk_space.h"
@@ -151,6 +152,12 @@ Pages Pages::Zeroed(uint64_t bytes) {
     if (!FitsInMemory(bytes)) return {};
   }
   return InMemory(length + kGuardBytes).EndAt(length);
+}
+
+Pages Pages::ZeroedOrThrow(uint64_t bytes) {
+  Pages pages = Zeroed(bytes);
+  if (!pages) throw std::bad_alloc();
+  return pages;
 }
 
 Pages::Pages(Pages&& other) noexcept

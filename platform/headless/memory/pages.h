@@ -13,6 +13,8 @@ class Pages {
   Pages() = default;
   // At least `bytes` bytes, all zero. Empty on failure.
   static Pages Zeroed(uint64_t bytes);
+  // The same; throws on failure.
+  static Pages ZeroedOrThrow(uint64_t bytes);
   Pages(Pages&& other) noexcept;
   Pages& operator=(Pages&& other) noexcept;
   ~Pages();

@@ -12,7 +12,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <new>
+#include <cstdint>
+#include <cstdlib>
 
 namespace headless {
 namespace {
@@ -33,12 +34,6 @@ void* PlainMemory(size_t bytes, bool zeroed) {
   void* const block = zeroed ? std::calloc(1, size) : std::malloc(size);
   if (block && size >= kHugeFrom) AdviseHugePages(block, size);
   return block;
-}
-
-ZeroedBytes MakeZeroedBytes(size_t bytes) {
-  void* const block = PlainMemory(bytes, true);
-  if (!block) throw std::bad_alloc();
-  return ZeroedBytes(static_cast<uint8_t*>(block));
 }
 
 }  // namespace headless

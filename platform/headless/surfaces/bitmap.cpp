@@ -8,12 +8,12 @@ namespace headless {
 Bitmap::Bitmap(int32_t width, int32_t height, uint32_t bits, std::shared_ptr<ColorTable> colors)
     : Object(OBJ_BITMAP), section_(false) {
   const auto stride = static_cast<size_t>(RowBytes(static_cast<uint64_t>(width), bits));
-  memory_ = MakeZeroedBytes(stride * static_cast<size_t>(height));
-  surface = {memory_.get(),    static_cast<ptrdiff_t>(stride), width, height, LayoutOf(bits),
+  memory_ = Pages::ZeroedOrThrow(stride * static_cast<size_t>(height));
+  surface = {memory_.base(),   static_cast<ptrdiff_t>(stride), width, height, LayoutOf(bits),
              std::move(colors)};
 }
 
-Bitmap::Bitmap(const Surface& rows, ZeroedBytes memory, std::shared_ptr<Mapping> mapping)
+Bitmap::Bitmap(const Surface& rows, Pages memory, std::shared_ptr<Mapping> mapping)
     : Object(OBJ_BITMAP),
       surface(rows),
       memory_(std::move(memory)),

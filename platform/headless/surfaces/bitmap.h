@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "platform/headless/memory/mappings.h"
-#include "platform/headless/memory/plain_memory.h"
 #include "platform/headless/objects/objects.h"
 #include "platform/headless/surfaces/surface.h"
 
@@ -21,7 +20,7 @@ class Bitmap : public Object {
   // A device bitmap with zeroed rows, from the top down. Throws when memory fails.
   Bitmap(int32_t width, int32_t height, uint32_t bits, std::shared_ptr<ColorTable> colors);
   // A DIB section over its own memory or over a mapping that it holds.
-  Bitmap(const Surface& rows, ZeroedBytes memory, std::shared_ptr<Mapping> mapping);
+  Bitmap(const Surface& rows, Pages memory, std::shared_ptr<Mapping> mapping);
 
   int Describe(int bytes, void* result) const override;
   HGDIOBJ SelectInto(Context& context, HGDIOBJ self) override;
@@ -36,7 +35,7 @@ class Bitmap : public Object {
   bool selected = false;  // in a context, and so in no other
 
  private:
-  ZeroedBytes memory_;
+  Pages memory_;
   std::shared_ptr<Mapping> mapping_;
   const bool section_;
 };

@@ -100,11 +100,15 @@ class Painter {
     if ((copiesBytes_ || copiesTable_) && bits_ >= 8 && job_.rows.straight()) {
       return CopyRows(r, width);
     }
-    for (int32_t y = r.top; y < r.bottom; ++y)
-      PaintRow(r.left, y, width);
+    for (int32_t i = 0; i < r.bottom - r.top; ++i)
+      PaintRow(r.left, FirstRow(r) + (Upwards() ? -i : i), width);
   }
 
  private:
+  // Rows of the source are taken as they lie in memory: that is how caches expect them.
+  bool Upwards() const { return job_.source && job_.source->pitch < 0; }
+  int32_t FirstRow(const RECT& r) const { return Upwards() ? r.bottom - 1 : r.top; }
+
   void PaintRow(int32_t x, int32_t y, int32_t count) {
     uint8_t* row = job_.target->Row(y);
     if (job_.source) {
@@ -130,13 +134,15 @@ class Painter {
   void CopyRows(const RECT& r, int32_t width) const {
     const auto bytes = static_cast<size_t>(width) * (bits_ / 8);
     const auto columns = static_cast<size_t>(job_.columns.SourcesOf(r.left).first);
+    const int32_t first = FirstRow(r);
+    const ptrdiff_t direction = Upwards() ? -1 : 1;
     const uint8_t* from =
-        job_.source->Row(job_.rows.SourcesOf(r.top).first) + columns * (bits_ / 8);
-    uint8_t* to = job_.target->Row(r.top) + static_cast<size_t>(r.left) * (bits_ / 8);
-    for (int32_t y = r.top; y < r.bottom; ++y) {
+        job_.source->Row(job_.rows.SourcesOf(first).first) + columns * (bits_ / 8);
+    uint8_t* to = job_.target->Row(first) + static_cast<size_t>(r.left) * (bits_ / 8);
+    for (int32_t left = r.bottom - r.top; left > 0; --left) {
       CopyWhole(from, to, bytes);
-      from += job_.source->pitch;
-      to += job_.target->pitch;
+      from += job_.source->pitch * direction;
+      to += job_.target->pitch * direction;
     }
   }
 
