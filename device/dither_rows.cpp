@@ -1,8 +1,10 @@
-// The 32 members, from two loops (ordered, diffusing) over the pixel readers and three targets.
+// The 32 members: the ordered ones from the loops that line dithering has, too, and the diffusing
+// ones from one over the pixel readers and three targets.
 #include "device/dither_rows.h"
 
 #include <algorithm>
 
+#include "color/ordered_rows.h"
 #include "color/threshold_matrices.h"
 #include "device/dither_targets.h"
 #include "kernel/pixel_format.h"
@@ -10,31 +12,6 @@
 
 namespace vn {
 namespace {
-
-constexpr size_t kPhases = 8;
-using ThresholdRow = const uint8_t (&)[kPhases];
-
-// `thresholds` is the matrix row, `phase` the column of the first pixel. Eight pixels fill whole
-// bytes at every depth and bring the pattern round, so a group runs without a test.
-template <int Bits, class Reader>
-void OrderRow(uint8_t* destination, Reader read, size_t x, size_t count, ThresholdRow thresholds,
-              uint32_t phase) {
-  using To = Target<Bits>;
-  uint32_t pattern[kPhases];
-  const size_t phases = std::min(count, kPhases);
-  for (uint32_t i = 0; i < phases; ++i)
-    pattern[i] = To::Prepare(thresholds[(phase + i) & 7]);
-  for (; count >= kPhases; count -= kPhases, x += kPhases, destination += Bits) {
-    PixelWriter<Bits> out(destination);
-#pragma GCC unroll 8
-    for (size_t i = 0; i < kPhases; ++i)
-      out.Put(To::Ordered(read(x + i), pattern[i]));
-  }
-  PixelWriter<Bits> out(destination);
-  for (size_t i = 0; i < count; ++i)
-    out.Put(To::Ordered(read(x + i), pattern[i]));
-  out.Finish();
-}
 
 DiffusionCell operator+(const DiffusionCell& a, const DiffusionCell& b) {
   return {a.red + b.red, a.green + b.green, a.blue + b.blue};
@@ -88,10 +65,12 @@ void Ordered(uint8_t* destination, const uint8_t* source, const BitmapHandle* bi
              int32_t last, uint32_t patternX, int32_t patternY, DiffusionCell*,
              const RGBQUAD* colors) {
   if (last <= first) return;
-  WithReader<From>(source, bitmap, colors, [=](auto reader) {
-    OrderRow<To>(destination, reader, static_cast<size_t>(first), static_cast<size_t>(last - first),
-                 Matrix[patternY & 7], patternX);
-  });
+  uint8_t thresholds[8];
+  for (uint32_t i = 0; i < 8; ++i)
+    thresholds[i] = Matrix[patternY & 7][(patternX + i) & 7];
+  OrderedRows(From, From > 8 && bitmap->ColorOrder != ORDER_BGR, colors, To)
+      .Dither(source, static_cast<size_t>(first), thresholds, destination,
+              static_cast<size_t>(last - first));
 }
 
 template <int From, int To>

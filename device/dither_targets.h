@@ -33,16 +33,13 @@ struct RaisedRgb {
   uint32_t red, green, blue;
 };
 
-// Each target tells: Prepare(), what a pixel needs of its threshold; Ordered(), the index under
-// that; Nearest(), the index without pattern.
+// Each target tells Nearest(): the index, and the error that it leaves.
 template <int Bits>
 struct Target;
 
 // Two colours, by gray.
 template <>
 struct Target<1> {
-  static uint32_t Prepare(uint8_t threshold) { return threshold; }
-  static uint32_t Ordered(Rgb c, uint32_t threshold) { return threshold < GrayOf(c); }
   static Quantized Nearest(RaisedRgb wanted) {
     const auto clamped = [](uint32_t v) {
       return std::min(std::max(static_cast<int32_t>(v - kRaise), 0), 255);
@@ -91,11 +88,6 @@ template <>
 struct Target<4> {
   static constexpr uint32_t IndexOf(uint32_t bits) { return bits | ((bits + 7) & 8); }
 
-  static uint32_t Prepare(uint8_t threshold) { return threshold; }
-  static uint32_t Ordered(Rgb c, uint32_t threshold) {
-    const auto t = static_cast<int32_t>(threshold);
-    return IndexOf(uint32_t{t < c.red} | uint32_t{t < c.green} << 1 | uint32_t{t < c.blue} << 2);
-  }
   static Quantized Nearest(RaisedRgb c) {
     const ChannelLevel &red = kRed[c.red], &green = kGreen[c.green], &blue = kBlue[c.blue];
     const auto bits = static_cast<uint32_t>(red.bits | green.bits | blue.bits);
@@ -122,35 +114,14 @@ struct Target<8> {
   static constexpr uint32_t GreenBits(uint32_t v) { return v >> 3 & 0x1C; }
   static constexpr uint32_t BlueBits(uint32_t v) { return v >> 6; }
 
-  // The pattern adds -16 to 15 to a channel.
-  static uint32_t Prepare(uint8_t threshold) { return threshold >> 3; }
-  static uint32_t Ordered(Rgb c, uint32_t shift) {
-    return kShifted[0][static_cast<uint32_t>(c.red) + shift] |
-           kShifted[1][static_cast<uint32_t>(c.green) + shift] |
-           kShifted[2][static_cast<uint32_t>(c.blue) + shift];
-  }
   static Quantized Nearest(RaisedRgb c) {
     const ChannelLevel &red = kRed[c.red], &green = kGreen[c.green], &blue = kBlue[c.blue];
     return Combined(static_cast<uint32_t>(red.bits | green.bits | blue.bits), red, green, blue);
   }
 
-  // Index bits by channel value plus shift plus 16: clamp and mask in one look, in tables that stay
-  // in the nearest cache beside the rows.
-  using Shifted = std::array<uint8_t, 256 + 31>;
-  static const std::array<Shifted, 3> kShifted;
   static const ChannelLevels kRed, kGreen, kBlue;
 };
 
-inline constexpr std::array<Target<8>::Shifted, 3> Target<8>::kShifted = [] {
-  std::array<Shifted, 3> tables{};
-  for (size_t i = 0; i < tables[0].size(); ++i) {
-    const auto value = static_cast<uint32_t>(std::clamp(static_cast<int32_t>(i) - 16, 0, 255));
-    tables[0][i] = static_cast<uint8_t>(RedBits(value));
-    tables[1][i] = static_cast<uint8_t>(GreenBits(value));
-    tables[2][i] = static_cast<uint8_t>(BlueBits(value));
-  }
-  return tables;
-}();
 inline constexpr ChannelLevels Target<8>::kRed{
     RedBits, [](uint32_t bits) -> int32_t { return FixedPalette256[bits].rgbRed; }};
 inline constexpr ChannelLevels Target<8>::kGreen{
