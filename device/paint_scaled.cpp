@@ -2,7 +2,7 @@
 #include "device/paint_tools.h"
 #include "device/row_source.h"
 #include "device/scale_mapping.h"
-#include "geometry/scale_row.h"
+#include "geometry/row_scaler.h"
 #include "kernel/pixel_format.h"
 
 namespace vn {
@@ -18,29 +18,40 @@ class ScaledRows {
         bits_(static_cast<uint32_t>(job.bitmap->BitsPerPixel)),
         span_(
             ColumnSpan::Of(mapping.firstColumn, mapping.ColumnOf(mapping.Pixels() - 1) + 1, bits_)),
+        scaler_(ScaleOf(job, mapping, span_), mapping.Rows()),
         fetched_(scratch->Zeroed<uint8_t>(PaintSlot::kFetched, span_.bytes)) {}
 
   explicit operator bool() const { return fetched_; }
 
   // Bytes of a scaled row.
-  uint64_t Bytes() const { return (uint64_t{bits_} * mapping_.Pixels() + 31) / 32 * 4; }
+  uint64_t Bytes() const { return BytesOf(bits_, mapping_); }
 
   // Writes work row `row` in scaled form, whole pixels of the bitmap's depth.
   void Scale(uint32_t row, uint8_t* to) const {
     const uint8_t* from =
         source_.Read(ScaledStorageRow(job_, row), span_.start, span_.bytes, fetched_);
-    const Stepper& column = mapping_.column;
-    ScaleRow(job_.bitmap->BitsPerPixel, static_cast<uint32_t>(Bytes()), mapping_.firstColumn,
-             column.quotient, column.accumulator, column.remainder, from, to, mapping_.Pixels(),
-             column.divisor, mapping_.expandX);
+    scaler_.Scale(from, to);
   }
 
  private:
+  static uint64_t BytesOf(uint32_t bits, const ScaleMapping& mapping) {
+    return (uint64_t{bits} * mapping.Pixels() + 31) / 32 * 4;
+  }
+  static RowScale ScaleOf(const PaintJob& job, const ScaleMapping& mapping,
+                          const ColumnSpan& span) {
+    const auto bits = static_cast<uint32_t>(job.bitmap->BitsPerPixel);
+    return {job.bitmap->BitsPerPixel, mapping.column,
+            mapping.firstColumn,      static_cast<uint32_t>(span.bytes * 8 / bits),
+            mapping.Pixels(),         static_cast<uint32_t>(BytesOf(bits, mapping)),
+            mapping.expandX};
+  }
+
   const PaintJob& job_;
   RowSource source_;
   const ScaleMapping& mapping_;
   uint32_t bits_;
   ColumnSpan span_;
+  RowScaler scaler_;
   uint8_t* fetched_;
 };
 

@@ -29,9 +29,11 @@ VnStatus ResizeRows(BitmapHandle* source, BitmapHandle* destination, vn::RowView
                     uint8_t* scaled) {
   const auto height = static_cast<uint32_t>(destination->Height);
   const bool sameOrigin = source->ViewOrigin == destination->ViewOrigin;
-  const vn::RowScaler scaler(source->BitsPerPixel, StepOver(source->Width, destination->Width),
-                             static_cast<uint32_t>(source->Width), destination->BytesPerLine,
-                             destination->Width >= source->Width);
+  const auto oldWidth = static_cast<uint32_t>(source->Width);
+  const auto newWidth = static_cast<uint32_t>(destination->Width);
+  const vn::RowScaler scaler({source->BitsPerPixel, StepOver(source->Width, destination->Width), 0,
+                              oldWidth, newWidth, destination->BytesPerLine, newWidth >= oldWidth},
+                             height);
   vn::Stepper down = StepOver(source->Height, destination->Height);
   vn::Progress progress(height);
   if (!progress.Begin()) return progress.Result();

@@ -15,7 +15,7 @@ constexpr uint8_t kNoByte = 0x80;  // in a mask: the byte comes from another pie
 struct PieceSources {
   PieceSources(Stepper across, uint32_t pixelBytes, uint32_t start) {
     const uint64_t pixel = start / pixelBytes;
-    const uint64_t sum = pixel * across.remainder;
+    const uint64_t sum = pixel * across.remainder + across.accumulator;
     uint64_t from = pixel * across.quotient + sum / across.divisor;
     across.accumulator = static_cast<uint32_t>(sum % across.divisor);
     first = static_cast<uint32_t>(from) * pixelBytes;
@@ -35,30 +35,29 @@ struct PieceSources {
 
 }  // namespace
 
-RowScaler::RowScaler(int32_t bitsPerPixel, const Stepper& across, uint32_t oldWidth,
-                     uint32_t rowBytes, bool expand)
-    : bitsPerPixel_(bitsPerPixel), across_(across), rowBytes_(rowBytes), expand_(expand) {
-  const bool whole =
-      bitsPerPixel == 8 || bitsPerPixel == 16 || bitsPerPixel == 24 || bitsPerPixel == 32;
+RowScaler::RowScaler(const RowScale& scale, uint32_t rows) : scale_(scale) {
+  constexpr uint32_t kFewRows = 32;
+  const bool whole = scale.bitsPerPixel == 8 || scale.bitsPerPixel == 16 ||
+                     scale.bitsPerPixel == 24 || scale.bitsPerPixel == 32;
   const PickLoop vector = VNCORE_VECTOR_FORM(nullptr, PickPiecesAvx2);
-  if (whole && vector && Plan(oldWidth)) vector_ = vector;
+  if (whole && vector && rows >= kFewRows && Plan()) vector_ = vector;
 }
 
 uint32_t RowScaler::PieceStart(uint32_t index) const {
   return std::min(index * kPickPiece, targetBytes_ - kPickPiece);
 }
 
-bool RowScaler::Plan(uint32_t oldWidth) {
-  const uint32_t pixelBytes = static_cast<uint32_t>(bitsPerPixel_) / 8;
-  const uint64_t sourceBytes = uint64_t{oldWidth} * pixelBytes;
-  const uint64_t targetBytes = uint64_t{across_.divisor} * pixelBytes;
+bool RowScaler::Plan() {
+  const uint32_t pixelBytes = static_cast<uint32_t>(scale_.bitsPerPixel) / 8;
+  const uint64_t sourceBytes = uint64_t{scale_.oldPixels} * pixelBytes;
+  const uint64_t targetBytes = uint64_t{scale_.newPixels} * pixelBytes;
   if (sourceBytes > INT32_MAX || targetBytes > INT32_MAX || targetBytes < kPickPiece) return false;
   targetBytes_ = static_cast<uint32_t>(targetBytes);
   const uint32_t pieces = (targetBytes_ + kPickPiece - 1) / kPickPiece;
 
   uint32_t span = 0;
   for (uint32_t i = 0; i < pieces; ++i) {
-    span = std::max(span, PieceSources(across_, pixelBytes, PieceStart(i)).span);
+    span = std::max(span, PieceSources(scale_.across, pixelBytes, PieceStart(i)).span);
     if (span > kMostPickSpread * kPickPiece) return false;
   }
   const uint32_t spread = (span + kPickPiece - 1) / kPickPiece, read = spread * kPickPiece;
@@ -68,7 +67,7 @@ bool RowScaler::Plan(uint32_t oldWidth) {
   masks_ = ScratchBuffer<uint8_t>(size_t{pieces} * read);
   if (!offsets_ || !masks_) return false;
   for (uint32_t i = 0; i < pieces; ++i) {
-    const PieceSources sources(across_, pixelBytes, PieceStart(i));
+    const PieceSources sources(scale_.across, pixelBytes, PieceStart(i));
     // All that is read lies in the row.
     offsets_[i] = std::min(sources.first, static_cast<uint32_t>(sourceBytes) - read);
     uint8_t* masks = masks_.data() + size_t{i} * read;
@@ -86,8 +85,10 @@ void RowScaler::Scale(const uint8_t* source, uint8_t* destination) const {
   if (vector_) {
     vector_(plan_, source, destination);
   } else {
-    ScaleRow(bitsPerPixel_, rowBytes_, 0, across_.quotient, 0, across_.remainder, source,
-             destination, across_.divisor, across_.divisor, expand_);
+    const Stepper& across = scale_.across;
+    ScaleRow(scale_.bitsPerPixel, scale_.rowBytes, scale_.startPixel, across.quotient,
+             across.accumulator, across.remainder, source, destination, scale_.newPixels,
+             across.divisor, scale_.expand);
   }
 }
 

@@ -8,30 +8,34 @@
 
 namespace vn {
 
-// Does what ScaleRow does from the first pixel on. From 8 bits up, where there are vectors, the
-// places of all bytes are laid down at the start: 16 bytes of the new row come from up to four
-// neighbouring 16-byte pieces of the old one, picked by masks. Otherwise, also when there is no
-// memory for the masks, each row goes through ScaleRow.
+// How rows are scaled, in the terms of ScaleRow.
+struct RowScale {
+  int32_t bitsPerPixel;
+  Stepper across;       // from the accumulator on
+  uint32_t startPixel;  // below 8 bits
+  uint32_t oldPixels;   // of a source row, from the first one that is read on
+  uint32_t newPixels;
+  uint32_t rowBytes;
+  bool expand;
+};
+
+// Does what ScaleRow does, for `rows` rows. From 8 bits up, where there are vectors and rows enough
+// to repay it, the places of all bytes are laid down at the start: 16 bytes of the new row come
+// from up to four neighbouring 16-byte pieces of the old one, picked by masks. Otherwise, also when
+// there is no memory for the masks, each row goes through ScaleRow.
 class RowScaler {
  public:
-  // `across` steps over the source, its divisor being the new width. Rows of `oldWidth` pixels are
-  // read; `rowBytes` is what ScaleRow zeroes at 1 bit.
-  RowScaler(int32_t bitsPerPixel, const Stepper& across, uint32_t oldWidth, uint32_t rowBytes,
-            bool expand);
+  RowScaler(const RowScale& scale, uint32_t rows);
 
-  // Writes a row of the new width. The rows must be apart.
+  // Writes a row of new pixels. The rows must be apart.
   void Scale(const uint8_t* source, uint8_t* destination) const;
 
  private:
-  bool Plan(uint32_t oldWidth);
+  bool Plan();
   // Where piece `index` of the new row begins: the last one may overlap the one before it.
   uint32_t PieceStart(uint32_t index) const;
 
-  int32_t bitsPerPixel_;
-  Stepper across_;
-  uint32_t rowBytes_;
-  bool expand_;
-
+  RowScale scale_;
   uint32_t targetBytes_ = 0;
   PickLoop vector_ = nullptr;
   PickPlan plan_{};

@@ -20,11 +20,16 @@ inline void PickPiece(const uint8_t* source, const uint8_t* masks, uint8_t* targ
 
 template <uint32_t Spread>
 void PickPieces(const PickPlan& plan, const uint8_t* source, uint8_t* target) {
+  // Out of the plan, which a store through a byte pointer could change.
   const uint8_t* masks = plan.masks;
-  const uint32_t last = plan.pieces - 1;
-  for (uint32_t i = 0; i < last; ++i, masks += Spread * kPickPiece)
-    PickPiece<Spread>(source + plan.offsets[i], masks, target + i * kPickPiece);
-  PickPiece<Spread>(source + plan.offsets[last], masks, target + plan.lastStart);
+  const uint32_t* offset = plan.offsets;
+  uint8_t* const last = target + plan.lastStart;
+  for (uint32_t i = plan.pieces; i > 1; --i) {
+    PickPiece<Spread>(source + *offset++, masks, target);
+    masks += Spread * kPickPiece;
+    target += kPickPiece;
+  }
+  PickPiece<Spread>(source + *offset, masks, last);
 }
 
 }  // namespace

@@ -86,7 +86,8 @@ template <int Bits, uint32_t Percent>
 void Scale(const uint8_t* source, uint8_t* target, size_t width) {
   const ResampleAxis axis = AxisOf<Percent>(width);
   if (!width) return;
-  RowScaler(Bits, Stepper::Dividing(axis.oldSize, axis.newSize), axis.oldSize, 0, Percent > 100)
+  const Stepper across = Stepper::Dividing(axis.oldSize, axis.newSize);
+  RowScaler({Bits, across, 0, axis.oldSize, axis.newSize, 0, Percent > 100}, 99)
       .Scale(source, target);
 }
 template <uint32_t Channels, uint32_t Percent>
