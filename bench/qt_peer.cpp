@@ -1,8 +1,10 @@
-// Qt's mirrors of 1-bit images, in place.
+// Qt's mirrors of 1-bit images, in place, and its ordered dithering, which makes its result as ours
+// do.
 #include <QImage>
 
 #include <utility>
 
+#include "bench/photograph_bitmap.h"
 #include "bench/turns_beside.h"
 
 namespace vn::bench {
@@ -36,6 +38,36 @@ class Qt {
 void Mirror1(benchmark::State& state) { TurnBeside<Qt<false>>(state, 1, Turn::kMirror); }
 void Half1(benchmark::State& state) { TurnBeside<Qt<true>>(state, 1, Turn::kHalf); }
 
+void Ordered(benchmark::State& state, uint32_t bits, QImage::Format format) {
+  PhotographBitmap bitmap;
+  const Photograph& photograph = ThePhotograph();
+  const QImage image(photograph.pixels.data(), static_cast<int>(photograph.width),
+                     static_cast<int>(photograph.height), static_cast<int>(photograph.RowBytes()),
+                     QImage::Format_BGR888);
+  QImage result;
+  const auto ours = [&] {
+    BitmapHandle reduced;
+    constexpr uint32_t kFlags = RES_FIXED_PALETTE | RES_DITHER_METHOD(DITHER_ORDERED);
+    if (Vn_ColorResBitmap(bitmap, &reduced, bits, kFlags, nullptr, 0, nullptr, 0) != OK) {
+      std::abort();
+    }
+    Vn_FreeBitmap(&reduced);
+  };
+  BesidePeer(state, photograph.Pixels(), ours, [&] {
+    result = image.convertToFormat(format, ::Qt::OrderedDither | ::Qt::PreferDither);
+  });
+}
+
+BENCHMARK_CAPTURE(Ordered, to8, 8, QImage::Format_Indexed8)
+    ->Name("Ordered24/8/Qt")
+    ->UseManualTime()
+    ->Iterations(15)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Ordered, to1, 1, QImage::Format_Mono)
+    ->Name("Ordered24/1/Qt")
+    ->UseManualTime()
+    ->Iterations(15)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(Mirror1)->Name("Mirror/1/Qt")->UseManualTime()->Iterations(15);
 BENCHMARK(Half1)->Name("HalfTurn/1/Qt")->UseManualTime()->Iterations(15);
 

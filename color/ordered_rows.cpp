@@ -65,20 +65,25 @@ OrderedRows::OrderedRows(int32_t sourceBits, bool swap, const RGBQUAD* colors, i
       targetBits_(static_cast<size_t>(targetBits)),
       colors_(colors),
       read_(SelectColorRow(sourceBits, 32, swap)),
-      grays_(SelectGrayRow(32, ORDER_BGR)),
+      direct_(targetBits == 1 && sourceBits > 8),
+      grays_(direct_ ? SelectGrayRow(sourceBits, swap ? ORDER_RGB : ORDER_BGR)
+                     : SelectGrayRow(32, ORDER_BGR)),
       loop_(LoopTo(targetBits)) {}
 
 void OrderedRows::Dither(const uint8_t* source, size_t first, const uint8_t* thresholds,
                          uint8_t* target, size_t width) const {
-  constexpr size_t kBlock = 256, kMostAhead = 7;  // blocks start at whole bytes
+  constexpr size_t kBlock = 1024, kMostAhead = 7;  // blocks start at whole bytes
   alignas(32) uint8_t pixels[(kBlock + kMostAhead) * 4];
   alignas(32) uint8_t grays[kBlock];
   const size_t ahead = sourceBits_ < 8 ? first % 8 : 0;
   source += (first - ahead) * sourceBits_ / 8;
   for (size_t done = 0; done < width; done += kBlock) {
     const size_t count = std::min(kBlock, width - done);
-    read_(source, pixels, ahead + count, colors_);
-    const uint8_t* from = pixels + 4 * ahead;
+    const uint8_t* from = source;
+    if (!direct_) {
+      read_(source, pixels, ahead + count, colors_);
+      from = pixels + 4 * ahead;
+    }
     if (targetBits_ == 1) {
       grays_(from, grays, count, nullptr);
       from = grays;

@@ -30,6 +30,7 @@ class OrderedRows {
   size_t sourceBits_, targetBits_;
   const RGBQUAD* colors_;
   ColorRow read_;
+  bool direct_;  // grays come from the source itself
   GrayRow grays_;
   Loop loop_;
 };

@@ -21,7 +21,7 @@ for purpose in "$@"; do
     bench)
       packages+=("${tool[@]}" libbenchmark-dev)
       packages+=(libfreeimage-dev libpixman-1-dev libswscale-dev python3-pil)  # peers
-      packages+=(libyuv-dev libleptonica-dev libopencv-imgproc-dev qtbase5-dev)
+      packages+=(libyuv-dev libleptonica-dev libopencv-imgproc-dev qtbase5-dev libzimg-dev)
       ;;
     *) echo "usage: scripts/setup.sh demo|test|clang|fuzz|arm|bits32|valgrind|coverage|bench..." >&2; exit 1 ;;
   esac
