@@ -3,6 +3,7 @@
 #include <cstring>
 #include <optional>
 
+#include "color/diffusion_wave.h"
 #include "color/dither_state.h"
 #include "color/palettes.h"
 #include "color/result_palette.h"
@@ -36,20 +37,26 @@ class Conversion {
   }
 
   // All that must stand before the first row: record, region, palette, storage, buffers.
-  VnStatus Prepare(const PaletteRequest& request, bool store);
+  VnStatus Prepare(const PaletteRequest& request, const RowSink& sink);
   // Converts all rows. `undo` is set when the row callback stopped the run.
   VnStatus Run(const RowSink& sink, bool* undo);
 
  private:
   VnStatus PrepareBuffers();
   VnStatus PrepareDithering(const PaletteRequest& request);
+  void PrepareWave();
   void PrepareConverter();
+  VnStatus RunByWaves(RowView from, RowView to, bool store);
+  const uint8_t* WholeRow(const uint8_t* in);
+  void ClearTail(uint8_t* out) const;
   void ConvertRow(const uint8_t* in, uint8_t* out);
 
   BitmapHandle* source_;
   BitmapHandle* target_;
   ResultPalette palette_;
   bool dithering_ = false;
+  ScratchBuffer<uint8_t> waveMemory_;
+  DiffusionWave wave_;  // lines go by in groups
   RGBQUAD sourceColors_[256] = {};
   RowConverter converter_;
   uint32_t width_ = 0;                // pixels that are converted
@@ -84,7 +91,27 @@ VnStatus Conversion::PrepareDithering(const PaletteRequest& request) {
   return status;
 }
 
-VnStatus Conversion::Prepare(const PaletteRequest& request, bool store) {
+// Where memory for it cannot be had, lines go one by one.
+void Conversion::PrepareWave() {
+  const DitherRecord& run = *source_->DitherState;
+  // Of a palette that is cut short, errors are taken against colours that are not there.
+  const bool whole = run.TargetBits == DepthOfFixed(run) &&
+                     run.TargetCount == FullColorCount(static_cast<uint32_t>(run.TargetBits));
+  if (!run.ErrorRowCount || !whole) return;
+  const DiffusionWave::Form form = {run.SourceBits,
+                                    run.SourceBits > 8 && source_->ColorOrder != ORDER_BGR,
+                                    run.SourceColors,
+                                    run.Method,
+                                    run.TargetBits,
+                                    static_cast<uint64_t>(std::max(source_->Width, 0)),
+                                    static_cast<uint64_t>(std::max(source_->Height, 0))};
+  const uint64_t bytes = DiffusionWave::MemoryFor(form);
+  if (!bytes) return;
+  waveMemory_ = ScratchBuffer<uint8_t>(static_cast<size_t>(bytes), Fill::kZero);
+  if (waveMemory_) wave_ = DiffusionWave(form, waveMemory_.data());
+}
+
+VnStatus Conversion::Prepare(const PaletteRequest& request, const RowSink& sink) {
   CarryOver(target_, *source_);
   VnStatus status = CopyRegion(target_, source_, 0, 0);
   if (status == OK) status = SettlePalette(source_, target_, request, &palette_);
@@ -92,11 +119,15 @@ VnStatus Conversion::Prepare(const PaletteRequest& request, bool store) {
   if (status == OK && !SizeFits(target_->Width, target_->Height, target_->BitsPerPixel)) {
     status = ERR_NO_MEMORY;
   }
-  if (status == OK && store) status = Vn_AllocateBitmap(target_, STORAGE_AUTO);
+  if (status == OK && sink.stored) status = Vn_AllocateBitmap(target_, STORAGE_AUTO);
   if (status == OK) status = PrepareBuffers();
+  if (status == OK && palette_.dither) status = PrepareDithering(request);
   if (status != OK) return status;
-  if (palette_.dither) return PrepareDithering(request);
-  PrepareConverter();
+  if (!palette_.dither) {
+    PrepareConverter();
+  } else if (!sink.callback) {
+    PrepareWave();
+  }
   return OK;
 }
 
@@ -120,16 +151,23 @@ void Conversion::PrepareConverter() {
       static_cast<uint32_t>(uint64_t{width} * static_cast<uint32_t>(target_->BitsPerPixel) / 8);
 }
 
+const uint8_t* Conversion::WholeRow(const uint8_t* in) {
+  if (!shortRows_ || in == sourceRow_.data()) return in;
+  std::copy_n(in, source_->BytesPerLine, sourceRow_.data());
+  return sourceRow_.data();
+}
+
+// Dithering leaves what lies behind the last pixel.
+void Conversion::ClearTail(uint8_t* out) const {
+  constexpr uint32_t kTail = 4;
+  std::memset(out + target_->BytesPerLine - kTail, 0, kTail);
+}
+
 void Conversion::ConvertRow(const uint8_t* in, uint8_t* out) {
-  if (shortRows_ && in != sourceRow_.data()) {
-    std::copy_n(in, source_->BytesPerLine, sourceRow_.data());
-    in = sourceRow_.data();
-  }
+  in = WholeRow(in);
   const uint32_t stride = target_->BytesPerLine;
   if (dithering_) {
-    // Dithering leaves what lies behind the last pixel.
-    constexpr uint32_t kTail = 4;
-    std::memset(out + stride - kTail, 0, kTail);
+    ClearTail(out);
     Vn_DitherLine(source_, in, out);
     return;
   }
@@ -140,11 +178,35 @@ void Conversion::ConvertRow(const uint8_t* in, uint8_t* out) {
   if (width_) converter_.Convert(in, out, width_);
 }
 
+// Rows are stored, and told, one by one: after a stop the rest of a group is not there.
+VnStatus Conversion::RunByWaves(RowView from, RowView to, bool store) {
+  const auto height = static_cast<uint32_t>(source_->Height);
+  Progress progress(height);
+  if (!progress.Begin()) return progress.Result();
+  for (uint32_t row = 0; row < height; row += DiffusionWave::kLines) {
+    const uint32_t lines = std::min(DiffusionWave::kLines, height - row);
+    for (uint32_t i = 0; i < lines; ++i)
+      wave_.Put(i, WholeRow(from.Read(row + i)), 0);
+    wave_.Run();
+    for (uint32_t i = 0; i < lines; ++i) {
+      if (store) {
+        uint8_t* const out = to.Target(row + i);
+        ClearTail(out);
+        wave_.Take(i, out);
+        to.Store(row + i);
+      }
+      if (!progress.Step()) return progress.Result();
+    }
+  }
+  return progress.Result();
+}
+
 VnStatus Conversion::Run(const RowSink& sink, bool* undo) {
   std::optional<BitmapLock> targetLock;
   if (sink.stored) targetLock.emplace(sink.stored);
   const BitmapLock sourceLock(source_);
   RowView from(source_, sourceRow_.data()), to(target_, row_.data());
+  if (wave_) return RunByWaves(from, to, sink.stored != nullptr);
   const auto height = static_cast<uint32_t>(source_->Height);
   Progress progress(height);
   if (!progress.Begin()) return progress.Result();
@@ -170,7 +232,7 @@ VnStatus Convert(BitmapHandle* source, BitmapHandle* target, const PaletteReques
                  const RowSink& sink, bool* undo) {
   Conversion conversion(source, target);
   *undo = true;
-  const VnStatus status = conversion.Prepare(request, sink.stored != nullptr);
+  const VnStatus status = conversion.Prepare(request, sink);
   if (status != OK) return status;
   *undo = false;
   return conversion.Run(sink, undo);

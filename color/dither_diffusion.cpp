@@ -14,8 +14,28 @@
 namespace vn {
 namespace {
 
+// The whole error is given on, no more and no less: so a correction is never larger than the
+// largest error, which the tables of the loops rely on.
+constexpr bool GivesOnWholeError(const DiffusionFilter& filter) {
+  int32_t sum = 0;
+  for (const auto& row : filter.weights) {
+    for (const int16_t weight : row)
+      sum += weight;
+  }
+  return sum == filter.divisor;
+}
+static_assert(GivesOnWholeError(kDiffusionFilters[1]) && GivesOnWholeError(kDiffusionFilters[2]) &&
+              GivesOnWholeError(kDiffusionFilters[3]) && GivesOnWholeError(kDiffusionFilters[4]) &&
+              GivesOnWholeError(kDiffusionFilters[5]) && GivesOnWholeError(kDiffusionFilters[6]));
+
 template <int Method>
 inline constexpr DiffusionFilter kFilter = kDiffusionFilters[Method];
+
+// For the pixel `dx` columns to the right, `row` lines down.
+template <int Method>
+constexpr int32_t Weight(int row, int dx) {
+  return kFilter<Method>.weights[row][kMostReach + dx];
+}
 
 // Errors of one channel: those of a block behind those of the 2 * reach pixels before it, so that
 // what reaches back over the block's edge is at hand. Errors are within +-255.
@@ -37,8 +57,8 @@ void Spread(const ErrorLine& errors, int32_t* const* rows, size_t first, size_t 
       // 16 bits hold it: a row's weights sum to at most 84, errors to 255.
       int16_t sum = 0;
       for (int dx = -kReach; dx <= kReach; ++dx) {
-        sum = static_cast<int16_t>(sum + kFilter<Method>.Weight(Row, dx) *
-                                             from[static_cast<ptrdiff_t>(i) - dx]);
+        sum = static_cast<int16_t>(sum +
+                                   Weight<Method>(Row, dx) * from[static_cast<ptrdiff_t>(i) - dx]);
       }
       to[i] = sum + (Row < kFilter<Method>.rows ? below[i] : 0);
     }
@@ -81,7 +101,7 @@ struct Behind {
   int32_t Sum(int nearest = 1) const {
     int32_t sum = 0;
     for (int k = nearest; k <= kFilter<Method>.reach; ++k) {
-      sum += kFilter<Method>.Weight(0, k) * last[k - 1];
+      sum += Weight<Method>(0, k) * last[k - 1];
     }
     return sum;
   }
@@ -161,7 +181,7 @@ constexpr Levels MakeLevels(uint32_t (*bitsOf)(uint32_t), BYTE RGBQUAD::*channel
     const int32_t value = ClampChannel(i - kLevelMargin);
     const uint32_t bits = bitsOf(static_cast<uint32_t>(value));
     const int32_t error = value - FixedPalette256[bits].*channel;
-    levels[static_cast<size_t>(i)] = {static_cast<int16_t>(kFilter<Method>.Weight(0, 1) * error),
+    levels[static_cast<size_t>(i)] = {static_cast<int16_t>(Weight<Method>(0, 1) * error),
                                       static_cast<int16_t>(error), bits};
   }
   return levels;

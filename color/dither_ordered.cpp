@@ -27,19 +27,6 @@ const uint8_t* NextThresholds(DitherRecord& run) {
 
 // To a fixed palette at its own depth indexes are bits of the colours. Without a pattern each
 // channel has the threshold in its middle.
-int32_t DepthOfFixed(const DitherRecord& run) {
-  switch (run.PaletteKind) {
-    case PALETTE_FIXED_2:
-      return 1;
-    case PALETTE_FIXED_16:
-      return 4;
-    case PALETTE_FIXED_256:
-      return 8;
-    default:
-      return 0;
-  }
-}
-
 template <bool Patterned>
 void FixedLine(DitherRecord& run, uint32_t order, const uint8_t* source, uint8_t* target,
                size_t width) {

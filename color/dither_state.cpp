@@ -117,6 +117,19 @@ void SeedMatchCells(const DitherRecord& run) {
 
 }  // namespace
 
+int32_t DepthOfFixed(const DitherRecord& run) {
+  switch (run.PaletteKind) {
+    case PALETTE_FIXED_2:
+      return 1;
+    case PALETTE_FIXED_16:
+      return 4;
+    case PALETTE_FIXED_256:
+      return 8;
+    default:
+      return 0;
+  }
+}
+
 VnStatus StartDitherState(BitmapHandle* bitmap, const RGBQUAD* colors, uint32_t count,
                           int32_t targetBits, uint32_t* matchTable) {
   OwnedRecord owner(ScratchBuffer<DitherRecord>(1, Fill::kZero).Release());

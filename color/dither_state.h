@@ -52,6 +52,9 @@ namespace vn {
 VnStatus StartDitherState(BitmapHandle* bitmap, const RGBQUAD* colors, uint32_t count,
                           int32_t targetBits, uint32_t* matchTable);
 
+// The depth of the fixed palette that a run dithers to; 0 for other palettes.
+int32_t DepthOfFixed(const DitherRecord& run);
+
 // The loop for a run whose other fields are settled.
 DitherLineProc SelectDitherLine(const DitherRecord& run);
 

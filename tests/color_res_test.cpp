@@ -7,6 +7,7 @@
 #include "tests/support/headless_control.h"
 #include "tests/support/slow_color.h"
 #include "tests/support/status_log.h"
+#include "tests/support/storage_kinds.h"
 
 namespace vn::test {
 namespace {
@@ -70,6 +71,50 @@ TEST(ColorRes, RowsTooLongFor32BitsAreRefused) {
               ERR_NO_MEMORY);
     EXPECT_EQ(source->BitsPerPixel, 1);
   }
+}
+
+// Noise, or a slope with little of it, which gathers small errors.
+void FillForDiffusion(BitmapHandle* bitmap, Random& random) {
+  const int32_t noise = random.Chance(3) ? 255 : 4, level = random.Between(0, 255);
+  Bytes bytes(bitmap->BytesPerLine);
+  for (int32_t row = 0; row < bitmap->Height; ++row) {
+    for (size_t i = 0; i < bytes.size(); ++i) {
+      const auto slope = static_cast<int32_t>(i / 8) + row;
+      bytes[i] = static_cast<uint8_t>((level + slope) % 256 * (256 - noise) / 256 +
+                                      random.Between(0, noise));
+    }
+    WriteRow(bitmap, row, bytes);
+  }
+}
+
+TEST(ColorRes, LinesDiffusedInGroupsEqualSingleOnes) {
+  constexpr uint32_t kTargets[] = {1, 4, 8};
+  Random random(29);
+  WithEachStorage([&](const StorageKind& kind) {
+    for (int i = 0; i < 150; ++i) {
+      const uint32_t bits = random.OneOf(kTargets), method = 1 + static_cast<uint32_t>(i % 6);
+      RandomBitmap source(random, random.Between(30, 170), random.Between(5, 70),
+                          random.OneOf(kDepths), kind.request);
+      FillForDiffusion(source, random);
+      // What lies behind a stop is as the storage came: only sections come zeroed.
+      const bool stops = random.Chance(3) && !kind.win32s;
+      const size_t stopAt = stops ? static_cast<size_t>(random.Between(1, 40)) : 0;
+      std::vector<Bytes> seen;
+      WithEachVectorForm([&] {
+        Bitmap result;
+        const StatusLog log(stopAt);
+        const VnStatus status =
+            Vn_ColorResBitmap(source, result, bits, RES_FIXED_PALETTE | RES_DITHER_METHOD(method),
+                              nullptr, 0, nullptr, 0);
+        seen.push_back(ReadAll(result));
+        seen.back().push_back(static_cast<uint8_t>(status));
+        seen.back().push_back(static_cast<uint8_t>(log.percents().size()));
+      });
+      ASSERT_EQ(seen[0], seen[1]) << source->Width << " by " << source->Height << ", "
+                                  << source->BitsPerPixel << " to " << bits << " bits, method "
+                                  << method << ", stop at " << stopAt;
+    }
+  });
 }
 
 HEADLESS_TEST(ColorRes, ReservesSystemColorsOnPaletteDisplays) {
