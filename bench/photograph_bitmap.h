@@ -36,17 +36,18 @@ class PhotographBitmap {
   BitmapHandle handle_{};
 };
 
+inline void ReduceOnce(BitmapHandle* bitmap, uint32_t bits, uint32_t flags) {
+  BitmapHandle reduced;
+  if (Vn_ColorResBitmap(bitmap, &reduced, bits, flags, nullptr, 0, nullptr, 0) != OK) std::abort();
+  Vn_FreeBitmap(&reduced);
+}
+
 // Times Vn_ColorResBitmap, the making of the result's storage and palette included.
 inline void Reduce(benchmark::State& state, BitmapHandle* bitmap, uint32_t bits, uint32_t flags) {
   const size_t read = size_t{bitmap->BytesPerLine} * static_cast<uint32_t>(bitmap->Height);
   const double pixels = ThePhotograph().Pixels();
   const auto written = static_cast<size_t>(pixels * bits / 8);
-  CompareTouched(state, pixels, read, written, [&] {
-    BitmapHandle reduced;
-    if (Vn_ColorResBitmap(bitmap, &reduced, bits, flags, nullptr, 0, nullptr, 0) != OK)
-      std::abort();
-    Vn_FreeBitmap(&reduced);
-  });
+  CompareTouched(state, pixels, read, written, [&] { ReduceOnce(bitmap, bits, flags); });
 }
 
 }  // namespace vn::bench

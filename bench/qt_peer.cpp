@@ -46,12 +46,7 @@ void Ordered(benchmark::State& state, uint32_t bits, QImage::Format format) {
                      QImage::Format_BGR888);
   QImage result;
   const auto ours = [&] {
-    BitmapHandle reduced;
-    constexpr uint32_t kFlags = RES_FIXED_PALETTE | RES_DITHER_METHOD(DITHER_ORDERED);
-    if (Vn_ColorResBitmap(bitmap, &reduced, bits, kFlags, nullptr, 0, nullptr, 0) != OK) {
-      std::abort();
-    }
-    Vn_FreeBitmap(&reduced);
+    ReduceOnce(bitmap, bits, RES_FIXED_PALETTE | RES_DITHER_METHOD(DITHER_ORDERED));
   };
   BesidePeer(state, photograph.Pixels(), ours, [&] {
     result = image.convertToFormat(format, ::Qt::OrderedDither | ::Qt::PreferDither);

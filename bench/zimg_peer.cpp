@@ -1,6 +1,6 @@
-// zimg's ordered dithering of planes, beside ours of the same picture: three channels of 8 bits to
-// 3 beside 3, 3 and 2 bits in a byte, and one beside 1 bit by gray. Both write into memory that is
-// there.
+// zimg's dithering of planes, beside ours of the same picture: three channels of 8 bits to 3 beside
+// 3, 3 and 2 bits in a byte, and one beside 1 bit by gray. Ordered, both write into memory that is
+// there; diffused, ours make the result.
 #include <zimg.h>
 
 #include <cstdlib>
@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "bench/beside_peer.h"
-#include "bench/photograph.h"
+#include "bench/photograph_bitmap.h"
 #include "color/ordered_rows.h"
 #include "color/threshold_matrices.h"
 #include "kernel/pixel_format.h"
@@ -32,9 +32,27 @@ class Planes {
   std::vector<uint8_t> bytes_;
 };
 
-class OrderedZimg {
+class Zimg {
  public:
-  OrderedZimg(const Photograph& photograph, uint32_t channels, uint32_t bits)
+  // To 8 bits: three planes of 3 bits; to 1 bit: one plane.
+  Zimg(const Photograph& photograph, uint32_t targetBits, zimg_dither_type_e dither)
+      : Zimg(photograph, dither, targetBits == 8 ? 3 : 1) {}
+  void Run() {
+    zimg_image_buffer_const source = {ZIMG_API_VERSION, {}};
+    zimg_image_buffer target = {ZIMG_API_VERSION, {}};
+    for (uint32_t i = 0; i < channels_; ++i) {
+      source.plane[i] = {from_.Plane(i), static_cast<ptrdiff_t>(from_.stride()), ZIMG_BUFFER_MAX};
+      target.plane[i] = {to_.Plane(i), static_cast<ptrdiff_t>(to_.stride()), ZIMG_BUFFER_MAX};
+    }
+    if (zimg_filter_graph_process(graph_.get(), &source, &target, scratch_.get(), nullptr, nullptr,
+                                  nullptr, nullptr)) {
+      std::abort();
+    }
+  }
+
+ private:
+  // To as many bits as channels.
+  Zimg(const Photograph& photograph, zimg_dither_type_e dither, uint32_t channels)
       : channels_(channels),
         from_(photograph.width, photograph.height, channels),
         to_(photograph.width, photograph.height, channels) {
@@ -56,29 +74,15 @@ class OrderedZimg {
     source.pixel_range = ZIMG_RANGE_FULL;
     source.depth = 8;
     zimg_image_format target = source;
-    target.depth = bits;
+    target.depth = channels;
     zimg_graph_builder_params how;
     zimg_graph_builder_params_default(&how, ZIMG_API_VERSION);
-    how.dither_type = ZIMG_DITHER_ORDERED;
+    how.dither_type = dither;
     graph_.reset(zimg_filter_graph_build(&source, &target, &how));
     size_t bytes = 0;
     if (!graph_ || zimg_filter_graph_get_tmp_size(graph_.get(), &bytes)) std::abort();
     scratch_.reset(static_cast<uint8_t*>(std::aligned_alloc(64, (bytes + 63) / 64 * 64 + 64)));
   }
-  void Run() {
-    zimg_image_buffer_const source = {ZIMG_API_VERSION, {}};
-    zimg_image_buffer target = {ZIMG_API_VERSION, {}};
-    for (uint32_t i = 0; i < channels_; ++i) {
-      source.plane[i] = {from_.Plane(i), static_cast<ptrdiff_t>(from_.stride()), ZIMG_BUFFER_MAX};
-      target.plane[i] = {to_.Plane(i), static_cast<ptrdiff_t>(to_.stride()), ZIMG_BUFFER_MAX};
-    }
-    if (zimg_filter_graph_process(graph_.get(), &source, &target, scratch_.get(), nullptr, nullptr,
-                                  nullptr, nullptr)) {
-      std::abort();
-    }
-  }
-
- private:
   struct FreeGraph {
     void operator()(zimg_filter_graph* graph) const { zimg_filter_graph_free(graph); }
   };
@@ -93,7 +97,7 @@ class OrderedZimg {
 
 void Ordered(benchmark::State& state, uint32_t bits) {
   const Photograph& photograph = ThePhotograph();
-  OrderedZimg peer(photograph, bits == 8 ? 3 : 1, bits == 8 ? 3 : 1);
+  Zimg peer(photograph, bits, ZIMG_DITHER_ORDERED);
   const OrderedRows ours(24, false, nullptr, static_cast<int32_t>(bits));
   std::vector<uint8_t> result(size_t{StrideOf(photograph.width, bits)} * photograph.height);
   BesidePeer(
@@ -116,6 +120,32 @@ BENCHMARK_CAPTURE(Ordered, to1, 1)
     ->UseManualTime()
     ->Iterations(15)
     ->Unit(benchmark::kMillisecond);
+
+// Beside Floyd and Steinberg's filter, the only one that it has.
+void Diffused(benchmark::State& state, uint32_t bits, uint32_t method) {
+  PhotographBitmap bitmap;
+  Zimg peer(ThePhotograph(), bits, ZIMG_DITHER_ERROR_DIFFUSION);
+  BesidePeer(
+      state, ThePhotograph().Pixels(),
+      [&] { ReduceOnce(bitmap, bits, RES_FIXED_PALETTE | RES_DITHER_METHOD(method)); },
+      [&] { peer.Run(); });
+}
+const bool registered = [] {
+  const auto add = [](uint32_t bits, uint32_t method, const char* name) {
+    benchmark::RegisterBenchmark(name, Diffused, bits, method)
+        ->UseManualTime()
+        ->Iterations(9)
+        ->Unit(benchmark::kMillisecond);
+  };
+  add(8, DITHER_FLOYD_STEINBERG, "Diffused24/8/zimg");
+  add(1, DITHER_FLOYD_STEINBERG, "Diffused24/1/zimg");
+  add(8, DITHER_STUCKI, "Diffused24/8/stucki/zimg");
+  add(8, DITHER_BURKES, "Diffused24/8/burkes/zimg");
+  add(8, DITHER_SIERRA, "Diffused24/8/sierra/zimg");
+  add(8, DITHER_STEVENSON_ARCE, "Diffused24/8/stevenson-arce/zimg");
+  add(8, DITHER_JARVIS, "Diffused24/8/jarvis/zimg");
+  return true;
+}();
 
 }  // namespace
 }  // namespace vn::bench
