@@ -22,6 +22,7 @@ help:
 	@echo "make coverage                 branches that the tests take, folder by folder"
 	@echo "make fuzz [SECONDS=n]         run every fuzz target for n seconds (10)"
 	@echo "make bench                    run the benchmarks"
+	@echo "make python                   the Python package as a wheel, in out/python"
 
 # PICTURE is a PNG, JPEG or TIFF file; without it the project's own test card is painted.
 demo:
@@ -120,9 +121,15 @@ bench:
 	build-native/bench/vncore_bench
 	bench/peak_memory.sh build-native
 
+python:
+	scripts/setup.sh python
+	$(CONFIGURE) native
+	$(BUILD) native --target vncore
+	scripts/python_wheel.sh build-native out/python
+
 clean:
 	rm -rf build-native build-asan build-asan32 build-clang build-tsan build-arm build-coverage \
 	  build-fuzz build-win32 out
 
 .PHONY: help demo view test test-windows test-clang test-arm test-arm-cases test-32 test-threads \
-  test-races memcheck coverage fuzz bench clean
+  test-races memcheck coverage fuzz bench python clean

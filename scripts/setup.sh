@@ -1,17 +1,18 @@
 #!/usr/bin/env bash
 # Installs what a purpose needs and this Debian machine lacks; does nothing when all is there.
 #
-#   scripts/setup.sh demo|test|clang|fuzz|arm|bits32|valgrind|coverage|bench...
+#   scripts/setup.sh demo|test|clang|fuzz|arm|bits32|valgrind|coverage|bench|python...
 #
 # Exit status 2: a package cannot be had here, and the last line names what is missing.
 set -eu
 
 packages=(cmake make ninja-build g++ pkg-config)
 tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev libcli11-dev)
+python=(python3-cffi python3-numpy python3-pil python3-pip python3-setuptools python3-venv python3-wheel)
 for purpose in "$@"; do
   case $purpose in
     demo) packages+=("${tool[@]}" imagemagick fonts-dejavu-core libsdl2-dev) ;;
-    test) packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils) ;;
+    test) packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils "${python[@]}") ;;
     clang) packages+=(clang-14) ;;
     fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
     arm) packages+=(g++-aarch64-linux-gnu qemu-user-static googletest) ;;
@@ -23,7 +24,8 @@ for purpose in "$@"; do
       packages+=(libfreeimage-dev libpixman-1-dev libswscale-dev python3-pil)  # peers
       packages+=(libyuv-dev libleptonica-dev libopencv-imgproc-dev qtbase5-dev libzimg-dev)
       ;;
-    *) echo "usage: scripts/setup.sh demo|test|clang|fuzz|arm|bits32|valgrind|coverage|bench..." >&2; exit 1 ;;
+    python) packages+=("${python[@]}") ;;
+    *) echo "usage: scripts/setup.sh demo|test|clang|fuzz|arm|bits32|valgrind|coverage|bench|python..." >&2; exit 1 ;;
   esac
 done
 

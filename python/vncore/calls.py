@@ -1,0 +1,43 @@
+"""Calls into the library: statuses become exceptions, and progress is heard by a callable."""
+from typing import Any, Callable, Optional
+
+from .errors import error_for
+from .library import ffi, lib
+
+#: Hears the percentage done, 0 to 100, on the calling thread. What it raises stops the operation and
+#: comes out of the call.
+Progress = Callable[[int], Any]
+
+_STOP = 2  # any value but OK
+
+
+def call(name: str, *arguments: Any, progress: Optional[Progress] = None) -> None:
+    """Calls a function that returns a status. Raises Error, or what `progress` raised."""
+    function = getattr(lib, name)
+    status = function(*arguments) if progress is None else _heard(function, arguments, progress)
+    if status != lib.VN_OK:
+        raise error_for(status, name)
+
+
+def _heard(function: Any, arguments: tuple[Any, ...], progress: Progress) -> int:
+    raised: list[BaseException] = []
+
+    @ffi.callback("Vn_StatusCallBack")
+    def hear(percent: int) -> int:
+        if not raised:
+            try:
+                progress(percent)
+                return lib.VN_OK
+            except BaseException as error:  # Control-C as well: nothing may pass through C
+                raised.append(error)
+        # A slant to the left forgets the first stop, and asks above 100 until it hears OK.
+        return lib.VN_OK if percent > 100 else _STOP
+
+    before = lib.Vn_SetStatusCallBack(hear)
+    try:
+        status = function(*arguments)
+    finally:
+        lib.Vn_SetStatusCallBack(before)
+    if raised:
+        raise raised[0]
+    return status
