@@ -12,7 +12,7 @@ python=(python3-cffi python3-numpy python3-pil python3-pip python3-setuptools py
 for purpose in "$@"; do
   case $purpose in
     demo) packages+=("${tool[@]}" imagemagick fonts-dejavu-core libsdl2-dev) ;;
-    test) packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils "${python[@]}") ;;
+    test) packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils "${python[@]}" python3-distributed) ;;
     clang) packages+=(clang-14) ;;
     fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
     arm) packages+=(g++-aarch64-linux-gnu qemu-user-static googletest) ;;

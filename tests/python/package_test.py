@@ -1,16 +1,19 @@
 """The Python package against the tool and against itself. $VNCORE_TOOL is the tool, and the package
 is the one that this interpreter finds."""
+import contextlib
 import doctest
 import gc
 import importlib
 import io
 import os
 import pkgutil
+import re
 import subprocess
 import tempfile
 import threading
 import time
 import unittest
+from pathlib import Path
 
 import numpy as np
 from PIL import Image
@@ -173,6 +176,15 @@ class AgainstItself(unittest.TestCase):
             if longest < (last - begin) / 3:
                 return
         self.fail(f"{longest} s without this thread, of {last - begin}")
+
+
+class Guide(unittest.TestCase):
+    def test_its_lines_run(self):
+        guide = Path(__file__).parents[2] / "docs" / "python.md"
+        with tempfile.TemporaryDirectory() as folder, contextlib.chdir(folder):
+            Image.fromarray(NOISE).save("photo.jpg")
+            exec("\n".join(re.findall("```python\n(.*?)```", guide.read_text(), re.S)), {})
+            self.assertEqual(os.path.getsize("panel.bin"), 800 * 480)
 
 
 def load_tests(loader, tests, pattern):
