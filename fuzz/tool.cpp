@@ -89,7 +89,7 @@ std::string NameFiles(std::string value) {
 }
 
 void RunOption(const std::string& option, const std::string& value, Bitmap& bitmap) {
-  ParseSize(value), ParseArea(value), ParseColor(value), ParseStorage(value);
+  ParseSize(value), ParsePart(value), ParseColor(value), ParseStorage(value);
   for (const OperationKind& kind : Kinds()) {
     if (kind.option != option || IsLong(option, value)) continue;
     if (const auto operation = kind.parse(NameFiles(value))) (*operation)(bitmap);

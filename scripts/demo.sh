@@ -29,14 +29,14 @@ declare -A sizes=(
 paint() {  # DEPTH SIZE_NAME FILE_NAME OPTION...
   local depth=$1 size=${sizes[$2]} file=$out/$3
   shift 3
-  "$vncore" paint "$picture" "$file" --device-bits "$depth" --size "$size" "$@"
+  "$vncore" paint "$picture" "$file" --depth "$depth" --scale "$size" "$@"
   printf '%-44s %2s bits %s %s\n' "$file" "$depth" "$size" "$*"
 }
 
 for size in full small large; do
   for depth in 1 4 8; do
-    paint $depth $size "$name-$depth-ordered-$size.png" --ordered
-    paint $depth $size "$name-$depth-diffusion-$size.png" --diffusion
+    paint $depth $size "$name-$depth-ordered-$size.png" --dither ordered
+    paint $depth $size "$name-$depth-diffusion-$size.png" --dither floyd-steinberg
   done
   paint 24 $size "$name-24-$size.png"
 done

@@ -11,7 +11,7 @@ trap 'rm -rf "$folder"' EXIT
 
 cells=()
 while read -r number name; do
-  "$vncore" effect "$picture" "$folder/$name" --effect "$number" --frames 7 --size "$size" --ordered
+  "$vncore" effect "$picture" "$folder/$name" --effect "$number" --frames 7 --scale "$size" --dither ordered
   states=("$folder/$name"/frame-00[2-6].png)
   montage -tile x1 -geometry +1+1 -background gray "${states[@]}" "$folder/$name.png"
   cells+=(-label "$number  $name" "$folder/$name.png")

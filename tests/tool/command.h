@@ -26,13 +26,13 @@ class Command : public testing::Test {
     std::string out, error;
   };
 
-  // Runs the tool with `arguments` as for the shell; `before` stands in front, as a shell prefix.
+  // Runs the tool with `arguments` as for the shell, which may redirect its input; `before` stands in
+  // front, as a shell prefix.
   // The system's temporary files go to a folder that must be empty in the end.
   Outcome Run(const std::string& arguments, const std::string& before = "") const {
     const std::string line = "cd '" + work_.Path() + "' && " + before + " TMPDIR='" +
-                             temporary_.Path() + "' '" VNCORE_TOOL "' " + arguments + " >'" +
-                             streams_.File("out") + "' 2>'" + streams_.File("error") +
-                             "' </dev/null";
+                             temporary_.Path() + "' '" VNCORE_TOOL "' </dev/null " + arguments +
+                             " >'" + streams_.File("out") + "' 2>'" + streams_.File("error") + "'";
     const int status = std::system(line.c_str());
     EXPECT_EQ(temporary_.Names(), Names{}) << arguments;
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(streams_.File("out")),

@@ -1,13 +1,12 @@
 // vncore chart: the test card as a file.
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "kernel/progress.h"
 #include "tools/commands/chart.h"
 #include "tools/commands/commands.h"
+#include "tools/commands/picture_options.h"
 #include "tools/operations/option_values.h"
-#include "tools/terminal/interrupt.h"
+#include "tools/operations/row_streams.h"
 #include "tools/terminal/progress_bar.h"
 
 namespace vn::tool {
@@ -16,20 +15,14 @@ namespace {
 struct ChartOptions {
   std::string out;
   Size size{1024, 768};
+  std::string format;
 };
 
 void DrawChart(const ChartOptions& options) {
   Chart chart(options.size.width, options.size.height);
-  const auto sink = CreatePicture(OpenPictureFile(options.out), chart.Info());
+  const auto sink = CreatePicture(OpenPictureFile(options.out, options.format), chart.Info());
   const ProgressBar bar("drawing " + options.out);
-  std::vector<uint8_t> row(StrideOf(static_cast<uint32_t>(options.size.width), 24));
-  Progress progress(static_cast<uint32_t>(options.size.height));
-  for (int32_t y = 0; y < options.size.height; ++y) {
-    ThrowIfInterrupted();
-    chart.ReadRow(row.data());
-    sink->WriteRow(row.data());
-    progress.Step();
-  }
+  CopyRows(chart, *sink);
   sink->Finish();
 }
 
@@ -40,6 +33,7 @@ void AddChartCommand(CLI::App& app) {
   const auto options = std::make_shared<ChartOptions>();
   chart->add_option("OUT", options->out, "The test card")->required();
   AddParsed(chart, "--size", &options->size, &ParseSize, "WxH", "Its size, 1024x768 if not given");
+  AddFormatOption(chart, &options->format);
   chart->callback([options] { DrawChart(*options); });
 }
 

@@ -6,6 +6,7 @@
 #include "kernel/guards.h"
 #include "tools/commands/commands.h"
 #include "tools/commands/paint_options.h"
+#include "tools/commands/picture_options.h"
 #include "tools/formats/frame_sink.h"
 #include "tools/operations/effect_names.h"
 #include "tools/operations/headless_device.h"
@@ -62,9 +63,9 @@ class FrameTaker {
 // The picture that is on the screen before, if one is named.
 void LoadFrom(const EffectOptions& options, Bitmap& bitmap) {
   if (options.from.empty()) return;
-  const auto picture = OpenPicture(options.from, options.paint.read);
+  const auto picture = OpenOnePicture(options.from, options.paint.read);
   const ProgressBar bar("reading " + options.from);
-  LoadBitmap(*picture, options.paint.storage, bitmap);
+  LoadBitmap(*picture, options.paint.storage.kind.value_or(STORAGE_AUTO), bitmap);
 }
 
 void RunEffect(const EffectOptions& options) {

@@ -9,18 +9,18 @@
 #include "tools/formats/picture.h"
 #include "tools/operations/bitmap.h"
 #include "tools/operations/option_values.h"
+#include "tools/operations/storage_choice.h"
 
 namespace vn::tool {
 
 struct PaintOptions {
   std::string in;
   int32_t deviceBits = 8;
-  std::optional<Size> size;
-  std::optional<Area> source;
-  bool ordered = false, diffusion = false, clustered = false, fixedPalette = false;
-  std::string bitonal;
-  int32_t storage = STORAGE_AUTO;
-  bool lowMemory = false;
+  std::optional<NewSize> size;
+  std::optional<Part> source;
+  bool fixedPalette = false;
+  std::string dither, bitonal;
+  StorageChoice storage;
   ReadOptions read;
 
   // Adds all but IN to a command.
@@ -48,6 +48,7 @@ class PaintSubject {
   std::unique_ptr<PictureSource> picture_;
   Area area_;
   Size size_;
+  int32_t storage_ = STORAGE_AUTO;
   Bitmap bitmap_;
 };
 

@@ -3,8 +3,11 @@
 #define VNCORE_TOOLS_PICTURE_OPTIONS_H
 
 #include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
 
 #include "tools/formats/picture.h"
+#include "tools/operations/storage_choice.h"
 
 namespace vn::tool {
 
@@ -12,8 +15,18 @@ namespace vn::tool {
 // background stands behind besides transparent pixels.
 void AddReadOptions(CLI::App* command, ReadOptions* read, const std::string& uncovered = "");
 
-// What the result says of itself.
+// --all-pages, which --page excludes.
+void AddAllPagesOption(CLI::App* command, bool* allPages);
+
+// Opens a picture; warns if it has more pages than the one that is asked for by no number.
+std::unique_ptr<PictureSource> OpenOnePicture(const std::string& path, const ReadOptions& read);
+
+// --format, empty for that of the name.
+void AddFormatOption(CLI::App* command, std::string* format);
+
+// How the result is written, and what it says of itself: --format, --strip.
 struct WriteOptions {
+  std::string format;
   bool strip = false;
 
   void AddTo(CLI::App* command);
@@ -22,6 +35,9 @@ struct WriteOptions {
     return strip ? Metadata{} : picture.metadata;
   }
 };
+
+// --storage and --low-memory.
+void AddStorageOptions(CLI::App* command, StorageChoice* storage);
 
 }  // namespace vn::tool
 

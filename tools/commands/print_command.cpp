@@ -84,7 +84,7 @@ struct PrintOptions {
   std::vector<std::string> in;
   std::string out;
   LengthPair paper = *ParsePaper("A4");
-  bool landscape = false, mono = false;
+  bool landscape = false, mono = false, allPages = false;
   int32_t dotsPerInch = 300;
   LengthPair at, size;
   ReadOptions read;
@@ -97,14 +97,38 @@ struct PrintOptions {
   }
 };
 
+// What goes on a page: one of a file.
+struct Page {
+  const std::string* in;
+  int32_t number;
+};
+
+std::unique_ptr<PictureSource> OpenPage(const PrintOptions& options, const Page& page) {
+  ReadOptions read = options.read;
+  if (!options.allPages) return OpenOnePicture(*page.in, read);
+  read.page = page.number;
+  return OpenPicture(*page.in, read);
+}
+
+std::vector<Page> PagesOf(const PrintOptions& options) {
+  std::vector<Page> pages;
+  for (const std::string& in : options.in) {
+    const int32_t count = options.allPages ? OpenPicture(in, options.read)->Info().facts.pages : 1;
+    for (int32_t page = 1; page <= count; ++page)
+      pages.push_back({&in, page});
+  }
+  return pages;
+}
+
 void Print(const PrintOptions& options) {
+  const std::vector<Page> pages = PagesOf(options);
   const Paper paper = options.WantedPaper();
   RequirePossibleSize("--paper", paper.width, paper.height, 24);
-  PrintJob job(paper, CreatePages(options.out, static_cast<int32_t>(options.in.size())));
+  PrintJob job(paper, CreatePages(options.out, static_cast<int32_t>(pages.size())));
   const int32_t dots = paper.dotsPerInch;
-  for (const std::string& in : options.in) {
-    const auto picture = OpenPicture(in, options.read);
-    const ProgressBar bar("printing " + in);
+  for (const Page& page : pages) {
+    const auto picture = OpenPage(options, page);
+    const ProgressBar bar("printing " + *page.in);
     Bitmap bitmap;
     LoadBitmap(*picture, STORAGE_AUTO, bitmap);
     job.Print(bitmap, options.at.first.Pixels(dots), options.at.second.Pixels(dots),
@@ -116,12 +140,13 @@ void Print(const PrintOptions& options) {
 }  // namespace
 
 void AddPrintCommand(CLI::App& app) {
-  CLI::App* const print =
-      app.add_subcommand("print", "Print pictures, one a page, as a PDF document or as pictures");
+  CLI::App* const print = app.add_subcommand(
+      "print", "Print pictures, one a page, as a PDF or TIFF document or as pictures");
   const auto options = std::make_shared<PrintOptions>();
   print->add_option("IN", options->in, "The pictures")->required();
   print
-      ->add_option("-o,--output", options->out, "PAGES.pdf, or PAGES.png for PAGES-1.png and so on")
+      ->add_option("-o,--output", options->out,
+                   "PAGES.pdf or PAGES.tif, or PAGES.png for PAGES-1.png and so on")
       ->required();
   AddParsed(print, "--paper", &options->paper, &ParsePaper, "A4|letter|WxHmm",
             "Paper: A3 to A6, letter, legal, or its size; A4 if not given");
@@ -134,6 +159,7 @@ void AddPrintCommand(CLI::App& app) {
   AddParsed(print, "--size", &options->size, &ParseExtent, "WxH[mm]",
             "Printed size; a 0 follows from the other by the aspect, both from the page");
   AddReadOptions(print, &options->read);
+  AddAllPagesOption(print, &options->allPages);
   print->callback([options] { Print(*options); });
 }
 

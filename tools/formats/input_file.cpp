@@ -1,19 +1,39 @@
 #include "tools/formats/input_file.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
+#include "platform/headless/files/temp_names.h"
 #include "tools/terminal/failure.h"
 
 namespace vn::tool {
 
-InputFile::InputFile(const std::string& path) : path_(path), file_(std::fopen(path.c_str(), "rb")) {
-  if (!file_) throw Failure("cannot open " + path + ": " + std::strerror(errno));
+namespace {
+
+// A stream of standard input's own, from its beginning where it has one.
+std::FILE* OpenStandardInput() {
+  const int descriptor = dup(STDIN_FILENO);
+  if (descriptor < 0) return nullptr;
+  lseek(descriptor, 0, SEEK_SET);
+  std::FILE* const file = fdopen(descriptor, "rb");
+  if (!file) close(descriptor);
+  return file;
+}
+
+}  // namespace
+
+InputFile::InputFile(const std::string& path)
+    : path_(path == "-" ? "standard input" : path),
+      file_(path == "-" ? OpenStandardInput() : std::fopen(path.c_str(), "rb")),
+      standard_(path == "-") {
+  if (!file_) throw Failure("cannot open " + path_ + ": " + std::strerror(errno));
   errno = 0;
   headCount_ = std::fread(head_, 1, kHeadBytes, file_.get());
   if (headCount_ < kHeadBytes && std::ferror(file_.get())) {
-    throw Failure("cannot read " + path + ": " + std::strerror(errno));
+    throw Failure("cannot read " + path_ + ": " + std::strerror(errno));
   }
 }
 
@@ -33,11 +53,33 @@ size_t InputFile::ReadSome(void* to, size_t count) noexcept {
 int64_t InputFile::Seek(int64_t offset, int whence) noexcept {
   if (whence == SEEK_CUR) offset -= static_cast<int64_t>(headCount_ - headUsed_);
   errno = 0;
-  const bool moved = fseeko(file_.get(), offset, whence) == 0;
+  bool moved = fseeko(file_.get(), offset, whence) == 0;
+  if (!moved && errno == ESPIPE && standard_ && headUsed_ == 0 && SpoolStandardInput()) {
+    moved = fseeko(file_.get(), offset, whence) == 0;
+  }
   error_ = moved ? 0 : errno;
   if (!moved) return -1;
   headUsed_ = headCount_;
   return ftello(file_.get());
+}
+
+bool InputFile::SpoolStandardInput() noexcept {
+  const int descriptor = headless::OpenUnlinkedTempFile();
+  std::FILE* const copy = descriptor < 0 ? nullptr : fdopen(descriptor, "w+b");
+  if (!copy) {
+    if (descriptor >= 0) close(descriptor);
+    return false;
+  }
+  std::unique_ptr<std::FILE, Close> spool(copy);
+  bool written = std::fwrite(head_, 1, headCount_, copy) == headCount_;
+  char bytes[65536];
+  for (size_t count; written && (count = std::fread(bytes, 1, sizeof bytes, file_.get())) > 0;)
+    written = std::fwrite(bytes, 1, count, copy) == count;
+  written = written && !std::ferror(file_.get()) && std::fflush(copy) == 0;
+  if (!written || dup2(fileno(copy), STDIN_FILENO) < 0) return false;
+  std::rewind(copy);
+  file_ = std::move(spool);
+  return true;
 }
 
 const char* InputFile::ErrorText() const noexcept {

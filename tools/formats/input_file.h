@@ -12,10 +12,11 @@ namespace vn::tool {
 
 class InputFile {
  public:
-  // Throws Failure when there is nothing to read.
+  // "-" is standard input. Throws Failure when there is nothing to read.
   explicit InputFile(const std::string& path);
 
   const std::string& Path() const { return path_; }
+  bool IsStandardInput() const { return standard_; }
   // The first bytes, which are read again later.
   static constexpr size_t kHeadBytes = 8;
   const uint8_t* Head() const { return head_; }
@@ -26,7 +27,8 @@ class InputFile {
   bool Read(void* to, size_t count) noexcept;
   // Reads up to `count` bytes: fewer at the end of the file or after an error.
   size_t ReadSome(void* to, size_t count) noexcept;
-  // Moves the position as lseek does and returns it, or a negative value: a pipe cannot do this.
+  // Moves the position as lseek does and returns it, or a negative value: a pipe cannot do this,
+  // unless it is standard input of which nothing but the head was read.
   int64_t Seek(int64_t offset, int whence) noexcept;
   // Whether the system, and not the file's end, stopped the last read or seek.
   bool HasError() const noexcept { return error_ != 0; }
@@ -37,12 +39,16 @@ class InputFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };
 
+  // Puts a file without a name, with all that it brings, in the place of standard input.
+  bool SpoolStandardInput() noexcept;
+
   std::string path_;
   std::unique_ptr<std::FILE, Close> file_;
   uint8_t head_[kHeadBytes] = {};
   size_t headCount_ = 0;
   size_t headUsed_ = 0;
   int error_ = 0;
+  bool standard_ = false;
 };
 
 }  // namespace vn::tool

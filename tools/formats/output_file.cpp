@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "platform/headless/files/temp_names.h"
 #include "tools/terminal/failure.h"
 
 namespace vn::tool {
@@ -35,7 +36,11 @@ std::filesystem::path BehindLinks(std::filesystem::path path) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path) : path_(path) {
+OutputFile::OutputFile(const std::string& path, bool seeks) : path_(path) {
+  if (path == "-") {
+    OpenStandardOutput(seeks);
+    return;
+  }
   struct stat status;
   const bool exists = stat(path.c_str(), &status) == 0;
   if (!exists && errno != ENOENT) Fail(errno);  // a circle of links ends here
@@ -59,6 +64,30 @@ OutputFile::~OutputFile() {
   if (!temporary_.empty()) unlink(temporary_.c_str());
 }
 
+void OutputFile::OpenStandardOutput(bool seeks) {
+  path_ = "standard output";
+  if (isatty(STDOUT_FILENO) == 1) {
+    throw Failure("a picture does not go to a terminal: use > or | behind the command");
+  }
+  copied_ = seeks;
+  const int descriptor = seeks ? headless::OpenUnlinkedTempFile() : dup(STDOUT_FILENO);
+  file_ = descriptor < 0 ? nullptr : fdopen(descriptor, seeks ? "w+b" : "wb");
+  if (file_) return;
+  const int error = errno;
+  if (descriptor >= 0) close(descriptor);
+  Fail(error);
+}
+
+void OutputFile::CopyToStandardOutput() {
+  char bytes[65536];
+  std::rewind(file_);
+  for (size_t count; (count = std::fread(bytes, 1, sizeof bytes, file_)) > 0;) {
+    errno = 0;
+    if (std::fwrite(bytes, 1, count, stdout) != count) Fail(errno);
+  }
+  if (std::ferror(file_) || std::fflush(stdout) != 0) Fail(errno);
+}
+
 void OutputFile::OpenTemporary(unsigned mode) {
   const auto folder = std::filesystem::path(target_).parent_path();
   std::string name = (folder / ".vncore-XXXXXX").string();
@@ -66,7 +95,7 @@ void OutputFile::OpenTemporary(unsigned mode) {
   if (descriptor < 0) Fail(errno);
   // A file system that knows no permissions may refuse; the file is good without.
   [[maybe_unused]] const int refused = fchmod(descriptor, mode);
-  file_ = fdopen(descriptor, "wb");
+  file_ = fdopen(descriptor, "w+b");
   if (!file_) {
     const int error = errno;
     close(descriptor);
@@ -83,6 +112,13 @@ bool OutputFile::Write(const void* bytes, size_t count) noexcept {
   return false;
 }
 
+bool OutputFile::Read(void* to, size_t count) noexcept {
+  errno = 0;
+  if (std::fread(to, 1, count, file_) == count) return true;
+  error_ = errno;
+  return false;
+}
+
 int64_t OutputFile::Seek(int64_t offset, int whence) noexcept {
   errno = 0;
   if (fseeko(file_, offset, whence) == 0) return ftello(file_);
@@ -94,6 +130,7 @@ const char* OutputFile::ErrorText() const noexcept { return std::strerror(error_
 
 void OutputFile::Commit() {
   errno = 0;
+  if (copied_) CopyToStandardOutput();
   if (std::fclose(std::exchange(file_, nullptr)) != 0) Fail(errno);
   if (temporary_.empty()) return;
   if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail(errno);

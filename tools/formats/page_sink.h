@@ -18,8 +18,9 @@ class PageSink {
   virtual void Finish() = 0;
 };
 
-// A name that ends in ".pdf" takes one document. Any other takes a picture a page: NAME-1.png,
-// NAME-2.png and so on, or just NAME.png when there is one. Throws Failure, at once for a name that
+// A name that ends in ".pdf" takes one document, and so does one of a picture format that holds
+// several pages. Any other takes a picture a page: NAME-1.png, NAME-2.png and so on, or just NAME.png
+// when there is one. Throws Failure, at once for a name that
 // cannot be written.
 std::unique_ptr<PageSink> CreatePages(const std::string& path, int32_t pages);
 

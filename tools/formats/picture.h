@@ -18,9 +18,9 @@ namespace vn::tool {
 
 // What the file holds, whatever becomes of it here.
 struct FileFacts {
-  const char* format = "";  // "PNG"
-  const char* model = "";   // of its colours: "RGB", "CMYK"
-  int32_t sampleBits = 8;   // of one sample
+  std::string format;      // "PNG"
+  std::string model;       // of its colours: "RGB", "CMYK"
+  int32_t sampleBits = 8;  // of one sample
   bool alpha = false;
   int32_t pages = 1;
   int32_t orientation = 1;  // as PictureInfo has it unless it is to be ignored
@@ -66,6 +66,8 @@ class PictureSink {
   virtual ~PictureSink() = default;
   // Lines from the top down, as many as the picture has.
   virtual void WriteRow(const uint8_t* row) = 0;
+  // Ends this page and begins the next, where the format holds several.
+  virtual void NextPage(const PictureInfo& info);
   // Makes the picture appear under its name. Without this call nothing is left of it.
   virtual void Finish() = 0;
   // What of that which the picture says of itself goes into the file.
@@ -77,18 +79,34 @@ struct ReadOptions {
   Rgb background{255, 255, 255};   // under transparent pixels
   bool ignoreOrientation = false;  // as it lies in the file, not upright
   bool srgb = false;               // colours turned to sRGB out of their profile
-  int32_t page = 1;
+  int32_t page = 0;                // 1 and on; 0: the first
 };
 
-// Opens the picture in file `path`; the format is told by its first bytes.
+// Opens the picture in file `path`, or in standard input for "-"; the format is told by its first
+// bytes.
 std::unique_ptr<PictureSource> OpenPicture(const std::string& path, const ReadOptions& options);
 
-// Opens the file that a picture will be written to, before the work begins, so that a name that
-// cannot be written fails at once.
-std::unique_ptr<OutputFile> OpenPictureFile(const std::string& path);
-// Starts the picture; the format is told by the extension of its name.
-std::unique_ptr<PictureSink> CreatePicture(std::unique_ptr<OutputFile> file,
-                                           const PictureInfo& info);
+// A file format.
+struct Format;
+
+// A file that a picture will be written to.
+struct PictureFile {
+  std::unique_ptr<OutputFile> file;
+  const Format* format = nullptr;
+};
+
+// Opens it before the work begins, so that a name that cannot be written fails at once; "-" is
+// standard output. The format is `format` ("png"), or that of the name's extension where it is empty.
+PictureFile OpenPictureFile(const std::string& path, const std::string& format = {});
+// Whether a file of this name and format holds several pictures.
+bool HoldsPages(const std::string& path, const std::string& format);
+// "png|bmp|...": what `format` may be.
+std::string FormatNames();
+
+// Starts the picture, the first of so many pages, and warns of what it says of itself and the file
+// does not.
+std::unique_ptr<PictureSink> CreatePicture(PictureFile file, const PictureInfo& info,
+                                           int32_t pages = 1);
 
 // Throws Failure, in the name of `subject`, unless a bitmap can have these measures.
 void RequirePossibleSize(const std::string& subject, int64_t width, int64_t height, int32_t bits);
@@ -96,7 +114,7 @@ void RequirePossibleSize(const std::string& subject, int64_t width, int64_t heig
 // Takes the orientation that the file's facts have, unless it is to be ignored.
 void SettleOrientation(const ReadOptions& options, PictureInfo& info);
 
-// Throws Failure unless a file of so many pages has this one, the first being 1.
+// Throws Failure unless a file of so many pages has this one (see ReadOptions).
 void RequirePage(const std::string& path, int32_t page, int32_t pages);
 
 // The table of `count` grays from black to white.

@@ -21,6 +21,12 @@ constexpr uint8_t LayShare(uint32_t over, uint32_t alpha, int32_t under) {
   return static_cast<uint8_t>(sum < 255 ? sum : 255);
 }
 
+// Clears the bits behind the last pixel of a row, which are nothing of the picture's.
+inline void ClearBehind(uint8_t* row, int32_t width, int32_t bits) {
+  const int64_t used = int64_t{width} * bits;
+  if (used % 8) row[used / 8] = static_cast<uint8_t>(row[used / 8] & 0xFF00u >> used % 8);
+}
+
 // Two bits take every fifth of sixteen grays, which are the same grays.
 inline constexpr uint32_t kGrayStepOfTwoBits = 5;
 

@@ -10,9 +10,12 @@ namespace {
 
 constexpr uint64_t kStripBytes = 65536;
 // Larger pictures take the form with 64-bit offsets: LZW may make data longer by almost a half.
-constexpr uint64_t kMostClassicBytes = uint64_t{2800} << 20;
+constexpr double kMostClassicBytes = 2800.0 * (1 << 20);
 
-tmsize_t OnRead(thandle_t, void*, tmsize_t) { return -1; }
+// A page is chained to the one before, which is read again for that.
+tmsize_t OnRead(thandle_t handle, void* to, tmsize_t count) {
+  return static_cast<OutputFile*>(handle)->Read(to, static_cast<size_t>(count)) ? count : -1;
+}
 
 tmsize_t OnWrite(thandle_t handle, void* bytes, tmsize_t count) {
   return static_cast<OutputFile*>(handle)->Write(bytes, static_cast<size_t>(count)) ? count : -1;
@@ -32,18 +35,36 @@ uint16_t PhotometricOf(const PictureInfo& info) {
   return IsGrayRamp(turned) ? PHOTOMETRIC_MINISWHITE : PHOTOMETRIC_PALETTE;
 }
 
+uint64_t RowBytes(const PictureInfo& info) {
+  return (static_cast<uint64_t>(info.width) * static_cast<uint64_t>(info.bits) + 7) / 8;
+}
+
 }  // namespace
 
-TiffWriter::TiffWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info)
-    : file_(std::move(file)), color_(info.bits > 8) {
-  const uint64_t rowBytes =
-      (static_cast<uint64_t>(info.width) * static_cast<uint64_t>(info.bits) + 7) / 8;
-  row_.resize(static_cast<size_t>(rowBytes));
-  const bool big = rowBytes * static_cast<uint64_t>(info.height) > kMostClassicBytes;
-  tiff_ = OpenTiff(file_->Path(), big ? "w8" : "w", file_.get(),
+TiffWriter::TiffWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info, int32_t pages)
+    : file_(std::move(file)), pages_(pages) {
+  // Further pages are taken to be like the first.
+  const double bytes = static_cast<double>(RowBytes(info)) * info.height * pages;
+  tiff_ = OpenTiff(file_->Path(), bytes > kMostClassicBytes ? "w8" : "w", file_.get(),
                    {&OnRead, &OnWrite, &OnSeek, &OnSize}, &error_);
   if (!tiff_) Fail();
+  BeginPage(info);
+}
+
+void TiffWriter::BeginPage(const PictureInfo& info) {
+  color_ = info.bits > 8;
+  row_.resize(static_cast<size_t>(RowBytes(info)));
+  line_ = 0;
+  ++page_;
   WriteHeader(info);
+  if (pages_ == 1) return;
+  Set(TIFFTAG_SUBFILETYPE, FILETYPE_PAGE);
+  RequireDone(TIFFSetField(tiff_.get(), TIFFTAG_PAGENUMBER, page_ - 1, pages_) == 1);
+}
+
+void TiffWriter::NextPage(const PictureInfo& info) {
+  RequireDone(TIFFWriteDirectory(tiff_.get()) == 1);
+  BeginPage(info);
 }
 
 void TiffWriter::WriteHeader(const PictureInfo& info) {

@@ -14,13 +14,16 @@ namespace vn::tool {
 
 class TiffWriter : public PictureSink {
  public:
-  TiffWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info);
+  // The first of so many pages.
+  TiffWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info, int32_t pages);
 
   void WriteRow(const uint8_t* row) override;
+  void NextPage(const PictureInfo& info) override;
   void Finish() override;
   MetadataRoom Room() const override { return room_; }
 
  private:
+  void BeginPage(const PictureInfo& info);
   void WriteHeader(const PictureInfo& info);
   void WritePalette(const std::vector<RGBQUAD>& colors);
   void Set(uint32_t tag, int value);
@@ -32,7 +35,9 @@ class TiffWriter : public PictureSink {
   std::unique_ptr<OutputFile> file_;
   TiffError error_;
   TiffPointer tiff_;
-  bool color_;
+  const int32_t pages_;
+  int32_t page_ = 0;  // the present one
+  bool color_ = false;
   MetadataRoom room_;
   uint32_t line_ = 0;
   std::vector<uint8_t> row_;  // a copy, which libtiff may change

@@ -1,5 +1,7 @@
 #include "tools/operations/headless_device.h"
 
+#include <utility>
+
 #include <vncore/platform/headless/headless.h>
 #include "device/realized_palette.h"
 #include "kernel/guards.h"
@@ -58,6 +60,8 @@ RECT RegionBounds(const Painting& picture, const RECT& area) {
 }  // namespace
 
 void ClaimWin32s() {
+  static bool claimed = false;
+  if (std::exchange(claimed, true)) return;
   Headless_SetLargestBlock(kLargestBlock);
   Headless_SetVersion(HEADLESS_VERSION_WIN32S);
   if (!Headless_Restart()) throw Failure("the library cannot be started again");

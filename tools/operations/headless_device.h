@@ -7,7 +7,8 @@
 
 namespace vn::tool {
 
-// Makes the platform claim Win32s, where disk storage is a real temporary file. Before any bitmap.
+// Makes the platform claim Win32s, where disk storage is a real temporary file. While there is no
+// bitmap; further calls change nothing.
 void ClaimWin32s();
 
 // A picture and where it comes.

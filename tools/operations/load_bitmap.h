@@ -8,7 +8,8 @@
 namespace vn::tool {
 
 // Fills the empty record `bitmap` with `source`, row by row, in storage of kind `storage` (a
-// STORAGE_ value), and turns it upright where the picture says how it is held. Reports to the thread's status callback. Throws Failure or Interruption.
+// STORAGE_ value), and turns it upright where the picture says how it is held. Reports to the
+// thread's status callback. Throws Failure or Interruption.
 void LoadBitmap(PictureSource& source, int32_t storage, Bitmap& bitmap);
 
 }  // namespace vn::tool

@@ -3,18 +3,40 @@
 #ifndef VNCORE_TOOLS_OPERATION_H
 #define VNCORE_TOOLS_OPERATION_H
 
+#include <concepts>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "tools/formats/picture.h"
 #include "tools/operations/bitmap.h"
 
 namespace vn::tool {
 
-// One step of a conversion: changes the bitmap and reports to the thread's status callback. Throws
-// Failure.
-using Operation = std::function<void(Bitmap&)>;
+// One step of a conversion. Throws Failure.
+class Operation {
+ public:
+  using Run = std::function<void(Bitmap&)>;
+  using Stream = std::function<std::unique_ptr<PictureSource>(std::unique_ptr<PictureSource>)>;
+
+  // `run` changes a bitmap and reports to the thread's status callback.
+  template <std::convertible_to<Run> Function>
+  Operation(Function run)
+      : run_(std::move(run)) {}  // NOLINT: as a function passes for a std::function
+  // `stream` makes of a stream (see row_streams.h) one whose rows are those that `run` gives.
+  Operation(Run run, Stream stream) : run_(std::move(run)), stream_(std::move(stream)) {}
+
+  void operator()(Bitmap& bitmap) const { run_(bitmap); }
+  // Empty where the operation needs the whole picture.
+  const Stream& AsStream() const { return stream_; }
+
+ private:
+  Run run_;
+  Stream stream_;
+};
 
 struct OperationKind {
   std::string option;  // "--crop"

@@ -7,6 +7,7 @@
 #include "tools/formats/picture.h"
 #include "tools/operations/overlay_values.h"
 #include "tools/operations/region_value.h"
+#include "tools/operations/row_streams.h"
 #include "tools/operations/value_parsers.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/interrupt.h"
@@ -16,19 +17,24 @@ namespace {
 
 using Parsed = std::optional<Operation>;
 
+void Crop(Bitmap& bitmap, const Part& wanted) {
+  const Area area = wanted.Of(bitmap->Width, bitmap->Height);
+  const RECT rect = StorageRect(*bitmap.get(), area);
+  Bitmap part;
+  RequireDone("--crop",
+              Vn_CopyBitmapRect(part, bitmap, static_cast<uint32_t>(rect.left),
+                                static_cast<uint32_t>(rect.top), static_cast<uint32_t>(area.width),
+                                static_cast<uint32_t>(area.height)));
+  std::swap(*part.get(), *bitmap.get());
+}
+
 Parsed ParseCrop(const std::string& value) {
-  const auto area = ParseArea(value);
-  if (!area) return std::nullopt;
-  return [area = *area](Bitmap& bitmap) {
-    RequireInside("--crop", area, bitmap->Width, bitmap->Height);
-    const RECT rect = StorageRect(*bitmap.get(), area);
-    Bitmap part;
-    RequireDone("--crop", Vn_CopyBitmapRect(part, bitmap, static_cast<uint32_t>(rect.left),
-                                            static_cast<uint32_t>(rect.top),
-                                            static_cast<uint32_t>(area.width),
-                                            static_cast<uint32_t>(area.height)));
-    std::swap(*part.get(), *bitmap.get());
-  };
+  const auto part = ParsePart(value);
+  if (!part) return std::nullopt;
+  return Operation([part = *part](Bitmap& bitmap) { Crop(bitmap, part); },
+                   [part = *part](std::unique_ptr<PictureSource> source) {
+                     return CropRows(std::move(source), part);
+                   });
 }
 
 void Scale(Bitmap& bitmap, int64_t width, int64_t height) {
@@ -47,9 +53,13 @@ void Scale(Bitmap& bitmap, int64_t width, int64_t height) {
 Parsed ParseScale(const std::string& value) {
   const auto size = ParseNewSize(value);
   if (!size) return std::nullopt;
-  return [size = *size](Bitmap& bitmap) {
-    Scale(bitmap, size.WidthOf(bitmap->Width), size.HeightOf(bitmap->Height));
-  };
+  return Operation(
+      [size = *size](Bitmap& bitmap) {
+        Scale(bitmap, size.WidthOf(bitmap->Width), size.HeightOf(bitmap->Height));
+      },
+      [size = *size](std::unique_ptr<PictureSource> source) {
+        return ScaleRows(std::move(source), size);
+      });
 }
 
 Parsed ParseFill(const std::string& value) {
@@ -91,7 +101,7 @@ Parsed ParseHalftone(const std::string& value) {
 
 const std::vector<OperationKind>& OperationKinds() {
   static const std::vector<OperationKind> kinds = {
-      {"--crop", "X,Y,W,H", "Keep a rectangle", ParseCrop},
+      {"--crop", "X,Y,W,H|WxH", "Keep a rectangle, or so much of the middle", ParseCrop},
       {"--scale", "WxH|N%", "Change the size, by nearest pixel", ParseScale},
       {"--region", RegionForm(),
        "Confine what follows to a shape, or to the pixels of exactly one colour", ParseRegion},

@@ -48,7 +48,7 @@ const std::vector<Reduction::Setting>& Reduction::Settings() {
       {"--colors", "N", "Number of colours (as many as the depth has)"},
       {"--dither",
        "none|floyd-steinberg|stucki|burkes|sierra|stevenson-arce|jarvis|ordered|clustered",
-       "Dithering (floyd-steinberg)"}};
+       "Dithering (floyd-steinberg); goes with one of the three before"}};
   return settings;
 }
 

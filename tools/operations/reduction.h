@@ -24,6 +24,8 @@ class Reduction {
   bool Lacks(const std::string& option) const;
   // Takes the value of one setting; false when it is not of the form.
   bool Take(const std::string& option, const std::string& value);
+  // A method of dithering without anything that tells the colours: more likely forgotten than meant.
+  bool IsDitheringAlone() const { return method_ && !depth_ && !colors_ && !palette_; }
   // The operation, with what was left open settled. Throws Failure for settings that do not go
   // together, and for a palette file that cannot be read.
   Operation Build() const;

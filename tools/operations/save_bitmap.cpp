@@ -3,6 +3,7 @@
 #include "color/palettes.h"
 #include "kernel/guards.h"
 #include "kernel/progress.h"
+#include "tools/formats/samples.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/interrupt.h"
 
@@ -44,6 +45,7 @@ void SaveBitmap(BitmapHandle* bitmap, PictureSink& sink) {
       Vn_ConvertBuffer(row.data(), width, bits, 24, bitmap->ColorOrder, ORDER_BGR, nullptr,
                        nullptr);
     }
+    ClearBehind(row.data(), bitmap->Width, bitmap->BitsPerPixel);
     sink.WriteRow(row.data());
     goOn = progress.Step();
   }

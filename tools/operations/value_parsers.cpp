@@ -76,10 +76,11 @@ std::optional<NewSize> ParseNewSize(const std::string& text) {
   return NewSize{std::nullopt, *percent / 100};
 }
 
-std::optional<Area> ParseArea(const std::string& text) {
+std::optional<Part> ParsePart(const std::string& text) {
+  if (const auto size = ParseSize(text)) return Part{{0, 0, size->width, size->height}, true};
   const auto numbers = ParseNumbers<4>(text, ',');
   if (!numbers) return std::nullopt;
-  return Area{(*numbers)[0], (*numbers)[1], (*numbers)[2], (*numbers)[3]};
+  return Part{{(*numbers)[0], (*numbers)[1], (*numbers)[2], (*numbers)[3]}};
 }
 
 std::optional<std::vector<int32_t>> ParseNumberList(const std::string& text) {
@@ -115,13 +116,17 @@ std::optional<int32_t> ParseStorage(const std::string& text) {
   return std::nullopt;
 }
 
-void RequireInside(const std::string& option, const Area& area, int32_t width, int32_t height) {
-  const bool inside = area.x >= 0 && area.y >= 0 && area.width > 0 && area.height > 0 &&
-                      area.width <= width - area.x && area.height <= height - area.y;
-  if (!inside) {
-    throw Failure(option + " must lie within the picture of " + std::to_string(width) + "x" +
-                  std::to_string(height));
+Area Part::Of(int32_t width, int32_t height) const {
+  Area found = area;
+  if (middle) {
+    found.x = std::max(width - area.width, 0) / 2;
+    found.y = std::max(height - area.height, 0) / 2;
   }
+  const bool inside = found.x >= 0 && found.y >= 0 && found.width > 0 && found.height > 0 &&
+                      found.width <= width - found.x && found.height <= height - found.y;
+  if (inside) return found;
+  throw Failure("--crop must lie within the picture of " + std::to_string(width) + "x" +
+                std::to_string(height));
 }
 
 RECT StorageRect(const BitmapHandle& bitmap, const Area& area) {

@@ -35,14 +35,23 @@ struct Area {
   int32_t x, y, width, height;
 };
 
+// What is kept of pictures: a rectangle, or a size out of their middle.
+struct Part {
+  Area area;
+  bool middle = false;  // then the area's place is not looked at
+
+  // Throws Failure, in the name of --crop, unless it lies within a picture of this size.
+  Area Of(int32_t width, int32_t height) const;
+};
+
 // "640x480"
 std::optional<Size> ParseSize(const std::string& text);
 // "640x480", "50%", "12.5%"
 std::optional<NewSize> ParseNewSize(const std::string& text);
 // "25", "12.5": a finite number
 std::optional<double> ParseDecimal(std::string_view text);
-// "X,Y,W,H"
-std::optional<Area> ParseArea(const std::string& text);
+// "X,Y,W,H", "WxH"
+std::optional<Part> ParsePart(const std::string& text);
 // "1,2,3": at least one whole number
 std::optional<std::vector<int32_t>> ParseNumberList(const std::string& text);
 // "white", "#fff", "#ffffff" or "255,255,255"
@@ -50,8 +59,6 @@ std::optional<Rgb> ParseColor(const std::string& text);
 // "auto", "disk", "memory": a STORAGE_ value
 std::optional<int32_t> ParseStorage(const std::string& text);
 
-// Throws Failure in the name of `option` unless the area lies within a picture of this size.
-void RequireInside(const std::string& option, const Area& area, int32_t width, int32_t height);
 // The area in storage rows.
 RECT StorageRect(const BitmapHandle& bitmap, const Area& area);
 
