@@ -10,6 +10,8 @@
 #include "tools/formats/input_file.h"
 #include "tools/formats/png_reader.h"
 #include "tools/formats/png_writer.h"
+#include "tools/formats/pnm_reader.h"
+#include "tools/formats/pnm_writer.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/warning.h"
 #ifdef VNCORE_TOOL_JPEG
@@ -30,6 +32,10 @@ using Sink = std::unique_ptr<PictureSink>;
 template <class Reader>
 Source Open(std::unique_ptr<InputFile> file, const ReadOptions& options) {
   return std::make_unique<Reader>(std::move(file), options);
+}
+template <PnmKind Kind>
+Sink CreatePnm(std::unique_ptr<OutputFile> file, const PictureInfo& info, int32_t) {
+  return std::make_unique<PnmWriter>(std::move(file), info, Kind);
 }
 template <class Writer>
 Sink Create(std::unique_ptr<OutputFile> file, const PictureInfo& info, int32_t) {
@@ -58,6 +64,10 @@ namespace {
 constexpr Format kFormats[] = {
     {"PNG", {"png", nullptr}, &IsPng, &Open<PngReader>, &Create<PngWriter>, false, false},
     {"BMP", {"bmp", "dib"}, &IsBmp, &Open<BmpReader>, &Create<BmpWriter>, true, false},
+    {"PNM", {"pnm", nullptr}, &IsPnm, &Open<PnmReader>, &CreatePnm<PnmKind::kAny>, false, false},
+    {"PBM", {"pbm", nullptr}, nullptr, nullptr, &CreatePnm<PnmKind::kBits>, false, false},
+    {"PGM", {"pgm", nullptr}, nullptr, nullptr, &CreatePnm<PnmKind::kGray>, false, false},
+    {"PPM", {"ppm", nullptr}, nullptr, nullptr, &CreatePnm<PnmKind::kColor>, false, false},
 #ifdef VNCORE_TOOL_JPEG
     {"JPEG", {"jpg", "jpeg"}, &IsJpeg, &Open<JpegReader>, &Create<JpegWriter>, false, false},
 #endif
