@@ -9,6 +9,9 @@ namespace {
 // What differs from build to build.
 std::string BuiltWith() {
   std::string text = "formats: " + FormatNames();
+#ifdef VNCORE_TOOL_VIPS
+  text += ", others through libvips";
+#endif
 #ifdef VNCORE_TOOL_LCMS
   text += "; colour profiles through lcms2";
 #endif

@@ -22,6 +22,9 @@
 #include "tools/formats/tiff_reader.h"
 #include "tools/formats/tiff_writer.h"
 #endif
+#ifdef VNCORE_TOOL_VIPS
+#include "tools/formats/vips_reader.h"
+#endif
 
 namespace vn::tool {
 namespace {
@@ -129,7 +132,16 @@ std::unique_ptr<PictureSource> OpenPicture(const std::string& path, const ReadOp
     }
     known.push_back(format.name);
   }
-  throw Failure(path + ": not a " + Listed(known) + " file");
+#ifdef VNCORE_TOOL_VIPS
+  if (auto picture = OpenByVips(std::move(file), options)) {
+    RequirePage(path, options.page, picture->Info().facts.pages);
+    return picture;
+  }
+  const char* const others = " file, nor one that libvips reads";
+#else
+  const char* const others = " file";
+#endif
+  throw Failure(path + ": not a " + Listed(known) + others);
 }
 
 PictureFile OpenPictureFile(const std::string& path, const std::string& format) {
