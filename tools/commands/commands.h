@@ -11,6 +11,7 @@ void AddEffectCommand(CLI::App& app);
 void AddConvertCommand(CLI::App& app);
 void AddChartCommand(CLI::App& app);
 void AddInfoCommand(CLI::App& app);
+void AddPalettesCommand(CLI::App& app);
 void AddPrintCommand(CLI::App& app);
 
 }  // namespace vn::tool

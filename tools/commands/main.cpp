@@ -15,6 +15,9 @@ std::string BuiltWith() {
 #ifdef VNCORE_TOOL_LCMS
   text += "; colour profiles through lcms2";
 #endif
+#ifdef VNCORE_TOOL_IMAGEQUANT
+  text += "; palettes of libimagequant";
+#endif
 #ifdef VNCORE_TOOL_PDF
   text += "; PDF through cairo";
 #endif
@@ -33,6 +36,7 @@ void Run(int argc, char** argv) {
   AddConvertCommand(app);
   AddChartCommand(app);
   AddInfoCommand(app);
+  AddPalettesCommand(app);
   AddPrintCommand(app);
   ParseCommandLine(app, argc, argv);
 }

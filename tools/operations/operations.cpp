@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tools/formats/picture.h"
+#include "tools/operations/named_palettes.h"
 #include "tools/operations/overlay_values.h"
 #include "tools/operations/region_value.h"
 #include "tools/operations/row_streams.h"
@@ -78,6 +79,19 @@ Parsed ParseRegion(const std::string& value) {
   };
 }
 
+void Recolor(Bitmap& bitmap, const std::vector<RGBQUAD>& colors) {
+  const auto count = static_cast<int32_t>(colors.size());
+  if (bitmap->BitsPerPixel > 8 || count > bitmap->ColorCount) {
+    throw Failure("--recolor: the picture has no palette of " + std::to_string(count) + " colours");
+  }
+  RequireDone("--recolor", Vn_PutBitmapColors(bitmap, 0, count, colors.data()));
+}
+
+Parsed ParseRecolor(const std::string& value) {
+  if (value.empty()) return std::nullopt;
+  return [colors = NamedOrFilePalette(value)](Bitmap& bitmap) { Recolor(bitmap, colors); };
+}
+
 // "clustered", "ordered,45"
 Parsed ParseHalftone(const std::string& value) {
   const size_t comma = value.find(',');
@@ -115,6 +129,8 @@ const std::vector<OperationKind>& OperationKinds() {
       {"--underlay", "FILE[,tile|stretch]", "Lay the picture of FILE under as a texture",
        ParseUnderlay},
       {"--gray", "", "Turn to 8-bit gray", PlainOperation("--gray", &Vn_GrayScaleBitmap)},
+      {"--recolor", "NAME|FILE",
+       "Give the palette these colours, entry by entry; pixels keep their index", ParseRecolor},
       {"--halftone", "ordered|clustered[,ANGLE]", "Turn to 1 bit; the screen turned by degrees",
        ParseHalftone},
   };

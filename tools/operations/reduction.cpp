@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "tools/formats/gimp_palette.h"
+#include "tools/operations/best_palette.h"
 #include "tools/operations/headless_device.h"
+#include "tools/operations/named_palettes.h"
 #include "tools/operations/value_parsers.h"
 #include "tools/terminal/failure.h"
 
@@ -44,7 +45,9 @@ uint32_t DepthFor(size_t colors) { return colors <= 2 ? 1 : colors <= 16 ? 4 : 8
 const std::vector<Reduction::Setting>& Reduction::Settings() {
   static const std::vector<Setting> settings = {
       {"--depth", "1|4|8|16|24|32", "Change the depth; the next three settings go with it"},
-      {"--palette", "fixed|optimized|system|FILE", "Colours; FILE is a GIMP palette (optimized)"},
+      {"--palette", "fixed|optimized|best|system|NAME|FILE",
+       "Colours (optimized); best is libimagequant's choice, NAME one of vncore palettes, FILE a "
+       "GIMP palette"},
       {"--colors", "N", "Number of colours (as many as the depth has)"},
       {"--dither",
        "none|floyd-steinberg|stucki|burkes|sierra|stevenson-arce|jarvis|ordered|clustered",
@@ -81,8 +84,10 @@ Operation Reduction::Build() const {
     flags = RES_FIXED_PALETTE;
   } else if (palette == "system") {
     flags = RES_SYSTEM_COLORS;
+  } else if (palette == "best") {
+    flags = RES_USER_PALETTE;  // once there is a picture
   } else if (palette != "optimized") {
-    file = ReadGimpPalette(palette);
+    file = NamedOrFilePalette(palette);
     flags = RES_USER_PALETTE;
   }
   const uint32_t depth = Depth(file.size());
@@ -100,13 +105,17 @@ Operation Reduction::Build() const {
     if (flags == RES_FIXED_PALETTE && count) throw Failure("the fixed palette takes no --colors");
     flags |= RES_DITHER_METHOD(method_.value_or(kFloydSteinberg));
   }
+  const bool best = palette == "best";
   return [=](Bitmap& bitmap) {
+    const std::vector<RGBQUAD> found =
+        best ? BestPalette(bitmap, count ? count : 1u << depth) : file;
+    const auto colors = best ? static_cast<uint32_t>(found.size()) : count;
     // The system's colours are those of a palette display.
     std::optional<HeadlessDevice> display;
     if (flags & RES_SYSTEM_COLORS) display.emplace(1, 1, 8);
     RequireDone("--depth",
                 Vn_ColorResBitmap(bitmap, bitmap, depth, flags,
-                                  file.empty() ? nullptr : file.data(), count, nullptr, 0));
+                                  found.empty() ? nullptr : found.data(), colors, nullptr, 0));
   };
 }
 
