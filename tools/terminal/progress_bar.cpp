@@ -13,10 +13,12 @@ constexpr int32_t kCells = 40;
 
 }  // namespace
 
+bool ProgressBar::hidden_ = false;
+
 ProgressBar::ProgressBar(std::string label)
     : label_(std::move(label)),
       start_(std::chrono::steady_clock::now()),
-      terminal_(isatty(STDERR_FILENO) == 1),
+      terminal_(!hidden_ && isatty(STDERR_FILENO) == 1),
       listener_([this](int32_t percent) {
         if (terminal_) Draw(percent);
         return OK;

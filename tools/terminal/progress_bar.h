@@ -18,12 +18,15 @@ class ProgressBar {
   ProgressBar& operator=(const ProgressBar&) = delete;
   ~ProgressBar();
 
+  // From now on none draws.
+  static void Hide() { hidden_ = true; }
   // What comes now is part `stage` (the first being 0) of `stages` equal parts of the whole.
   void BeginStage(int32_t stage, int32_t stages) { stage_ = stage, stages_ = stages; }
 
  private:
   void Draw(int32_t percent);
 
+  static bool hidden_;
   std::string label_;
   std::chrono::steady_clock::time_point start_;
   bool terminal_;
