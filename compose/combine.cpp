@@ -84,8 +84,8 @@ class Combination {
   VnStatus Run() {
     const SourceLock sourceLock(source_);
     const BitmapLock targetLock(destination_);
-    inPlace_ = destination_->Flags & FLAG_IN_MEMORY;
-    sourceInPlace_ = source_ && (source_->Flags & FLAG_IN_MEMORY) && !SharesRows();
+    inPlace_ = PixelAddress(*destination_);
+    sourceInPlace_ = source_ && PixelAddress(*source_) && !SharesRows();
     const auto height = static_cast<uint32_t>(area_.target.bottom - area_.target.top);
     Progress progress(height);
     if (progress.Silent() && inPlace_ && !destination_->Region && (!source_ || sourceInPlace_)) {

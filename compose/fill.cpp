@@ -71,7 +71,7 @@ VnStatus Write(const Job& job) {
   if (onDisk && bounds.bottom <= bounds.top) return OK;
   Progress progress(onDisk ? static_cast<uint32_t>(bounds.bottom - bounds.top) : 1);
   if (!progress.Begin()) return progress.Result();
-  if (job.bitmap->Flags & FLAG_IN_MEMORY) {
+  if (PixelAddress(*job.bitmap)) {
     WriteMemory(job);
   } else {
     for (int32_t row = bounds.top; row < bounds.bottom; ++row) {

@@ -118,7 +118,8 @@ VnStatus VN_CALL Vn_PutBitmapRowSegments(BitmapHandle* bitmap, const void* sourc
   if (count == 0 || static_cast<int64_t>(row) >= bitmap->Height) return OK;
   if (!HasPixels(*bitmap)) return ERR_FILE_SEEK;
   const auto* bytes = static_cast<const uint8_t*>(source);
-  return bitmap->Flags & FLAG_IN_MEMORY
-             ? PutSegments<MemoryRun>(bitmap, bytes, row, columnOffset, segments, count)
-             : PutSegments<FileRun>(bitmap, bytes, row, columnOffset, segments, count);
+  const bool inMemory = bitmap->Flags & FLAG_IN_MEMORY;
+  if (inMemory && !bitmap->Bits) return ERR_NO_MEMORY;
+  return inMemory ? PutSegments<MemoryRun>(bitmap, bytes, row, columnOffset, segments, count)
+                  : PutSegments<FileRun>(bitmap, bytes, row, columnOffset, segments, count);
 }

@@ -10,6 +10,7 @@
 #include "kernel/owned_bitmap.h"
 #include "kernel/pixel_format.h"
 #include "kernel/replacement_bitmap.h"
+#include "kernel/row_position.h"
 #include "kernel/scratch_buffer.h"
 #include "kernel/vector.h"
 
@@ -90,7 +91,7 @@ class Underlay {
     VnStatus status = bits_ <= 8 ? wayBack_.Start() : static_cast<VnStatus>(OK);
     if (status != OK) return status;
     const BitmapLock destinationLock(destination_), textureLock(texture_);
-    const bool inPlace = bits_ == 24 && (destination_->Flags & FLAG_IN_MEMORY);
+    const bool inPlace = bits_ == 24 && PixelAddress(*destination_);
     uint32_t textureLine = 0;
     for (uint32_t line = 0; line < static_cast<uint32_t>(destination_->Height); ++line) {
       const uint32_t row = RowOfLine(*destination_, line);

@@ -10,6 +10,7 @@
 #include "kernel/guards.h"
 #include "kernel/picture_size.h"
 #include "kernel/pixel_format.h"
+#include "kernel/row_position.h"
 #include "kernel/thread_settings.h"
 
 namespace vn {
@@ -67,8 +68,8 @@ bool ForeignDib::FitsIn(uint64_t blockBytes) const {
 
 // Rows in the order of the storage.
 void StoreAllRows(BitmapHandle* bitmap, const uint8_t* rows) {
-  if (bitmap->Flags & FLAG_IN_MEMORY) {
-    std::memcpy(bitmap->Bits, rows, bitmap->DataSize);
+  if (uint8_t* const bits = PixelAddress(*bitmap)) {
+    std::memcpy(bits, rows, bitmap->DataSize);
     return;
   }
   const uint32_t stride = bitmap->BytesPerLine;

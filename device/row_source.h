@@ -6,15 +6,14 @@
 #include <cstring>
 
 #include "device/paint_job.h"
+#include "kernel/row_position.h"
 
 namespace vn {
 
 class RowSource {
  public:
   explicit RowSource(const PaintJob& job) : bitmap_(job.bitmap), rows_(job.callerRows) {
-    if (!rows_.rows && (bitmap_->Flags & FLAG_IN_MEMORY)) {
-      rows_ = {bitmap_->Bits, 0, bitmap_->Height};
-    }
+    if (!rows_.rows) rows_ = {PixelAddress(*bitmap_), 0, bitmap_->Height};
   }
 
   // Copies `bytes` bytes of a storage row, from the byte that holds pixel `column` on. What lies

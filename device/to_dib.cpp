@@ -8,6 +8,7 @@
 #include "kernel/guards.h"
 #include "kernel/picture_size.h"
 #include "kernel/pixel_format.h"
+#include "kernel/row_position.h"
 #include "kernel/scratch_buffer.h"
 #include "kernel/thread_settings.h"
 
@@ -61,8 +62,8 @@ uint8_t* PlaceOf(const DibPlan& plan, bool bottomFirst, uint32_t row, uint8_t* p
 
 // Copies all rows as they stand.
 void CopyRows(BitmapHandle* bitmap, const DibPlan& plan, bool bottomFirst, uint8_t* pixels) {
-  if (bottomFirst && (bitmap->Flags & FLAG_IN_MEMORY)) {
-    std::memcpy(pixels, bitmap->Bits, size_t{plan.stride} * plan.height);
+  if (const uint8_t* const bits = bottomFirst ? PixelAddress(*bitmap) : nullptr) {
+    std::memcpy(pixels, bits, size_t{plan.stride} * plan.height);
     return;
   }
   for (uint32_t row = 0; row < plan.height; ++row)

@@ -32,11 +32,12 @@ void PixelTile::Write() {
 }
 
 void ClearRowEnds(BitmapHandle* bitmap) {
-  if (!(bitmap->Flags & FLAG_IN_MEMORY)) return;
+  uint8_t* end = PixelAddress(*bitmap);
+  if (!end) return;
   const uint32_t used =
       PixelTile::RowBytes(bitmap->BitsPerPixel, static_cast<uint32_t>(bitmap->Width));
   if (used == bitmap->BytesPerLine) return;
-  uint8_t* end = bitmap->Bits + used;
+  end += used;
   for (int32_t row = 0; row < bitmap->Height; ++row, end += bitmap->BytesPerLine)
     std::memset(end, 0, bitmap->BytesPerLine - used);
 }

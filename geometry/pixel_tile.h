@@ -3,6 +3,7 @@
 #define VNCORE_GEOMETRY_PIXEL_TILE_H
 
 #include <vncore/vncore.h>
+#include "kernel/row_position.h"
 #include "kernel/scratch_buffer.h"
 
 namespace vn {
@@ -16,8 +17,7 @@ class PixelTile {
     return static_cast<uint32_t>((uint64_t{columns} * static_cast<uint32_t>(bitsPerPixel) + 7) / 8);
   }
 
-  explicit PixelTile(BitmapHandle* bitmap)
-      : bitmap_(bitmap), base_(bitmap->Flags & FLAG_IN_MEMORY ? bitmap->Bits : nullptr) {}
+  explicit PixelTile(BitmapHandle* bitmap) : bitmap_(bitmap), base_(PixelAddress(*bitmap)) {}
 
   bool InMemory() const { return base_ != nullptr; }
   // For a bitmap in a file: a buffer for the largest tile, from the heap or the caller's own.

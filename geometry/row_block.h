@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include <vncore/vncore.h>
+#include "kernel/row_position.h"
 #include "kernel/scratch_buffer.h"
 
 namespace vn {
@@ -16,7 +17,7 @@ class RowBlock {
  public:
   // Rows of a file come in runs of up to `bufferBytes`, or one by one where memory is short.
   RowBlock(BitmapHandle* bitmap, uint32_t bufferBytes)
-      : bitmap_(bitmap), base_(bitmap->Flags & FLAG_IN_MEMORY ? bitmap->Bits : nullptr) {
+      : bitmap_(bitmap), base_(PixelAddress(*bitmap)) {
     if (base_) return;
     capacity_ = std::clamp(bufferBytes / std::max(bitmap->BytesPerLine, 1u), 1u,
                            std::max(static_cast<uint32_t>(bitmap->Height), 1u));

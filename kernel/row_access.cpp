@@ -9,10 +9,11 @@ namespace {
 
 using vn::ByteOfColumn;
 using vn::MoveToRow;
+using vn::PixelAddress;
 
 // Seeks in the temporary file. OK, or what the row call returns.
 VnStatus SeekFile(BitmapHandle* bitmap, uint32_t position) {
-  if (!(bitmap->Flags & FLAG_ON_DISK)) return ERR_NO_MEMORY;  // no storage at all
+  if (!(bitmap->Flags & FLAG_ON_DISK)) return ERR_NO_MEMORY;  // no storage, or no address
   const uint32_t reached = Vn_OsSeek(bitmap->Storage, static_cast<int32_t>(position), 0);
   return reached == position ? OK : ERR_FILE_SEEK;
 }
@@ -32,16 +33,16 @@ int32_t WriteToFile(BitmapHandle* bitmap, const void* buffer, uint32_t position,
 }
 
 inline int32_t Read(BitmapHandle* bitmap, void* buffer, uint32_t position, uint32_t count) {
-  if (bitmap->Flags & FLAG_IN_MEMORY) [[likely]] {
-    std::memcpy(buffer, bitmap->Bits + position, count);
+  if (const uint8_t* const bits = PixelAddress(*bitmap)) [[likely]] {
+    if (count) std::memcpy(buffer, bits + position, count);
     return static_cast<int32_t>(count);
   }
   return ReadFromFile(bitmap, buffer, position, count);
 }
 
 inline int32_t Write(BitmapHandle* bitmap, const void* buffer, uint32_t position, uint32_t count) {
-  if (bitmap->Flags & FLAG_IN_MEMORY) [[likely]] {
-    std::memcpy(bitmap->Bits + position, buffer, count);
+  if (uint8_t* const bits = PixelAddress(*bitmap)) [[likely]] {
+    if (count) std::memcpy(bits + position, buffer, count);
     return static_cast<int32_t>(count);
   }
   return WriteToFile(bitmap, buffer, position, count);

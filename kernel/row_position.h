@@ -55,6 +55,12 @@ inline bool HasPixels(const BitmapHandle& bitmap) {
   return bitmap.Flags & (FLAG_IN_MEMORY | FLAG_ON_DISK);
 }
 
+// The pixels where they have an address: null in a file, and in a moveable block that nobody has
+// locked or that is gone.
+inline uint8_t* PixelAddress(const BitmapHandle& bitmap) {
+  return bitmap.Flags & FLAG_IN_MEMORY ? bitmap.Bits : nullptr;
+}
+
 }  // namespace vn
 
 #endif

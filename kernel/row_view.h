@@ -4,6 +4,7 @@
 #define VNCORE_KERNEL_ROW_VIEW_H
 
 #include <vncore/vncore.h>
+#include "kernel/row_position.h"
 
 namespace vn {
 
@@ -12,9 +13,7 @@ namespace vn {
 class RowView {
  public:
   RowView(BitmapHandle* bitmap, uint8_t* buffer)
-      : bitmap_(bitmap),
-        base_(bitmap->Flags & FLAG_IN_MEMORY ? bitmap->Bits : nullptr),
-        buffer_(buffer) {}
+      : bitmap_(bitmap), base_(PixelAddress(*bitmap)), buffer_(buffer) {}
 
   // True when rows need no buffer.
   bool InPlace() const { return base_ != nullptr; }

@@ -6,6 +6,7 @@
 
 #include "kernel/platform_objects.h"
 #include "tests/support/bitmaps.h"
+#include "tests/support/headless_control.h"
 #include "tests/support/test_printer.h"
 
 namespace vn::test {
@@ -151,6 +152,29 @@ TEST_F(Unallocated, EachFunctionAnswersAsItsHeaderTells) {
         EXPECT_EQ(row.ask(others_, &record), row.expected) << row.call;
       }
       Vn_FreeBitmap(&record);
+    }
+  }
+}
+
+// A moveable block has no address until it is locked, and one that is gone never has.
+HEADLESS_TEST(WithoutAddress, NothingIsReadOrWrittenThroughNull) {
+  const Win32sScope win32s;
+  Others others;
+  for (const int32_t bits : kDepths) {
+    Bitmap bitmap(9, 7, bits);
+    EXPECT_EQ(Vn_GetBitmapRow(bitmap, others.bytes, 3, 2), ERR_NO_MEMORY);
+    EXPECT_EQ(Vn_PutBitmapRow(bitmap, others.bytes, 3, 2), ERR_NO_MEMORY);
+    EXPECT_EQ(Vn_GetBitmapRowCol(bitmap, others.bytes, 3, 1, 1), ERR_NO_MEMORY);
+    EXPECT_EQ(Vn_PutBitmapRowCol(bitmap, others.bytes, 3, 1, 1), ERR_NO_MEMORY);
+    EXPECT_EQ(Vn_PutBitmapRowSegments(bitmap, others.bytes, 3, 0, others.numbers, 2),
+              ERR_NO_MEMORY);
+    for (const Row& row : kRefused) {
+      if (row.expected >= 0) continue;  // what makes a handle makes it of nothing
+      Bitmap gone(9, 7, bits);
+      GlobalFree(gone->Storage);
+      row.ask(others, gone);  // whatever it answers
+      Vn_FreeBitmap(&others.made);
+      if (OpenClipboard(nullptr)) EmptyClipboard(), CloseClipboard();
     }
   }
 }
