@@ -51,9 +51,11 @@ void Convert(World& world, Input& input) {
   Vn_ConvertBuffer(buffer.get(), width, from, to, order, otherOrder, source, target);
 }
 
+// 32768 searches: of sixteen tables that are asked for one is made.
 void MatchTable(World& world, Input& input) {
   const RGBQUAD* const colors = input.Flag() ? world.Colors(input) : nullptr;
   const uint32_t count = colors ? input.Below(256) + 1 : 0;
+  if (colors && input.Below(16) != 15) return;
   uint32_t* const table = Vn_CreateUserMatchTable(colors, count);
   world.Keep(table);
   Vn_SetUserMatchTable(table);

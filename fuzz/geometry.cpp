@@ -10,7 +10,7 @@ namespace vn::fuzz {
 
 namespace {
 
-constexpr double kMostTurned = 1 << 22;  // pixels
+constexpr double kMostTurned = 1 << 19;  // pixels
 
 // The buffer holds the larger of the two rows.
 void Stream(World&, Input& input) {

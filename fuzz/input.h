@@ -5,8 +5,10 @@
 #ifndef VNCORE_FUZZ_INPUT_H
 #define VNCORE_FUZZ_INPUT_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
 
 #include "tests/support/random.h"
@@ -50,12 +52,20 @@ class Input {
     return static_cast<int32_t>(Word());
   }
 
-  // One byte fills any length: all zero, all one, or one of 254 random patterns.
+  // One byte fills any length: all zero, all one, or one of 254 random patterns. A pattern repeats
+  // at a length that no row has, since to draw every byte would take most of a target's time.
   void Fill(void* bytes, size_t count) {
     const uint8_t kind = Byte();
-    if (kind != 0 && kind != 0xFF) return test::Random(kind).Fill(bytes, count);
-    for (size_t i = 0; i < count; ++i)
-      static_cast<uint8_t*>(bytes)[i] = kind;
+    if (count == 0) return;
+    auto* const at = static_cast<uint8_t*>(bytes);
+    if (kind == 0 || kind == 0xFF) {
+      std::memset(at, kind, count);
+      return;
+    }
+    size_t filled = std::min<size_t>(count, 251);
+    test::Random(kind).Fill(at, filled);
+    for (; filled < count; filled *= 2)
+      std::memcpy(at + filled, at, std::min(filled, count - filled));
   }
 
  private:

@@ -32,7 +32,7 @@ class World {
   // Made through Vn_CreateBitmap or its parts, with random pixels.
   void Create(Input& input);
 
-  // Any measures, of which those that are possible make at most 256 KB at `bits`.
+  // Any measures, of which those that are possible make at most 16 KB at `bits`, or one long row.
   Size TakeSize(Input& input, int32_t bits);
   // 256 colours, valid until the next call.
   const RGBQUAD* Colors(Input& input);

@@ -15,7 +15,7 @@ corpus=$(cd "$(dirname "$0")/../fuzz/corpus" && pwd)
 [ $# -gt 0 ] || { cd "$corpus" && set -- * && cd - >/dev/null; }
 
 # A block that no small machine has is refused, as a machine refuses it.
-export ASAN_OPTIONS=allocator_may_return_null=1:max_allocation_size_mb=1024
+export ASAN_OPTIONS=allocator_may_return_null=1:max_allocation_size_mb=1024:malloc_context_size=3:quarantine_size_mb=8
 export UBSAN_OPTIONS=print_stacktrace=1
 # Temporary files of Win32s bitmaps go to memory where there is such a place.
 TMPDIR=$(mktemp -d -p "$([ -w /dev/shm ] && echo /dev/shm || echo "${TMPDIR:-/tmp}")")
