@@ -12,7 +12,11 @@ python=(python3-cffi python3-numpy python3-pil python3-pip python3-setuptools py
 for purpose in "$@"; do
   case $purpose in
     demo) packages+=("${tool[@]}" imagemagick fonts-dejavu-core libsdl2-dev) ;;
-    test) packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils "${python[@]}" python3-distributed) ;;
+    test)
+      packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils)
+      packages+=("${python[@]}" python3-distributed)
+      packages+=(libx11-dev libncurses-dev)  # whose names ours stand beside
+      ;;
     clang) packages+=(clang-14) ;;
     fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
     arm) packages+=(g++-aarch64-linux-gnu qemu-user-static googletest) ;;
