@@ -1,6 +1,6 @@
 // How much of a bitmap its region selects, and which runs of a row.
 #include <vncore/vncore.h>
-#include "region/region_record.h"
+#include "region/band_order.h"
 
 VnStatus VN_CALL Vn_GetBitmapRgnArea(const BitmapHandle* bitmap, uint32_t* area) {
   if (!bitmap) return ERR_NO_BITMAP;
@@ -43,15 +43,12 @@ VnStatus VN_CALL Vn_GetBitmapClipSegments(const BitmapHandle* bitmap, int32_t ro
     *count = 2;
     return OK;
   }
-  const RegionRecord& region = *bitmap->Region;
-  int32_t entries = 0;
-  if (row >= region.header.rcBound.top && row < region.header.rcBound.bottom) {
-    for (const RECT& rect : region) {
-      if (row < rect.top || row >= rect.bottom) continue;
-      segments[entries++] = rect.left;
-      segments[entries++] = rect.right;
-    }
-  }
-  *count = entries;
+  const RECT& bounds = bitmap->Region->header.rcBound;
+  *count = 0;
+  if (row < bounds.top || row >= bounds.bottom) return OK;
+  const vn::BandOrder order = vn::BandOrderOf(bitmap->Region);
+  *count = order == vn::BandOrder::kNone
+               ? vn::WriteRunsOf(row, {bitmap->Region->begin(), bitmap->Region->end()}, segments)
+               : vn::WriteRuns(vn::BandAt(*bitmap->Region, order, row), segments);
   return OK;
 }

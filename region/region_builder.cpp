@@ -30,6 +30,7 @@ RegionRecord* RegionBuilder::Finish(const RECT& bounds) {
   record_->header.iType = RDH_RECTANGLES;
   record_->header.rcBound = bounds;
   SetRegionCount(record_, count_);
+  ForgetBandOrder(record_);
   return ShrinkRegionRecord(std::exchange(record_, nullptr));
 }
 

@@ -81,7 +81,7 @@ VnStatus CopyRegion(BitmapHandle* destination, const BitmapHandle* source, int32
   const uint32_t bytes = RegionRecordBytes(original->header.nCount);
   auto* copy = static_cast<RegionRecord*>(bytes ? Vn_OsAlloc(bytes) : nullptr);
   if (!copy) return ERR_NO_MEMORY;
-  std::memcpy(static_cast<void*>(copy), original, bytes);
+  std::memcpy(static_cast<void*>(copy), original, bytes - sizeof(BandNote));
   copy->CachedRegion = nullptr;
   const RECT area = AreaOf(destination->Width, destination->Height);
   const bool same = dx == 0 && dy == 0 && RectIsWithin(original->header.rcBound, area);

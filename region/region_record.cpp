@@ -15,6 +15,16 @@ void FreeRegionRecord(RegionRecord* record) {
   Vn_OsFree(record);
 }
 
+BandNote* BandNoteOf(RegionRecord* record) {
+  const uint32_t bytes = RegionRecordBytes(record->header.nCount);
+  if (bytes == 0 || GlobalSize(GlobalHandle(record)) < bytes) return nullptr;
+  return reinterpret_cast<BandNote*>(record->end());
+}
+
+void ForgetBandOrder(RegionRecord* record) {
+  if (BandNote* note = BandNoteOf(record)) *note = {~0u, 0};
+}
+
 void SetRegionCount(RegionRecord* record, uint32_t count) {
   record->header.nCount = count;
   record->header.nRgnSize = static_cast<uint32_t>(count * sizeof(RECT));

@@ -33,11 +33,26 @@ static_assert(sizeof(RegionRecord) == kRegionFieldBytes + sizeof(RGNDATAHEADER),
 static_assert(sizeof(RGNDATAHEADER) == 32 && sizeof(RECT) == 16);
 static_assert(sizeof(void*) != 4 || kRegionFieldBytes == 36);
 
-// Bytes of a record of `count` rectangles; 0 when it cannot be told in 32 bits.
+// What is known of the list without a walk, behind its last rectangle: see band_order.h. Blocks made
+// here have room for it; one that comes from elsewhere may end with the list.
+struct BandNote {
+  uint32_t order;
+  uint32_t seal;
+};
+static_assert(alignof(BandNote) <= alignof(RECT));
+
+// Bytes of the block of a record of `count` rectangles; 0 when it cannot be told in 32 bits.
 inline uint32_t RegionRecordBytes(uint32_t count) {
-  constexpr uint32_t kMost = (0xFFFFFFFFu - sizeof(RegionRecord)) / sizeof(RECT);
-  return count > kMost ? 0 : static_cast<uint32_t>(sizeof(RegionRecord) + count * sizeof(RECT));
+  constexpr uint32_t kRest = sizeof(RegionRecord) + sizeof(BandNote);
+  constexpr uint32_t kMost = (0xFFFFFFFFu - kRest) / sizeof(RECT);
+  return count > kMost ? 0 : static_cast<uint32_t>(kRest + count * sizeof(RECT));
 }
+
+// The place of the note, or null where the block has none.
+BandNote* BandNoteOf(RegionRecord* record);
+
+// The list was written: whatever stands behind it tells nothing of it.
+void ForgetBandOrder(RegionRecord* record);
 
 // Deletes the cached object and frees the block. Null is allowed.
 void FreeRegionRecord(RegionRecord* record);
@@ -62,6 +77,7 @@ void MapRegionRecord(RegionRecord* record, const RECT& area, Map map) {
   if (!RectIsWithin(bounds, area) && !IntersectRects(&bounds, bounds, area)) bounds = {0, 0, 0, 0};
   record->header.rcBound = bounds;
   SetRegionCount(record, static_cast<uint32_t>(kept - record->begin()));
+  ForgetBandOrder(record);
 }
 
 // Makes empty bounds all zero.

@@ -4,70 +4,33 @@
 
 namespace vn {
 
-RegionRows::RegionRows(const RegionRecord* record) : record_(record) {
-  Inspect();
-  band_ = record->begin();
-  bandEnd_ = order_ == Order::kNone ? record->end() : band_;
-}
-
-// A banded list, downwards or upwards: rectangles with the same top have the same bottom and stand
-// together, and bands do not overlap.
-void RegionRows::Inspect() {
-  bool down = true, up = true;
-  uint32_t runs = 0;
-  const RECT* before = nullptr;
-  for (const RECT& rect : *record_) {
-    if (before && rect.top == before->top && rect.bottom == before->bottom) {
-      ++runs;
-    } else {
-      if (before) {
-        down = down && rect.top >= before->bottom;
-        up = up && rect.bottom <= before->top;
-      }
-      if (rect.bottom <= rect.top) down = up = false;
-      mostRuns_ = std::max(mostRuns_, runs);
-      runs = 1;
-    }
-    before = &rect;
-  }
-  mostRuns_ = std::max(mostRuns_, runs);
-  if (down) return;
-  order_ = up ? Order::kUp : Order::kNone;
-  if (order_ == Order::kNone) mostRuns_ = record_->header.nCount;
-}
+RegionRows::RegionRows(const RegionRecord* record)
+    : record_(record),
+      look_(LookAtBands(*record)),
+      band_{record->begin(), look_.order == BandOrder::kNone ? record->end() : record->begin()} {}
 
 void RegionRows::GoTo(int32_t row) {
-  if (order_ == Order::kNone) return;
-  if (band_ != bandEnd_ && band_->top <= row && row < band_->bottom) return;
+  if (look_.order == BandOrder::kNone) return;
+  const auto holds = [&](const RECT* rect) {
+    return rect != record_->end() && rect->top <= row && row < rect->bottom;
+  };
+  if (band_.begin != band_.end && holds(band_.begin)) return;
   // A walk down the rows comes to the next band of a list that runs down.
-  if (order_ == Order::kDown && bandEnd_ != record_->end() && bandEnd_->top <= row &&
-      row < bandEnd_->bottom) {
-    band_ = bandEnd_;
-    while (bandEnd_ != record_->end() && bandEnd_->top == band_->top)
-      ++bandEnd_;
+  if (look_.order == BandOrder::kDown && holds(band_.end)) {
+    band_.begin = band_.end;
+    while (holds(band_.end))
+      ++band_.end;
     return;
   }
-  const auto before = [&](const RECT& rect) {
-    return order_ == Order::kDown ? rect.bottom <= row : rect.top > row;
-  };
-  const auto notBehind = [&](const RECT& rect) {
-    return order_ == Order::kDown ? rect.top <= row : rect.bottom > row;
-  };
-  band_ = std::partition_point(record_->begin(), record_->end(), before);
-  bandEnd_ = std::partition_point(band_, record_->end(), notBehind);
+  band_ = BandAt(*record_, look_.order, row);
 }
 
 int32_t RegionRows::Segments(int32_t row, int32_t* segments) {
-  GoTo(row);
-  int32_t* out = segments;
   const RECT& bounds = record_->header.rcBound;
   if (row < bounds.top || row >= bounds.bottom) return 0;
-  for (const RECT* rect = band_; rect != bandEnd_; ++rect) {
-    if (row < rect->top || row >= rect->bottom) continue;
-    *out++ = rect->left;
-    *out++ = rect->right;
-  }
-  return static_cast<int32_t>(out - segments);
+  GoTo(row);
+  return look_.order == BandOrder::kNone ? WriteRunsOf(row, band_, segments)
+                                         : WriteRuns(band_, segments);
 }
 
 bool RegionRows::Contains(int32_t row, int32_t column) {
@@ -76,7 +39,7 @@ bool RegionRows::Contains(int32_t row, int32_t column) {
     return false;
   }
   GoTo(row);
-  return std::any_of(band_, bandEnd_, [&](const RECT& rect) {
+  return std::any_of(band_.begin, band_.end, [&](const RECT& rect) {
     return rect.left <= column && column < rect.right && rect.top <= row && row < rect.bottom;
   });
 }

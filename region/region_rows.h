@@ -2,14 +2,13 @@
 #ifndef VNCORE_REGION_REGION_ROWS_H
 #define VNCORE_REGION_REGION_ROWS_H
 
-#include "region/region_record.h"
+#include "region/band_order.h"
 
 namespace vn {
 
 // A cursor over the record of a bitmap, for a row loop or for many point questions. A look over the
-// list at the start tells whether it is banded: platform lists are, and the flips, scalings and
-// cuts of this library keep them so. Then a row's rectangles stand together and are found by
-// bisection; any other list is walked as it is. The record must not change meanwhile.
+// list at the start tells whether it is banded; then a row's rectangles are found by bisection. Any
+// other list is walked as it is. The record must not change meanwhile.
 class RegionRows {
  public:
   explicit RegionRows(const RegionRecord* record);
@@ -19,20 +18,14 @@ class RegionRows {
   int32_t Segments(int32_t row, int32_t* segments);
   bool Contains(int32_t row, int32_t column);
   // The most entries that a row can have.
-  uint32_t MostSegments() const { return mostRuns_ * 2; }
+  uint32_t MostSegments() const { return look_.mostRuns * 2; }
 
  private:
-  enum class Order : uint8_t { kNone, kDown, kUp };  // how bands follow in the list
-
-  void Inspect();
-  // Rectangles among which all those of the row are.
   void GoTo(int32_t row);
 
   const RegionRecord* record_;
-  Order order_ = Order::kDown;
-  const RECT* band_ = nullptr;  // where the last search ended
-  const RECT* bandEnd_ = nullptr;
-  uint32_t mostRuns_ = 0;
+  BandLook look_;
+  Band band_;  // rectangles among which all those of the row are: where the last search ended
 };
 
 // The entries that a list for any row of the bitmap can need: at least twice what

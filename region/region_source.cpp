@@ -9,11 +9,12 @@ namespace vn {
 VnStatus ReadRegion(HRGN region, RegionRecord** record) {
   const uint32_t size = GetRegionData(region, 0, nullptr);
   if (size == 0) return ERR_INVALID_PARAMETER;
-  ScratchBuffer<uint8_t> block(size_t{kRegionFieldBytes} + size);
+  ScratchBuffer<uint8_t> block(size_t{kRegionFieldBytes} + size + sizeof(BandNote));
   if (!block) return ERR_NO_MEMORY;
   std::memset(block.data(), 0, sizeof(RegionRecord));
   auto* read = reinterpret_cast<RegionRecord*>(block.data());
   if (GetRegionData(region, size, read->Data()) == 0) return ERR_INVALID_PARAMETER;
+  ForgetBandOrder(read);
   *record = reinterpret_cast<RegionRecord*>(block.Release());
   return OK;
 }

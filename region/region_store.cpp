@@ -1,10 +1,13 @@
 // The region of a bitmap: taken from platform regions, kept as a list, given back as one.
 #include "region/region_store.h"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "kernel/platform_objects.h"
 #include "kernel/thread_settings.h"
+#include "region/band_order.h"
 #include "region/region_record.h"
 #include "region/region_source.h"
 #include "region/region_transform.h"
@@ -14,15 +17,6 @@ namespace vn {
 namespace {
 
 RECT WholeBitmap(const BitmapHandle* bitmap) { return {0, 0, bitmap->Width, bitmap->Height}; }
-
-// Maps the rectangles into the bitmap and cuts them to it. The record's address after that.
-RegionRecord* MapRecordIn(RegionRecord* record, const BitmapHandle* bitmap,
-                          const RegionMapping& mapping) {
-  const uint32_t before = record->header.nCount;
-  MapRegionRecord(record, WholeBitmap(bitmap), [&](RECT* rect) { mapping.MapIn(rect); });
-  ClearEmptyBounds(record);
-  return record->header.nCount == before ? record : ShrinkRegionRecord(record);
-}
 
 // A new platform region with the pixels of another one, or null.
 HRGN CopyOf(HRGN region) {
@@ -38,20 +32,55 @@ void AttachRegion(BitmapHandle* bitmap, RegionRecord* record) {
   bitmap->Region = record;
 }
 
-VnStatus InstallRegion(BitmapHandle* bitmap, const RegionTransform* transform, HRGN region) {
-  if (!bitmap) return ERR_NO_BITMAP;
-  if (!region) {
-    AttachRegion(bitmap, nullptr);
-    return OK;
-  }
+namespace {
+
+// A record that no bitmap has yet.
+struct NewRecord {
+  RegionRecord* record;
+  bool same;  // it holds all the pixels of the region that it was read from, and no others
+};
+
+// Reads a platform region, maps it into the bitmap and cuts it to it.
+VnStatus ReadInto(const BitmapHandle* bitmap, const RegionTransform* transform, HRGN region,
+                  NewRecord* made) {
   if (!RegionMapping::IsValid(transform)) return ERR_INVALID_PARAMETER;
   RegionRecord* record = nullptr;
   const RegionMapping mapping(bitmap, transform);
   const VnStatus status = OnWin32s() ? ScanRegion(region, bitmap->Height, mapping, &record)
                                      : ReadRegion(region, &record);
   if (status != OK) return status;
-  AttachRegion(bitmap, MapRecordIn(record, bitmap, mapping));
+  const RECT whole = WholeBitmap(bitmap);
+  const bool same = !mapping.Changes() && RectIsWithin(record->header.rcBound, whole);
+  if (!same) {
+    const uint32_t before = record->header.nCount;
+    MapRegionRecord(record, whole, [&](RECT* rect) { mapping.MapIn(rect); });
+    if (record->header.nCount != before) record = ShrinkRegionRecord(record);
+  }
+  ClearEmptyBounds(record);
+  *made = {record, same};
   return OK;
+}
+
+// Installs a region that is not needed any more: the record keeps it as the object built from its
+// list where that is what it is.
+VnStatus InstallOwned(BitmapHandle* bitmap, const RegionTransform* transform,
+                      OwnedObject<HRGN> region) {
+  NewRecord made{};
+  const VnStatus status = ReadInto(bitmap, transform, region.get(), &made);
+  if (status != OK) return status;
+  if (made.same) made.record->CachedRegion = region.Release();
+  AttachRegion(bitmap, made.record);
+  return OK;
+}
+
+}  // namespace
+
+VnStatus InstallRegion(BitmapHandle* bitmap, const RegionTransform* transform, HRGN region) {
+  if (!bitmap) return ERR_NO_BITMAP;
+  NewRecord made{};
+  const VnStatus status = region ? ReadInto(bitmap, transform, region, &made) : OK;
+  if (status == OK) AttachRegion(bitmap, made.record);
+  return status;
 }
 
 namespace {
@@ -69,6 +98,9 @@ class RegionCache {
     return !transform_ ||
            std::memcmp(transform_, &record_->CachedTransform, sizeof *transform_) == 0;
   }
+
+  // The object, which is the caller's from now on.
+  HRGN Take() { return std::exchange(record_->CachedRegion, nullptr); }
 
   // Keeps a copy of `region`. A store without a transform leaves the mark of an earlier one, so
   // that the record misses at every later call without one, and serves what it stored to a call
@@ -97,62 +129,66 @@ HRGN BuildRegion(const RegionRecord& record, const RegionMapping& mapping) {
   return built.Finish();
 }
 
-// Old and new combined, into new.
+// Old and new combined, into old.
 int CombineOldAndNew(HRGN oldRegion, HRGN newRegion, uint32_t mode) {
   switch (mode) {
     case REGION_COMBINE_AND:
-      return CombineRgn(newRegion, oldRegion, newRegion, RGN_AND);
+      return CombineRgn(oldRegion, oldRegion, newRegion, RGN_AND);
     case REGION_COMBINE_NEW_MINUS_OLD:
-      return CombineRgn(newRegion, newRegion, oldRegion, RGN_DIFF);
+      return CombineRgn(oldRegion, newRegion, oldRegion, RGN_DIFF);
     case REGION_COMBINE_OLD_MINUS_NEW:
-      return CombineRgn(newRegion, oldRegion, newRegion, RGN_DIFF);
+      return CombineRgn(oldRegion, oldRegion, newRegion, RGN_DIFF);
     case REGION_COMBINE_OR:
-      return CombineRgn(newRegion, oldRegion, newRegion, RGN_OR);
+      return CombineRgn(oldRegion, oldRegion, newRegion, RGN_OR);
     default:
-      return CombineRgn(newRegion, oldRegion, newRegion, RGN_XOR);
+      return CombineRgn(oldRegion, oldRegion, newRegion, RGN_XOR);
   }
 }
 
 VnStatus InstallInverted(BitmapHandle* bitmap, const RegionTransform* transform, HRGN region) {
-  const OwnedObject<HRGN> whole(CreateRectRgn(0, 0, bitmap->Width, bitmap->Height));
+  OwnedObject<HRGN> whole(CreateRectRgn(0, 0, bitmap->Width, bitmap->Height));
   if (!whole || CombineRgn(whole.get(), whole.get(), region, RGN_XOR) == RGN_ERROR) {
     return ERR_NO_MEMORY;
   }
-  return InstallRegion(bitmap, transform, whole.get());
+  return InstallOwned(bitmap, transform, std::move(whole));
 }
 
-// `install` gives the bitmap the new shape, transformed and cut: it is combined as it then stands
-// in the record.
-template <class Install>
-VnStatus InstallCombined(BitmapHandle* bitmap, uint32_t mode, Install install) {
-  HRGN handle = nullptr;
-  VnStatus status = Vn_GetBitmapRgnHandle(bitmap, nullptr, &handle);
-  if (status != OK) return status;
-  const OwnedObject<HRGN> oldRegion(handle);
-  status = install();
-  if (status != OK) return status;
-  status = Vn_GetBitmapRgnHandle(bitmap, nullptr, &handle);
-  if (status != OK) return status;
-  const OwnedObject<HRGN> newRegion(handle);
-  if (CombineOldAndNew(oldRegion.get(), newRegion.get(), mode) == RGN_ERROR) {
+// The present region as an object of the caller's own. A record that is about to go gives the one
+// that it keeps.
+OwnedObject<HRGN> TakePresent(BitmapHandle* bitmap) {
+  if (bitmap->Region) {
+    RegionCache cache(bitmap->Region, nullptr);
+    if (cache.Serves()) return OwnedObject<HRGN>(cache.Take());
+    return OwnedObject<HRGN>(BuildRegion(*bitmap->Region, RegionMapping(bitmap, nullptr)));
+  }
+  return OwnedObject<HRGN>(CreateRectRgn(0, 0, bitmap->Width, bitmap->Height));
+}
+
+// Takes `record` over, the new shape as it lies in the bitmap, and combines it with the present
+// region. `shape` is a platform region of the same pixels, or null where there is none. A failure
+// after the first step leaves the new shape alone.
+VnStatus InstallCombined(BitmapHandle* bitmap, RegionRecord* record, HRGN shape, uint32_t mode) {
+  OwnedObject<HRGN> all = TakePresent(bitmap);
+  if (!all) {
+    FreeRegionRecord(record);
     return ERR_NO_MEMORY;
   }
-  return InstallRegion(bitmap, nullptr, newRegion.get());
+  AttachRegion(bitmap, record);
+  OwnedObject<HRGN> built;
+  if (!shape) {
+    built = OwnedObject<HRGN>(BuildRegion(*record, RegionMapping(bitmap, nullptr)));
+    shape = built.get();
+  }
+  if (!shape || CombineOldAndNew(all.get(), shape, mode) == RGN_ERROR) return ERR_NO_MEMORY;
+  return InstallOwned(bitmap, nullptr, std::move(all));
 }
 
 }  // namespace
 
 VnStatus InstallRecord(BitmapHandle* bitmap, RegionRecord* record, uint32_t combine) {
-  bool taken = false;
-  const auto attach = [&]() -> VnStatus {
-    AttachRegion(bitmap, record);
-    taken = true;
-    return OK;
-  };
-  const VnStatus status =
-      combine == REGION_COMBINE_REPLACE ? attach() : InstallCombined(bitmap, combine, attach);
-  if (!taken) FreeRegionRecord(record);
-  return status;
+  if (combine != REGION_COMBINE_REPLACE) return InstallCombined(bitmap, record, nullptr, combine);
+  AttachRegion(bitmap, record);
+  return OK;
 }
 
 }  // namespace vn
@@ -165,8 +201,10 @@ VnStatus VN_CALL Vn_SetBitmapRgnHandle(BitmapHandle* bitmap, const RegionTransfo
   if (combine == REGION_COMBINE_REPLACE_INVERTED) {
     return vn::InstallInverted(bitmap, transform, region);
   }
-  return vn::InstallCombined(bitmap, combine,
-                             [&] { return vn::InstallRegion(bitmap, transform, region); });
+  vn::NewRecord made{};
+  const VnStatus status = vn::ReadInto(bitmap, transform, region, &made);
+  if (status != OK) return status;
+  return vn::InstallCombined(bitmap, made.record, made.same ? region : nullptr, combine);
 }
 
 VnStatus VN_CALL Vn_GetBitmapRgnHandle(BitmapHandle* bitmap, const RegionTransform* transform,
@@ -204,9 +242,9 @@ VnStatus VN_CALL Vn_OffsetBitmapRgn(BitmapHandle* bitmap, int32_t rows, int32_t 
   HRGN handle = nullptr;
   const VnStatus status = Vn_GetBitmapRgnHandle(bitmap, nullptr, &handle);
   if (status != OK) return status;
-  const vn::OwnedObject<HRGN> region(handle);
+  vn::OwnedObject<HRGN> region(handle);
   if (OffsetRgn(handle, columns, rows) == RGN_ERROR) return ERR_NO_MEMORY;
-  return Vn_SetBitmapRgnHandle(bitmap, nullptr, handle, REGION_COMBINE_REPLACE);
+  return vn::InstallOwned(bitmap, nullptr, std::move(region));
 }
 
 VnStatus VN_CALL Vn_FreeBitmapRgn(BitmapHandle* bitmap) {
@@ -224,8 +262,8 @@ int32_t VN_CALL Vn_IsPtInBitmapRgn(const BitmapHandle* bitmap, int32_t row, int3
   };
   if (!bitmap->Region) return holds(vn::WholeBitmap(bitmap));
   if (!holds(bitmap->Region->header.rcBound)) return 0;
-  for (const RECT& rect : *bitmap->Region) {
-    if (holds(rect)) return 1;
-  }
-  return 0;
+  vn::Band among = {bitmap->Region->begin(), bitmap->Region->end()};
+  const vn::BandOrder order = vn::BandOrderOf(bitmap->Region);
+  if (order != vn::BandOrder::kNone) among = vn::BandAt(*bitmap->Region, order, row);
+  return std::any_of(among.begin, among.end, holds);
 }

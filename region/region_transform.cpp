@@ -57,6 +57,11 @@ RegionMapping::RegionMapping(const BitmapHandle* bitmap, const RegionTransform* 
   scaleY_ = transform->YScaleNumerator != transform->YScaleDenominator;
 }
 
+bool RegionMapping::Changes() const {
+  return transform_ &&
+         (flip_ || scaleX_ || scaleY_ || transform_->XOffset != 0 || transform_->YOffset != 0);
+}
+
 void RegionMapping::MapIn(RECT* rect) const {
   if (!transform_) return;
   const RegionTransform& t = *transform_;

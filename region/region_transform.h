@@ -23,6 +23,8 @@ class RegionMapping {
   // `transform` is valid and outlives the mapping.
   RegionMapping(const BitmapHandle* bitmap, const RegionTransform* transform);
 
+  // Whether it moves anything.
+  bool Changes() const;
   // Caller's space to the bitmap's: offset, scale truncated, flip.
   void MapIn(RECT* rect) const;
   // The bitmap's space to the caller's: flip, scale, offset. Columns round up; rows round up for a

@@ -2,6 +2,11 @@
 // cases.
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "region/region_motion.h"
 #include "region/region_rows.h"
 #include "tests/support/bitmaps.h"
 #include "tests/support/headless_control.h"
@@ -48,6 +53,58 @@ TEST(Region, CapacityHoldsRowsThatAlternate) {
   Vn_GetBitmapClipSegmentsMax(bitmap, &reported);
   EXPECT_EQ(reported, 6);
   EXPECT_GE(ClipSegmentsCapacity(bitmap), 12u);
+}
+
+// Runs and points of every row are those of a walk through the list: of the platform's, of one that
+// was turned over where it lies, and of one in any order that a caller brought in a block that ends
+// with it.
+TEST(Region, RowsAreThoseOfAWalkThroughAnyList) {
+  Random random(3);
+  for (int32_t round = 0; round < 60; ++round) {
+    Plain bitmap(40, 30);
+    RegionUnion shape;
+    for (int32_t i = 0, x, y; i < round / 2; ++i) {
+      x = random.Between(0, 38), y = random.Between(0, 28);
+      shape.Add({x, y, x + random.Between(1, 9), y + random.Between(1, 4)});
+    }
+    bitmap.Select(Region(shape.Finish()).get());
+    RegionRecord* const record = bitmap->Region;
+    const size_t bytes = sizeof *record + record->header.nCount * sizeof(RECT);
+    auto* brought = static_cast<RegionRecord*>(Vn_OsAlloc(static_cast<uint32_t>(bytes)));
+    std::memcpy(static_cast<void*>(brought), record, bytes);
+    const auto last = static_cast<int32_t>(record->header.nCount) - 1;
+    for (RECT& rect : *brought)
+      std::swap(rect, brought->Rects()[random.Between(0, last)]);
+    const auto look = [&] {
+      for (int32_t y = -1; y < 31; ++y) {
+        std::vector<int32_t> walked, found(80);
+        for (const RECT& rect : *bitmap->Region)
+          if (rect.top <= y && y < rect.bottom)
+            walked.insert(walked.end(), {rect.left, rect.right});
+        int32_t count = 0;
+        Vn_GetBitmapClipSegments(bitmap, y, found.data(), &count);
+        found.resize(static_cast<size_t>(count));
+        ASSERT_EQ(found, walked);
+        for (int32_t x = 0; x < 40; ++x) {
+          int32_t inside = 0;
+          for (size_t i = 0; i < walked.size(); i += 2)
+            inside |= walked[i] <= x && x < walked[i + 1];
+          ASSERT_EQ(Vn_IsPtInBitmapRgn(bitmap, y, x), inside);
+        }
+      }
+    };
+    look();
+    FlipRegion(bitmap);
+    look();
+    ReverseRegion(bitmap);
+    look();
+    bitmap->Region = brought;
+    look();
+    FlipRegion(bitmap);
+    look();
+    Vn_FreeBitmapRgn(bitmap);
+    bitmap->Region = record;
+  }
 }
 
 HEADLESS_TEST(Region, CacheServesTheTransformItWasBuiltFor) {
