@@ -6,11 +6,11 @@
 #include <vector>
 
 #include <vncore/vncore.h>
+#include "bench/random_rects.h"
 #include "kernel/platform_objects.h"
 #include "region/region_motion.h"
 #include "region/region_rows.h"
 #include "region/region_union.h"
-#include "tests/support/random.h"
 #ifdef VNCORE_HAVE_PIXMAN
 #include <pixman.h>
 #endif
@@ -18,18 +18,7 @@
 namespace vn {
 namespace {
 
-// Rectangles of up to `most` pixels a side on a plane of 16384 by 16384.
-std::vector<RECT> RandomRects(int32_t count, int32_t most) {
-  test::Random random(7);
-  std::vector<RECT> rects(static_cast<size_t>(count));
-  for (RECT& rect : rects) {
-    rect.left = random.Between(0, 16383);
-    rect.top = random.Between(0, 16383);
-    rect.right = rect.left + random.Between(1, most);
-    rect.bottom = rect.top + random.Between(1, most);
-  }
-  return rects;
-}
+using bench::RandomRects;
 
 void UnionHeadless(benchmark::State& state) {
   const std::vector<RECT> rects = RandomRects(10000, static_cast<int32_t>(state.range(0)));
