@@ -24,31 +24,66 @@ double SecondsOfCall(const Work& work) {
   return ThreadSeconds() - start;
 }
 
-inline double MedianOf(std::vector<double> seconds) {
-  const auto middle = seconds.begin() + static_cast<ptrdiff_t>(seconds.size() / 2);
-  std::nth_element(seconds.begin(), middle, seconds.end());
-  return *middle;
+// The value below which a part of the values lies.
+inline double PartOf(std::vector<double> values, double part) {
+  const auto at =
+      values.begin() + static_cast<ptrdiff_t>(static_cast<double>(values.size()) * part);
+  std::nth_element(values.begin(), at, values.end());
+  return *at;
 }
+inline double MedianOf(const std::vector<double>& values) { return PartOf(values, 0.5); }
 
-// Times `ours` and `peer` in turns and reports the medians:
+// Reports our time beside a peer's:
 //   MP/s       megapixels a second of ours, `pixels` of them in a call,
 //   peer_MP/s  the same of the peer,
-//   ours/peer  our time as a part of the peer's: below 1 we are faster.
+//   ours/peer  our time as a part of the peer's: below 1 we are faster,
+//   moved      bytes that ours have to read and to write in a call, where told.
+inline void ReportBeside(benchmark::State& state, double pixels, double ours, double peer,
+                         size_t moved) {
+  state.counters["MP/s"] = pixels / ours / 1e6;
+  state.counters["peer_MP/s"] = pixels / peer / 1e6;
+  state.counters["ours/peer"] = ours / peer;
+  if (moved) state.counters["moved"] = static_cast<double>(moved);
+}
+
+// Times `ours` and `peer` in turns and reports the medians, and with them
+//   low, high  between which the middle half of the turns lay, each with its own ours/peer.
 // The benchmark's own time is that of ours.
 template <class Ours, class Peer>
-void BesidePeer(benchmark::State& state, double pixels, const Ours& ours, const Peer& peer) {
+void BesidePeer(benchmark::State& state, double pixels, const Ours& ours, const Peer& peer,
+                size_t moved = 0) {
   ours();
   peer();
-  std::vector<double> our, their;
+  std::vector<double> our, their, ratios;
   for (auto _ : state) {
     our.push_back(SecondsOfCall(ours));
     their.push_back(SecondsOfCall(peer));
+    ratios.push_back(our.back() / their.back());
     state.SetIterationTime(our.back());
   }
   if (our.empty()) return;
-  state.counters["MP/s"] = pixels / MedianOf(our) / 1e6;
-  state.counters["peer_MP/s"] = pixels / MedianOf(their) / 1e6;
-  state.counters["ours/peer"] = MedianOf(our) / MedianOf(their);
+  ReportBeside(state, pixels, MedianOf(our), MedianOf(their), moved);
+  state.counters["low"] = PartOf(ratios, 0.25);
+  state.counters["high"] = PartOf(ratios, 0.75);
+}
+
+// The same beside a peer in a process of its own, which took `theirs` in its fastest run; 0 when it
+// failed. Our fastest run counts as well.
+template <class Ours>
+void BesideProcess(benchmark::State& state, double pixels, const Ours& ours, double theirs,
+                   size_t moved = 0) {
+  if (theirs <= 0) {
+    state.SkipWithError("the peer gave no time");
+    return;
+  }
+  ours();
+  std::vector<double> our;
+  for (auto _ : state) {
+    our.push_back(SecondsOfCall(ours));
+    state.SetIterationTime(our.back());
+  }
+  if (our.empty()) return;
+  ReportBeside(state, pixels, PartOf(our, 0), theirs, moved);
 }
 
 }  // namespace vn::bench

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "bench/photograph.h"
+#include "bench/pillow_seconds.h"
 #include "bench/script_seconds.h"
 
 namespace vn::bench {
@@ -36,16 +37,21 @@ class PictureFile {
   bool written_ = false;
 };
 
-double SecondsOfReduction(const std::string& picture, const char* method) {
+}  // namespace
+
+double PillowSeconds(const std::string& options) {
+  const PictureFile file;
+  if (!file.Written()) return 0;
   return SecondsOfScript(
-      std::string(VNCORE_BENCH_PYTHON " " VNCORE_BENCH_PILLOW_SCRIPT " --seconds --method ") +
-      method + " '" + picture + "'");
+      std::string(VNCORE_BENCH_PYTHON " " VNCORE_BENCH_PILLOW_SCRIPT " --seconds ") + options +
+      " '" + file.Path() + "'");
 }
 
+namespace {
+
 void Pillow(benchmark::State& state, const char* method) {
-  const PictureFile file;
   for (auto _ : state) {
-    const double seconds = file.Written() ? SecondsOfReduction(file.Path(), method) : 0;
+    const double seconds = PillowSeconds(std::string("--method ") + method);
     if (seconds <= 0) {
       state.SkipWithError("Pillow gave no time");
       return;

@@ -12,20 +12,9 @@ void BesidePillow(benchmark::State& state, const char* turn, int32_t degrees100)
   const double pixels = double{1} * picture->Width * picture->Height;
   const double theirs = SecondsOfScript(std::string(VNCORE_BENCH_PILLOW_TURN " ") + turn + " " +
                                         std::to_string(bits));
-  if (theirs <= 0) {
-    state.SkipWithError("Pillow gave no time");
-    return;
-  }
-  std::vector<double> ours;
-  for (auto _ : state) {
-    ours.push_back(SecondsOfCall(
-        [&] { Vn_RotateBitmapFine(picture, degrees100, degrees100 == 9000, RGB(0, 0, 0)); }));
-    state.SetIterationTime(ours.back());
-  }
-  const double fastest = *std::min_element(ours.begin(), ours.end());
-  state.counters["MP/s"] = pixels / fastest / 1e6;
-  state.counters["peer_MP/s"] = pixels / theirs / 1e6;
-  state.counters["ours/peer"] = fastest / theirs;
+  BesideProcess(
+      state, pixels,
+      [&] { Vn_RotateBitmapFine(picture, degrees100, degrees100 == 9000, RGB(0, 0, 0)); }, theirs);
 }
 void Quarter(benchmark::State& state) { BesidePillow(state, "quarter", 9000); }
 void Fine(benchmark::State& state) { BesidePillow(state, "fine", 1730); }
