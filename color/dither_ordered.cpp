@@ -1,4 +1,5 @@
 // Loops without error: the nearest colour of each pixel, and the two threshold matrices.
+#include "color/cell_answers_avx2.h"
 #include "color/dither_blocks.h"
 #include "color/dither_choice.h"
 #include "color/dither_loops.h"
@@ -19,6 +20,25 @@ void NearestLine(DitherRecord& run, uint32_t order, const uint8_t* source, uint8
     }
   });
 }
+
+#ifdef VNCORE_HAVE_AVX2
+// Vectors go on until a cell has no answer yet; it gets one then.
+void NearestCellLine(DitherRecord& run, uint32_t order, const uint8_t* source, uint8_t* target,
+                     size_t width) {
+  const CellChoice choice(run);
+  ForDitherBlocks(run, order, source, target, width, [&](DitherBlock& block, size_t, size_t count) {
+    const auto* const pixels = reinterpret_cast<const uint8_t*>(block.pixels);
+    for (size_t x = 0; x < count;) {
+      x += CellAnswersAvx2(pixels + 4 * x, count - x, run.CellAnswers, block.indexes + x);
+      for (const size_t end = std::min(x + 8, count); x < end; ++x) {
+        const Rgb color = ColorOf(block.pixels[x]);
+        block.indexes[x] = run.Answers[choice.Choose(color)].rgbReserved;
+        run.CellAnswers[CellOf(color)] = block.indexes[x];
+      }
+    }
+  });
+}
+#endif
 
 const uint8_t* NextThresholds(DitherRecord& run) {
   const auto& matrix = run.Method == DITHER_CLUSTERED ? ClusteredMatrix : OrderedMatrix;
@@ -55,6 +75,9 @@ void OrderedLine(DitherRecord& run, uint32_t order, const uint8_t* source, uint8
 
 DitherLineProc SelectNearestLine(const DitherRecord& run) {
   if (run.TargetBits == DepthOfFixed(run)) return FixedLine<false>;
+#ifdef VNCORE_HAVE_AVX2
+  if (run.CellAnswers) return NearestCellLine;
+#endif
   return WithChoice(run, []<class Choice>(Choice*) { return NearestLine<Choice>; });
 }
 

@@ -6,11 +6,13 @@
 #include <memory>
 #include <utility>
 
+#include "color/cell_answers_avx2.h"
 #include "color/dither_filters.h"
 #include "color/fixed_palettes.h"
 #include "color/palettes.h"
 #include "kernel/pixel_format.h"
 #include "kernel/scratch_buffer.h"
+#include "kernel/vector.h"
 
 namespace vn {
 namespace {
@@ -19,6 +21,7 @@ constexpr BYTE kReserved = 3;  // flags of entries that no pixel is matched to
 
 void FreeRecord(DitherRecord* run) {
   if (run->MatchCells && run->PaletteKind == PALETTE_CUSTOM) Vn_OsFree(run->MatchCells);
+  if (run->CellAnswers) Vn_OsFree(run->CellAnswers);
   for (int32_t* row : run->ErrorRows) {
     if (row) Vn_OsFree(row);
   }
@@ -102,6 +105,17 @@ VnStatus AllocateErrorRows(DitherRecord& run, int32_t width) {
   return OK;
 }
 
+// For pictures large enough to fill it. Without it the plain loop runs.
+void AllocateCellAnswers(DitherRecord& run, const BitmapHandle& bitmap) {
+  constexpr int64_t kWorthwhile = 4 * int64_t{kMatchCells};
+  if (!run.MatchCells || run.Method != DITHER_NONE || !VNCORE_VECTOR_FORM(false, true) ||
+      int64_t{bitmap.Width} * bitmap.Height < kWorthwhile) {
+    return;
+  }
+  run.CellAnswers = ScratchBuffer<uint16_t>(kMatchCells).Release();
+  if (run.CellAnswers) std::fill_n(run.CellAnswers, kMatchCells, kNoAnswer);
+}
+
 // Lets each palette colour find itself without a search. The first of several in a cell wins, and
 // what the cell held before stays.
 void SeedMatchCells(const DitherRecord& run) {
@@ -153,6 +167,7 @@ VnStatus StartDitherState(BitmapHandle* bitmap, const RGBQUAD* colors, uint32_t 
   }
   const VnStatus rows = AllocateErrorRows(run, bitmap->Width);
   if (rows != OK) return rows;
+  AllocateCellAnswers(run, *bitmap);
   SeedMatchCells(run);
   run.Line = SelectDitherLine(run);
   bitmap->DitherState = owner.release();

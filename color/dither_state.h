@@ -28,6 +28,9 @@ struct Vn_DitherRecord {
   RGBQUAD SourceColors[256];  // the source bitmap's palette, up to 8 bits
   RGBQUAD TargetColors[256];  // the target table, the rest zero
   uint32_t* MatchCells;       // match table, null for the fixed kinds; owned under PALETTE_CUSTOM
+  // Palette indexes by cell for the vector loop, kNoAnswer in cells not asked for yet. Null where
+  // that loop does not run.
+  uint16_t* CellAnswers;
   int32_t SourceBits;
   int32_t Method;
   int32_t PaletteKind;

@@ -141,6 +141,20 @@ void Nearest(const uint8_t* source, uint8_t* target, size_t width) {
   for (int32_t i = 0; i < 64; ++i)
     *target = static_cast<uint8_t>(*target * 5 + search.Find({i * 3, 255 - i * 4, i * i & 255}));
 }
+// A line of a picture that is large enough for answers by cell.
+void Cells(const uint8_t* source, uint8_t* target, size_t width) {
+  if (!width) return;
+  Colors colors(200);
+  Random(9).Fill(&colors[0].rgbBlue, colors.size() * sizeof(RGBQUAD));
+  for (RGBQUAD& color : colors)
+    color.rgbReserved = 0;
+  BitmapHandle picture{};
+  Vn_InitBitmap(&picture, static_cast<int32_t>(width), 1 << 20, 24);
+  picture.DitherMethod = DITHER_NONE;
+  if (Vn_StartDithering(&picture, colors.data(), 200) != OK) return;
+  Vn_DitherLine(&picture, source, target);
+  Vn_StopDithering(&picture);
+}
 void Shade(const uint8_t* source, uint8_t* target, size_t width) {
   VNCORE_VECTOR_FORM(ShadePlain, ShadeAvx2)(target, source, width);
 }
@@ -204,6 +218,7 @@ const Form kForms[] = {
     {"ordered 4", Block<32>, Block<4>, Ordered<4>},
     {"ordered 8", Block<32>, Block<8>, Ordered<8>},
     {"nearest", Block<32>, Block<1>, Nearest},
+    {"cells", Block<24>, Block<8>, Cells},
     {"shade", Block<8>, Block<24>, Shade},
     {"combine 4", Block<4>, Block<4>, Combine<4, 0>},
     {"combine 16", Block<16>, Block<16>, Combine<16, 0>},
