@@ -5,6 +5,7 @@
 #include <new>
 
 #include <vncore/vn_frame.h>
+#include "tools/terminal/documents.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/interrupt.h"
 
@@ -46,6 +47,7 @@ int RunProgram(const std::string& program, const std::function<void()>& run) {
 }
 
 bool ParseCommandLine(CLI::App& app, int argc, char** argv) {
+  AddDocumentsOption(app, VersionLine(app.get_name()));
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
