@@ -55,9 +55,8 @@ class Bitmap(ColorOperations, GeometryOperations, RegionOperations):
             bits = 24 if given.ndim == 3 else 0
         height, width = given.shape[:2]
         bitmap = cls._of(cls._created(width, height, bits, table))
-        rows = bitmap.rows
         packed = _packed(given, bits)
-        rows[:, :packed.shape[1]] = packed
+        bitmap._visit(lambda rows: np.copyto(bitmap._shaped(rows)[:, :packed.shape[1]], packed))
         return bitmap
 
     @classmethod
@@ -104,7 +103,7 @@ class Bitmap(ColorOperations, GeometryOperations, RegionOperations):
     def _stored(self) -> Bytes:
         """All rows as bytes, copied, wherever they lie: shape (height, bytes from row to row)."""
         if self.in_memory:
-            return self._row_bytes().copy()
+            return self._visit(np.copy)
         return np.stack([self.read_row(line) for line in range(self.height)])
 
     def _values(self) -> Bytes:

@@ -45,9 +45,12 @@ class RegionOperations(Storage):
             with _BorrowedMask(record.Width, record.Height) as cells:
                 cells._record.ViewOrigin = record.ViewOrigin
                 cells._record.Region = record.Region
-                call("Vn_FillBitmap", cells._record, _WHITE)
-                cells._record.Region = ffi.NULL
-                return np.unpackbits(cells.rows, axis=1, count=record.Width).view(np.bool_)
+                try:
+                    call("Vn_FillBitmap", cells._record, _WHITE)
+                finally:
+                    cells._record.Region = ffi.NULL
+                packed = cells._visit(np.copy)
+            return np.unpackbits(packed, axis=1, count=record.Width).view(np.bool_)
 
     @region.setter
     def region(self, cells: Optional[ArrayLike]) -> None:
@@ -60,7 +63,7 @@ class RegionOperations(Storage):
                 other = picture._record
                 other.ViewOrigin = record.ViewOrigin
                 packed = np.packbits(mask, axis=1)
-                picture.rows[:, :packed.shape[1]] = packed
+                picture._visit(lambda rows: np.copyto(rows[:, :packed.shape[1]], packed))
                 call("Vn_SetBitmapRgnColor", other, _WHITE, lib.VN_REGION_COMBINE_REPLACE)
                 # Of two records of one size and row order either may own the region.
                 lib.Vn_FreeBitmapRgn(record)
@@ -100,9 +103,6 @@ class _BorrowedMask(Storage):
 
     def __init__(self, width: int, height: int) -> None:
         super().__init__(self._created(width, height, 1, None))
-
-    def __exit__(self, *exception: object) -> None:
-        """Leaves it to the collector: a view of its rows may be alive."""
 
 
 _PREFIXES = {"not-file-": lib.VN_COMBINE_SRC_NOT, "not-picture-": lib.VN_COMBINE_DST_NOT,

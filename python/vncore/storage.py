@@ -2,7 +2,7 @@
 import threading
 import weakref
 from contextlib import contextmanager
-from typing import Any, Iterator, Optional
+from typing import Any, Callable, Iterator, Optional, TypeVar
 
 import numpy as np
 from numpy.typing import NDArray
@@ -13,11 +13,15 @@ from .colors import colors_of, table_of
 from .errors import error_for
 from .library import ffi, lib
 
+_Result = TypeVar("_Result")
+
 
 class _Exported:
     """The rows as bytes, and what every view of them holds on to: while this lives, so do they."""
 
     def __init__(self, record: Any) -> None:
+        if record.Bits == ffi.NULL:
+            raise BufferError("the pixels lie in a temporary file: read_row() and write_row()")
         self.record = record
         self.__array_interface__ = {
             "version": 3, "typestr": "|u1", "shape": (record.Height, record.BytesPerLine),
@@ -109,11 +113,14 @@ class Storage:
 
         Shape (height, width, 3), RGB, of uint8 at 24 and 32 bits, (height, width) of uint16 at 16 and
         of uint8 at 8, and (height, bytes) of packed pixels, the leftmost in the high bits, at 1 and
-        4. The storage has blue first, so that RGB steps backwards through the channels. As long as such an array is alive, operations that
-        would give the bitmap other pixels raise BufferError. Pixels in a temporary file have no
-        address: BufferError, and read_row() is the way to them.
+        4. The storage has blue first, so that RGB steps backwards through the channels. As long as
+        such an array is alive, operations that would give the bitmap other pixels raise BufferError.
+        Pixels in a temporary file have no address: BufferError, and read_row() is the way to them.
         """
-        rows = self._row_bytes()
+        return self._shaped(self._row_bytes())
+
+    def _shaped(self, rows: Bytes) -> NDArray[Any]:
+        """Rows of bytes as `rows` shows them."""
         bits, width = self.bits, self.width
         if bits < 8:
             return rows
@@ -132,14 +139,17 @@ class Storage:
     def _row_bytes(self) -> Bytes:
         """The view that all others are made of: shape (height, bytes from row to row)."""
         with self._working() as record:
-            if not self.in_memory:
-                raise BufferError("the pixels lie in a temporary file: read_row() and write_row()")
             exported = self._exported() if self._exported else None
             if exported is None:
                 exported = _Exported(record)
                 self._exported = weakref.ref(exported)
-            rows = np.asarray(exported)
-            return rows[::-1] if bottom_first(record) else rows
+            return _from_top(exported)
+
+    def _visit(self, visitor: Callable[[Bytes], _Result]) -> _Result:
+        """Hands the rows of a bitmap in memory to `visitor`, which keeps no view of them. Unlike
+        `rows` it bars nothing later: a profiler may hold a frame, and with it a view, for a while."""
+        with self._working() as record:
+            return visitor(_from_top(_Exported(record)))
 
     def read_row(self, line: int) -> Bytes:
         """The bytes of picture line `line`, 0 at the top: a copy, wherever the pixels lie."""
@@ -170,6 +180,12 @@ class Storage:
         """The colours of the pixel values, shape (count, 3), RGB; None above 8 bits."""
         with self._working() as record:
             return colors_of(*palette_table(record)) if record.ColorCount else None
+
+
+def _from_top(exported: _Exported) -> Bytes:
+    """The rows as bytes, top line first."""
+    rows = np.asarray(exported)
+    return rows[::-1] if bottom_first(exported.record) else rows
 
 
 def bottom_first(record: Any) -> bool:
