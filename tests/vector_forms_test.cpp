@@ -8,6 +8,7 @@
 
 #include "color/color_rows.h"
 #include "color/color_search.h"
+#include "color/dither_blocks.h"
 #include "color/gray_rows.h"
 #include "color/ordered_rows.h"
 #include "compose/combine_rows.h"
@@ -132,6 +133,10 @@ void Ordered(const uint8_t* source, uint8_t* target, size_t width) {
   constexpr uint8_t kThresholds[] = {0, 100, 252, 7, 128, 64, 30, 200};
   OrderedRows(32, false, nullptr, Bits).Dither(source, 0, kThresholds, target, width);
 }
+template <int Bits>
+void Indexes(const uint8_t* source, uint8_t* target, size_t width) {
+  SelectWriteIndexes(Bits)(source, width, target);
+}
 void Nearest(const uint8_t* source, uint8_t* target, size_t width) {
   if (!width) return;
   const auto* const colors = reinterpret_cast<const RGBQUAD*>(source);
@@ -217,6 +222,8 @@ const Form kForms[] = {
     {"ordered 1", Block<32>, Block<1>, Ordered<1>},
     {"ordered 4", Block<32>, Block<4>, Ordered<4>},
     {"ordered 8", Block<32>, Block<8>, Ordered<8>},
+    {"indexes 1", Block<8>, Block<1>, Indexes<1>},
+    {"indexes 4", Block<8>, Block<4>, Indexes<4>},
     {"nearest", Block<32>, Block<1>, Nearest},
     {"cells", Block<24>, Block<8>, Cells},
     {"shade", Block<8>, Block<24>, Shade},
