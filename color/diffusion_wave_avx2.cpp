@@ -45,20 +45,23 @@ void Transpose(const uint8_t* from, ptrdiff_t fromStride, uint8_t* to, ptrdiff_t
   }
 }
 
-// The fixed palettes: from colours within 0 to 255, blue first, the index, and the palette's colour.
+// The fixed palettes: Choose gives the index of colours within 0 to 255, blue first, and leaves in
+// their place the errors.
 template <int Bits>
 struct Palette;
 
 template <>
 struct Palette<1> {
   static constexpr int kMostError = 255;
-  static Vector Choose(const Vector* wanted, Vector* chosen) {
-    const Vector blue = wanted[0], green = wanted[1], red = wanted[2];
+  static Vector Choose(Vector& blue, Vector& green, Vector& red) {
     // A gray of 128 or more, before its weights are divided away.
     const Vector sum = _mm256_add_epi16(_mm256_add_epi16(_mm256_add_epi16(red, red), blue),
                                         _mm256_add_epi16(_mm256_slli_epi16(green, 2), green));
     const Vector light = _mm256_cmpgt_epi16(sum, All(8 * 128 - 4 - 1));
-    chosen[0] = chosen[1] = chosen[2] = _mm256_srli_epi16(light, 8);
+    const Vector level = _mm256_srli_epi16(light, 8);
+    blue = _mm256_sub_epi16(blue, level);
+    green = _mm256_sub_epi16(green, level);
+    red = _mm256_sub_epi16(red, level);
     return _mm256_srli_epi16(light, 15);
   }
 };
@@ -67,37 +70,41 @@ struct Palette<1> {
 template <>
 struct Palette<4> {
   static constexpr int kMostError = 127;
-  static Vector Choose(const Vector* wanted, Vector* chosen) {
-    Vector bits = All(0);
-#pragma GCC unroll 3
-    for (int i = 0; i < 3; ++i) {
-      const Vector full = _mm256_cmpgt_epi16(wanted[i], All(127));
-      chosen[i] = _mm256_srli_epi16(full, 8);
-      bits = _mm256_or_si256(bits, _mm256_and_si256(full, All(4 >> i)));
-    }
+  static Vector Choose(Vector& blue, Vector& green, Vector& red) {
+    const Vector bits = _mm256_or_si256(_mm256_or_si256(Bit(blue, 4), Bit(green, 2)), Bit(red, 1));
     return _mm256_or_si256(bits, _mm256_and_si256(_mm256_cmpgt_epi16(bits, All(0)), All(8)));
+  }
+
+ private:
+  static Vector Bit(Vector& channel, int bit) {
+    const Vector full = _mm256_cmpgt_epi16(channel, All(127));
+    channel = _mm256_sub_epi16(channel, _mm256_srli_epi16(full, 8));
+    return _mm256_and_si256(full, All(bit));
   }
 };
 
-// Levels of 2, 3 and 3 bits.
+// 4, 8 and 8 levels.
 template <>
 struct Palette<8> {
   static constexpr int kMostError = 63;
-  static Vector Choose(const Vector* wanted, Vector* chosen) {
-    const Vector levels = _mm256_broadcastsi128_si256(
-        _mm_setr_epi8(0, 36, 73, 109, static_cast<char>(146), static_cast<char>(182),
-                      static_cast<char>(219), static_cast<char>(255), 0, 0, 0, 0, 0, 0, 0, 0));
-    const Vector blueLevels = _mm256_broadcastsi128_si256(_mm_setr_epi8(
-        0, 85, static_cast<char>(170), static_cast<char>(255), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
-    const Vector blue = _mm256_srli_epi16(wanted[0], 6);
-    const Vector green = _mm256_srli_epi16(wanted[1], 5);
-    const Vector red = _mm256_srli_epi16(wanted[2], 5);
-    // Entry 0 of either table is 0, which the words' upper bytes find.
-    chosen[0] = _mm256_shuffle_epi8(blueLevels, blue);
-    chosen[1] = _mm256_shuffle_epi8(levels, green);
-    chosen[2] = _mm256_shuffle_epi8(levels, red);
-    return _mm256_or_si256(_mm256_slli_epi16(_mm256_or_si256(_mm256_slli_epi16(red, 3), green), 2),
-                           blue);
+  static Vector Choose(Vector& blue, Vector& green, Vector& red) {
+    // 0, 85, 170, 255, and 0, 36, 73, 109, 146, 182, 219, 255.
+    const __m128i four = _mm_setr_epi32(static_cast<int>(0xFFAA5500), 0, 0, 0);
+    const __m128i eight = _mm_setr_epi32(0x6D492400, static_cast<int>(0xFFDBB692), 0, 0);
+    const Vector blueBits = Bits(blue, 6, four);
+    const Vector greenBits = Bits(green, 5, eight);
+    const Vector redBits = Bits(red, 5, eight);
+    return _mm256_or_si256(
+        _mm256_slli_epi16(_mm256_or_si256(_mm256_slli_epi16(redBits, 3), greenBits), 2), blueBits);
+  }
+
+ private:
+  // Level 0 is 0, which the words' upper bytes find, too.
+  static Vector Bits(Vector& channel, int shift, __m128i levels) {
+    const Vector bits = _mm256_srli_epi16(channel, shift);
+    channel =
+        _mm256_sub_epi16(channel, _mm256_shuffle_epi8(_mm256_broadcastsi128_si256(levels), bits));
+    return bits;
   }
 };
 
@@ -182,7 +189,7 @@ struct Front {
   template <class Palette, bool Edge>
   void Advance(const WaveGroup& group, ptrdiff_t first, const uint8_t* pixels, uint8_t* indexes) {
     for (int turn = 0; turn < kTurns; ++turn) {
-      Vector wanted[3], chosen[3];
+      Vector wanted[3];
 #pragma GCC unroll 3
       for (int channel = 0; channel < 3; ++channel) {
         const Vector value =
@@ -192,13 +199,14 @@ struct Front {
         const Vector corrected = Corrected<kFilter.divisor>(value, sum);
         wanted[channel] = _mm256_min_epi16(_mm256_max_epi16(corrected, All(0)), All(255));
       }
-      const Vector index = Palette::Choose(wanted, chosen);
+      const Vector index = Palette::Choose(wanted[0], wanted[1], wanted[2]);
 #pragma GCC unroll 3
       for (int channel = 0; channel < 3; ++channel) {
-        Vector error = _mm256_sub_epi16(wanted[channel], chosen[channel]);
-        if (Edge)
-          error =
-              _mm256_and_si256(error, Present(first + turn, static_cast<ptrdiff_t>(group.width)));
+        Vector error = wanted[channel];
+        if (Edge) {
+          const auto width = static_cast<ptrdiff_t>(group.width);
+          error = _mm256_and_si256(error, Present(first + turn, width));
+        }
         errors[channel][kBefore + turn] = error;
       }
       StoreHalf(indexes + turn * kWaveLines, _mm_packus_epi16(_mm256_castsi256_si128(index),
