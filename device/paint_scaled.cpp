@@ -1,4 +1,5 @@
 // Scaled painting at any depth, by nearest pixel on both axes.
+#include "device/band_rows.h"
 #include "device/paint_tools.h"
 #include "device/row_source.h"
 #include "device/scale_mapping.h"
@@ -55,33 +56,47 @@ class ScaledRows {
   uint8_t* fetched_;
 };
 
-// From the bottom device row up, which is the order of a band. A source row that repeats is scaled
-// once. The pattern counts from the destination's corner.
-void PaintRows(const PaintJob& job, const ScaleMapping& mapping, const RowOutput& output,
-               const ScaledRows& rows, uint8_t* scaled, Band* band) {
-  const auto patternX =
-      static_cast<uint32_t>(mapping.x0) - static_cast<uint32_t>(job.destination.left);
+// Calls `use(row, changed, y)` for the device rows from the bottom up, which is the order of a band.
+// A work row that repeats has not changed.
+template <class Use>
+void ForEachRow(const ScaleMapping& mapping, Use use) {
   Stepper step = mapping.row;
   uint32_t row = mapping.firstRow;
   bool changed = true;
   for (int32_t y = mapping.y1; y > mapping.y0;) {
     --y;
-    if (changed) {
-      rows.Scale(row, output.Direct() ? band->Row() : scaled);
-    } else if (output.Direct()) {
-      band->RepeatRow();
-    }
-    if (!output.Direct()) {
-      const auto patternY = static_cast<uint32_t>(y) - static_cast<uint32_t>(job.destination.top);
-      output.Write(band->Row(), scaled, 0, static_cast<int32_t>(mapping.Pixels()), patternX,
-                   static_cast<int32_t>(patternY));
-    }
-    band->Commit(y);
+    use(row, changed, y);
     const uint32_t advance = step.Advance();
     row += advance;
     changed = advance != 0;
   }
+}
+
+// Rows that go out as they are scaled.
+void PaintScaledRows(const ScaleMapping& mapping, const ScaledRows& rows, Band* band) {
+  ForEachRow(mapping, [&](uint32_t row, bool changed, int32_t y) {
+    if (changed) {
+      rows.Scale(row, band->Row());
+    } else {
+      band->RepeatRow();
+    }
+    band->Commit(y);
+  });
   band->Finish();
+}
+
+// Rows that are worked on. The pattern counts from the destination's corner.
+void PaintRows(const PaintJob& job, const ScaleMapping& mapping, RowOutput* output,
+               const ScaledRows& rows, uint8_t* scaled, Band* band) {
+  const auto left = static_cast<uint32_t>(job.destination.left);
+  const auto top = static_cast<uint32_t>(job.destination.top);
+  BandRows to(output, 0, static_cast<int32_t>(mapping.Pixels()),
+              static_cast<uint32_t>(mapping.x0) - left, band);
+  ForEachRow(mapping, [&](uint32_t row, bool changed, int32_t y) {
+    if (changed) rows.Scale(row, scaled);
+    to.Add(scaled, static_cast<int32_t>(static_cast<uint32_t>(y) - top), y);
+  });
+  to.Finish();
 }
 
 }  // namespace
@@ -93,7 +108,8 @@ VnStatus PaintScaled(const PaintJob& job, int32_t deviceBits, int32_t kind, Pain
 
   RowOutput& output = tools->output;
   PaintScratch* scratch = &tools->scratch;
-  const VnStatus status = output.Prepare(job, deviceBits, kind, mapping.Pixels(), scratch);
+  const VnStatus status =
+      output.Prepare(job, deviceBits, kind, mapping.Pixels(), mapping.Rows(), scratch);
   if (status != OK) return status;
   const ScaledRows rows(job, mapping, scratch);
   if (!rows) return ERR_NO_MEMORY;
@@ -109,7 +125,11 @@ VnStatus PaintScaled(const PaintJob& job, int32_t deviceBits, int32_t kind, Pain
   const int32_t bits = output.Bits();
   tools->table.SetColors(job, bits, output.Dithers(), bits > 8 ? 0 : FullColorCount(bits));
   band.Describe(tools->table);
-  PaintRows(job, mapping, output, rows, scaled, &band);
+  if (output.Direct()) {
+    PaintScaledRows(mapping, rows, &band);
+  } else {
+    PaintRows(job, mapping, &output, rows, scaled, &band);
+  }
   return OK;
 }
 

@@ -14,6 +14,7 @@ enum class PaintSlot : uint8_t {
   kScaled,
   kBand,
   kErrors,
+  kWave,
   kColors,
   kSums,
   kEvenLevels,
@@ -44,7 +45,7 @@ class PaintScratch {
     ScratchBuffer<uint8_t> memory;
     size_t bytes = 0;
   };
-  Buffer buffers_[8];
+  Buffer buffers_[9];
 };
 
 }  // namespace vn

@@ -1,4 +1,5 @@
 // Painting at 1:1 at any depth.
+#include "device/band_rows.h"
 #include "device/paint_tools.h"
 #include "device/row_source.h"
 #include "device/scale_mapping.h"
@@ -59,20 +60,19 @@ void PaintStoredRows(const PaintJob& job, const ShiftMapping& mapping,
 
 // Rows that are worked on, from the bottom line up. The pattern counts in source coordinates.
 void PaintRows(const PaintJob& job, const ShiftMapping& mapping, const FetchedColumns& columns,
-               const RowOutput& output, uint8_t* fetched, Band* band) {
+               RowOutput* output, uint8_t* fetched, Band* band) {
   const RowSource source(job);
   const RECT& lines = mapping.source;
+  BandRows rows(output, columns.skip, columns.skip + mapping.Columns(),
+                static_cast<uint32_t>(lines.left), band);
   int32_t y = mapping.device.bottom;
   for (int32_t line = lines.bottom; line > lines.top;) {
     --line;
     --y;
     const int64_t row = UnscaledStorageRow(job, line);
-    output.Write(band->Row(), source.Read(row, columns.span.start, columns.span.bytes, fetched),
-                 columns.skip, columns.skip + mapping.Columns(), static_cast<uint32_t>(lines.left),
-                 line);
-    band->Commit(y);
+    rows.Add(source.Read(row, columns.span.start, columns.span.bytes, fetched), line, y);
   }
-  band->Finish();
+  rows.Finish();
 }
 
 // Entries of a table: all of the fixed palette, or the bitmap's own.
@@ -92,7 +92,7 @@ VnStatus PaintUnscaled(const PaintJob& job, int32_t deviceBits, int32_t kind, Pa
   RowOutput& output = tools->output;
   PaintScratch* scratch = &tools->scratch;
   const VnStatus status =
-      output.Prepare(job, deviceBits, kind, static_cast<uint64_t>(width), scratch);
+      output.Prepare(job, deviceBits, kind, static_cast<uint64_t>(width), mapping.Rows(), scratch);
   if (status != OK) return status;
   uint8_t* fetched = nullptr;
   if (!output.Direct()) {
@@ -108,7 +108,7 @@ VnStatus PaintUnscaled(const PaintJob& job, int32_t deviceBits, int32_t kind, Pa
   if (output.Direct()) {
     PaintStoredRows(job, mapping, columns, &band);
   } else {
-    PaintRows(job, mapping, columns, output, fetched, &band);
+    PaintRows(job, mapping, columns, &output, fetched, &band);
   }
   return OK;
 }
