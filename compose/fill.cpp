@@ -40,7 +40,10 @@ bool IsOneStretch(const BitmapHandle& bitmap) {
 void WriteMemory(const Job& job) {
   BitmapHandle* bitmap = job.bitmap;
   const uint32_t pixelBytes = std::max(bitmap->BitsPerPixel / 8, 1);
-  const PixelPattern pattern(job.row, pixelBytes);
+  uint32_t area = 0;
+  Vn_GetBitmapRgnArea(bitmap, &area);
+  const PixelPattern pattern(job.row, pixelBytes,
+                             uint64_t{area} * static_cast<uint32_t>(bitmap->BitsPerPixel) / 8);
   if (IsOneStretch(*bitmap)) {
     pattern.Write(bitmap->Bits,
                   size_t{bitmap->BytesPerLine} * static_cast<uint32_t>(bitmap->Height));

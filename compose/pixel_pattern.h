@@ -8,15 +8,15 @@ namespace vn {
 
 class PixelPattern {
  public:
-  // `pixel` has 1, 2, 3 or 4 bytes.
-  PixelPattern(const uint8_t* pixel, uint32_t pixelBytes);
+  // `pixel` has 1, 2, 3 or 4 bytes. `total`: roughly how many bytes will be written in all. More
+  // than the caches hold would drive out what they hold, and be gone itself before it is read.
+  PixelPattern(const uint8_t* pixel, uint32_t pixelBytes, uint64_t total);
 
   // Writes `count` bytes of the pattern, from the start of a pixel on.
   void Write(uint8_t* at, size_t count) const { write_(bytes_, at, count); }
 
  private:
-  // One period and what a start anywhere in its first vector reads behind it.
-  alignas(kPatternVector) uint8_t bytes_[kPatternPeriod + kPatternVector];
+  uint8_t bytes_[kPatternBytes];
   PatternWriter write_;
 };
 

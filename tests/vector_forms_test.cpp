@@ -112,7 +112,11 @@ void Average(const uint8_t* source, uint8_t* target, size_t width) {
 }
 template <int Bits>
 void Fill(const uint8_t* source, uint8_t* target, size_t width) {
-  if (width) PixelPattern(source, Bits / 8).Write(target, Block<Bits>(width));
+  if (width) PixelPattern(source, Bits / 8, 0).Write(target, Block<Bits>(width));
+}
+size_t Stretch(size_t width) { return width * 30; }
+void Stream(const uint8_t* source, uint8_t* target, size_t width) {
+  if (width) PixelPattern(source, 3, 1 << 30).Write(target, Stretch(width));
 }
 template <int Bits>
 void Grays(const uint8_t* source, uint8_t* target, size_t width) {
@@ -226,6 +230,7 @@ const Form kForms[] = {
     {"indexes 4", Block<8>, Block<4>, Indexes<4>},
     {"nearest", Block<32>, Block<1>, Nearest},
     {"cells", Block<24>, Block<8>, Cells},
+    {"stream", Block<24>, Stretch, Stream},
     {"shade", Block<8>, Block<24>, Shade},
     {"combine 4", Block<4>, Block<4>, Combine<4, 0>},
     {"combine 16", Block<16>, Block<16>, Combine<16, 0>},
