@@ -1,4 +1,4 @@
-// FreeImage's quantiser by Wu, timed on the picture of the colour benchmarks. FreeImage.h declares
+// FreeImage's fill of a whole image, and its quantiser by Wu, timed on the picture of the colour benchmarks. FreeImage.h declares
 // Win32's types for itself, so nothing of the kernel is included here.
 #include <FreeImage.h>
 #include <benchmark/benchmark.h>
@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "bench/freeimage_fill.h"
 #include "bench/photograph.h"
 #include "bench/thread_clock.h"
 
@@ -34,5 +35,28 @@ void FreeImageWu(benchmark::State& state) {
 }
 BENCHMARK(FreeImageWu)->Name("Optimized256/nearest/FreeImage-Wu")->Unit(benchmark::kMillisecond);
 
+FIBITMAP* ImageOf(void* image) { return static_cast<FIBITMAP*>(image); }
+
 }  // namespace
+
+FreeImageFill::FreeImageFill(int32_t width, int32_t height, int32_t bits)
+    : image_(FreeImage_Allocate(width, height, bits)) {
+  if (!image_) std::abort();
+}
+FreeImageFill::~FreeImageFill() { FreeImage_Unload(ImageOf(image_)); }
+
+void FreeImageFill::Fill(uint32_t color) {
+  RGBQUAD fill = {};
+  fill.rgbRed = static_cast<BYTE>(color);
+  fill.rgbGreen = static_cast<BYTE>(color >> 8);
+  fill.rgbBlue = static_cast<BYTE>(color >> 16);
+  fill.rgbReserved = fill.rgbRed;
+  const bool indexed = FreeImage_GetBPP(ImageOf(image_)) == 8;
+  FreeImage_FillBackground(ImageOf(image_), &fill, indexed ? FI_COLOR_ALPHA_IS_INDEX : 0);
+}
+
+const uint8_t* FreeImageFill::Row(int32_t row) const {
+  return FreeImage_GetScanLine(ImageOf(image_), row);
+}
+
 }  // namespace vn::bench
