@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Installs what a purpose needs and this Debian machine lacks; does nothing when all is there.
 #
-#   scripts/setup.sh demo|test|clang|fuzz|arm|bits32|valgrind|coverage|bench|python...
+#   scripts/setup.sh demo|test|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python...
 #
 # Exit status 2: a package cannot be had here, and the last line names what is missing.
 set -eu
 
 packages=(cmake make ninja-build g++ pkg-config)
-tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev libcli11-dev)
+tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev liblcms2-dev libcli11-dev)
 python=(python3-cffi python3-numpy python3-pil python3-pip python3-setuptools python3-venv python3-wheel)
 for purpose in "$@"; do
   case $purpose in
@@ -16,6 +16,10 @@ for purpose in "$@"; do
       packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils)
       packages+=("${python[@]}" python3-distributed)
       packages+=(libx11-dev libncurses-dev)  # whose names ours stand beside
+      ;;
+    files)  # more formats, better palettes; other programs' writers
+      packages+=("${tool[@]}" libvips-dev libimagequant-dev libvips-tools imagemagick graphicsmagick)
+      packages+=(libtiff-tools libjpeg-turbo-progs netpbm python3-pil)
       ;;
     clang) packages+=(clang-14) ;;
     fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
@@ -29,7 +33,7 @@ for purpose in "$@"; do
       packages+=(libyuv-dev libleptonica-dev libopencv-imgproc-dev qtbase5-dev libzimg-dev)
       ;;
     python) packages+=("${python[@]}") ;;
-    *) echo "usage: scripts/setup.sh demo|test|clang|fuzz|arm|bits32|valgrind|coverage|bench|python..." >&2; exit 1 ;;
+    *) echo "usage: scripts/setup.sh demo|test|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python..." >&2; exit 1 ;;
   esac
 done
 
