@@ -3,7 +3,7 @@
 #define VNCORE_TOOLS_VIEW_H
 
 #include <vncore/vncore.h>
-#include "tools/operations/option_values.h"
+#include "tools/operations/value_parsers.h"
 
 namespace vn::tool {
 
