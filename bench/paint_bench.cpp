@@ -3,9 +3,8 @@
 #include <algorithm>
 
 #include "bench/against_memcpy.h"
-#include "bench/pictures.h"
+#include "bench/painting.h"
 #include "kernel/pixel_format.h"
-#include "kernel/platform_objects.h"
 
 namespace vn::bench {
 namespace {
@@ -19,26 +18,12 @@ void Paint(benchmark::State& state, int32_t bits, int32_t deviceBits, uint32_t m
   const auto width = static_cast<uint32_t>(kWidth * percent / 100);
   const auto height = static_cast<uint32_t>(kHeight * percent / 100);
   Picture picture(width, height, bits);
-  SetScreen(kWidth, kHeight, deviceBits);
-  const ScreenDC screen;
-  const OwnedObject<HPALETTE> palette(Vn_CreatePaintPalette(screen.get(), picture));
-  HPALETTE before = {};
-  if (palette) {
-    before = SelectPalette(screen.get(), palette.get(), FALSE);
-    RealizePalette(screen.get());
-  }
-  const DisplayModeScope scope(MODE_ORDERED_DITHER | MODE_BITONAL_GRAY | MODE_BITONAL_VOTE, mode);
-  const RECT all = {0, 0, kWidth, kHeight};
+  Painting painting(picture, kWidth, kHeight, deviceBits, mode);
   // Of a larger picture only the rows that are shown are read.
   const size_t rowsRead = std::min(static_cast<size_t>(height), static_cast<size_t>(kHeight));
-  CompareTouched(
-      state, double{kWidth} * kHeight, size_t{picture->BytesPerLine} * rowsRead,
-      size_t{StrideOf(kWidth, static_cast<uint32_t>(deviceBits))} * kHeight, [&] {
-        if (Vn_PaintDC(screen.get(), picture, nullptr, nullptr, &all, nullptr, SRCCOPY) != OK) {
-          std::abort();
-        }
-      });
-  if (before) SelectPalette(screen.get(), before, FALSE);
+  CompareTouched(state, double{kWidth} * kHeight, size_t{picture->BytesPerLine} * rowsRead,
+                 size_t{StrideOf(kWidth, static_cast<uint32_t>(deviceBits))} * kHeight,
+                 [&] { painting.Paint(); });
 }
 
 void Ordered(benchmark::State& state) {
