@@ -22,6 +22,7 @@ help:
 	@echo "make coverage                 branches that the tests take, folder by folder"
 	@echo "make fuzz [SECONDS=n]         run every fuzz target for n seconds (10)"
 	@echo "make bench                    run the benchmarks"
+	@echo "make race                     our speed beside other libraries', as a table"
 	@echo "make python                   the Python package as a wheel, in out/python"
 
 # PICTURE is a PNG, JPEG or TIFF file; without it the project's own test card is painted.
@@ -127,9 +128,16 @@ python:
 	$(BUILD) native --target vncore
 	scripts/python_wheel.sh build-native out/python
 
+# The table also goes into bench/README.md. ONLY names a part of it, which is only shown.
+race:
+	scripts/setup.sh bench
+	$(CONFIGURE) native
+	$(BUILD) native --target vncore_bench vncore_tool
+	bench/race.py build-native $(if $(ONLY),--only '$(ONLY)',--write bench/README.md)
+
 clean:
 	rm -rf build-native build-asan build-asan32 build-clang build-tsan build-arm build-coverage \
 	  build-fuzz build-win32 out
 
 .PHONY: help demo view test test-windows test-clang test-arm test-arm-cases test-32 test-threads \
-  test-races memcheck coverage fuzz bench python clean
+  test-races memcheck coverage fuzz bench race python clean

@@ -30,7 +30,7 @@ for purpose in "$@"; do
     bench)
       packages+=("${tool[@]}" libbenchmark-dev)
       packages+=(libfreeimage-dev libpixman-1-dev libswscale-dev python3-pil)  # peers
-      packages+=(libyuv-dev libleptonica-dev libopencv-imgproc-dev qtbase5-dev libzimg-dev)
+      packages+=(libyuv-dev libleptonica-dev libopencv-imgproc-dev qtbase5-dev libzimg-dev libvips-tools)
       ;;
     python) packages+=("${python[@]}") ;;
     *) echo "usage: scripts/setup.sh demo|test|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python..." >&2; exit 1 ;;
