@@ -45,6 +45,8 @@ GOALS = [
 def benchmarks(program, names, runs):
     """The runs' entries by benchmark name."""
     found = {}
+    if not names:
+        return found
     # The suffix is what manual time and iterations add to a name.
     only = "^(" + "|".join(names) + ")(/iterations:.*|/manual_time)?$"
     for _ in range(runs):

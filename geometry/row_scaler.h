@@ -19,10 +19,11 @@ struct RowScale {
   bool expand;
 };
 
-// Does what ScaleRow does, for `rows` rows. From 8 bits up, where there are vectors and rows enough
-// to repay it, the places of all bytes are laid down at the start: 16 bytes of the new row come
-// from up to four neighbouring 16-byte pieces of the old one, picked by masks. Otherwise, also when
-// there is no memory for the masks, each row goes through ScaleRow.
+// Does what ScaleRow does, for `rows` rows. Where there are vectors and rows enough to repay it, the
+// places of all bytes are laid down at the start: 16 bytes of the new row come from up to four
+// neighbouring 16-byte pieces of the old one, picked by masks. Below 8 bits each pixel picks its
+// byte, and its bits in it are packed in a second step. Otherwise, also when there is no memory for
+// the masks, each row goes through ScaleRow.
 class RowScaler {
  public:
   RowScaler(const RowScale& scale, uint32_t rows);
@@ -32,15 +33,20 @@ class RowScaler {
 
  private:
   bool Plan();
+  bool PlanPacking();
   // Where piece `index` of the new row begins: the last one may overlap the one before it.
   uint32_t PieceStart(uint32_t index) const;
 
   RowScale scale_;
-  uint32_t targetBytes_ = 0;
+  uint32_t targetBytes_ = 0;  // that are picked
+  uint32_t packedBytes_ = 0;  // below 8 bits: of a new row
   PickLoop vector_ = nullptr;
+  PackLoop pack_ = nullptr;  // below 8 bits
   PickPlan plan_{};
   ScratchBuffer<uint32_t> offsets_;
   ScratchBuffer<uint8_t> masks_;
+  ScratchBuffer<uint8_t> picked_;  // below 8 bits: for each new pixel its byte,
+  ScratchBuffer<uint8_t> chosen_;  // and the bits of it that are the pixel
 };
 
 }  // namespace vn

@@ -1,4 +1,4 @@
-// The vector loop under row_scaler.h.
+// The vector loops under row_scaler.h.
 #ifndef VNCORE_GEOMETRY_ROW_SCALER_LOOPS_H
 #define VNCORE_GEOMETRY_ROW_SCALER_LOOPS_H
 
@@ -19,6 +19,14 @@ struct PickPlan {
 
 using PickLoop = void (*)(const PickPlan& plan, const uint8_t* source, uint8_t* target);
 void PickPiecesAvx2(const PickPlan& plan, const uint8_t* source, uint8_t* target);
+
+// Packs pixels of 1 or 4 bits into `bytes` bytes: of each byte in `picked` what `chosen` has, a bit
+// or a nibble. Both are read in eights of words, behind whose last pixel `chosen` is 0.
+using PackLoop = void (*)(const uint8_t* picked, const uint8_t* chosen, uint32_t bytes,
+                          uint8_t* target);
+void PackBitsAvx2(const uint8_t* picked, const uint8_t* chosen, uint32_t bytes, uint8_t* target);
+void PackNibblesAvx2(const uint8_t* picked, const uint8_t* chosen, uint32_t bytes, uint8_t* target);
+constexpr uint32_t kPackPiece = 32;  // pixels of a turn
 
 }  // namespace vn
 

@@ -50,6 +50,10 @@ template <uint32_t Bytes, uint32_t Percent>
 size_t Resized(size_t width) {
   return std::max<size_t>(width * Percent / 100, 1) * Bytes;
 }
+template <int Bits, uint32_t Percent>
+size_t ResizedPacked(size_t width) {
+  return Block<Bits>(Resized<1, Percent>(width));
+}
 template <uint32_t Percent>
 ResampleAxis AxisOf(size_t width) {
   return {static_cast<uint32_t>(width), static_cast<uint32_t>(Resized<1, Percent>(width))};
@@ -86,9 +90,12 @@ void Pick(const uint8_t* source, uint8_t* target, size_t width) {
 template <int Bits, uint32_t Percent>
 void Scale(const uint8_t* source, uint8_t* target, size_t width) {
   const ResampleAxis axis = AxisOf<Percent>(width);
-  if (!width) return;
-  const Stepper across = Stepper::Dividing(axis.oldSize, axis.newSize);
-  RowScaler({Bits, across, 0, axis.oldSize, axis.newSize, 0, Percent > 100}, 99)
+  // Packed rows may begin within a byte.
+  const uint32_t first = Bits < 8 ? width % 3 : 0;
+  if (width <= first) return;
+  const Stepper across = Stepper::Dividing(axis.oldSize - first, axis.newSize);
+  const auto bytes = static_cast<uint32_t>(Block<Bits>(axis.newSize));
+  RowScaler({Bits, across, first, axis.oldSize, axis.newSize, bytes, Percent > 100}, 99)
       .Scale(source, target);
 }
 template <uint32_t Channels, uint32_t Percent>
@@ -205,6 +212,10 @@ void Combine(const uint8_t* source, uint8_t* target, size_t width) {
 const Form kForms[] = {
     VNCORE_AT_DEPTH(1),
     VNCORE_AT_DEPTH(4),
+    {"scale up 1", Block<1>, ResizedPacked<1, 230>, Scale<1, 230>},
+    {"scale down 1", Block<1>, ResizedPacked<1, 37>, Scale<1, 37>},
+    {"scale up 4", Block<4>, ResizedPacked<4, 230>, Scale<4, 230>},
+    {"scale down 4", Block<4>, ResizedPacked<4, 37>, Scale<4, 37>},
     VNCORE_AT_BYTES(8),
     VNCORE_AT_BYTES(16),
     VNCORE_AT_BYTES(24),
