@@ -1,6 +1,7 @@
 // Colour: palettes, conversion of rows, match tables, dithering, colour resolution, gray, colour
 // spaces, halftones.
 #include "fuzz/calls.h"
+#include "kernel/picture_size.h"
 
 namespace vn::fuzz {
 
@@ -65,7 +66,8 @@ void Dither(World& world, Input& input) {
   BitmapHandle* const bitmap = world.Bitmap(input);
   const RGBQUAD* const colors = input.Flag() ? world.Colors(input) : nullptr;
   const auto count = static_cast<uint32_t>(input.Number());
-  if (bitmap->BytesPerLine > 1 << 18) return;
+  // Rows of so many pixels are the caller's to answer for.
+  if (bitmap->BytesPerLine > 1 << 18 || !SizeFits(bitmap->Width, 1, bitmap->BitsPerPixel)) return;
   if (Vn_StartDithering(bitmap, colors, count) == OK) {
     const auto width = static_cast<uint32_t>(bitmap->Width);
     const uint32_t bits = count <= 2 ? 1 : count <= 16 ? 4 : 8;

@@ -63,8 +63,8 @@ void Resample(World& world, Input& input) {
   Vn_ResampleBitmap(bitmap, static_cast<int32_t>(size.width), static_cast<int32_t>(size.height));
 }
 
-// Turns grow what they turn: a long line becomes a square of its length. What would take seconds is
-// left alone.
+// Turns and shears grow what they move: a long line becomes a square of its length. What would take
+// seconds is left alone.
 template <auto Function>
 void Turn(World& world, Input& input) {
   Input ahead = input;
@@ -88,7 +88,7 @@ const Call kCalls[] = {
     &Turn<&Vn_RotateBitmapFine>,
     &Turn<&Vn_IntRotateBitmapFine>,
     &Resample,
-    &Decoded<&Vn_ShearBitmap>,
+    &Turn<&Vn_ShearBitmap>,
 };
 
 }  // namespace
