@@ -1,10 +1,12 @@
 // The tool's readers, fed with a file, and its options, fed with text: an input that begins as a
-// picture does is one, and any other is lines such as "--scale 50%".
+// picture does is one, and any other is lines such as "--scale 50%". What follows the head of a BMP
+// file is a DIB for the library and its clipboard too.
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <string>
 #include <string_view>
@@ -54,6 +56,27 @@ void ReadPicture(const std::string& path, const ReadOptions& options, Bitmap& bi
   const PictureInfo& info = picture->Info();
   if (int64_t{info.width} * info.height > 2'000'000) return;
   LoadBitmap(*picture, STORAGE_AUTO, bitmap);
+}
+
+// A block of global memory with a DIB that somebody else made.
+HGLOBAL BlockOf(const uint8_t* dib, size_t size) {
+  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, size);
+  if (void* const at = GlobalLock(block)) {
+    std::memcpy(at, dib, size);
+    GlobalUnlock(block);
+  }
+  return block;
+}
+
+void TakeDib(World& world, const uint8_t* dib, size_t size) {
+  const HGLOBAL block = BlockOf(dib, size);
+  if (Vn_ChangeFromDIB(world.Fresh(), block) != OK) GlobalFree(block);
+  const HGLOBAL pasted = BlockOf(dib, size);
+  if (!OpenClipboard(nullptr)) std::abort();
+  EmptyClipboard();
+  if (!SetClipboardData(CF_DIB, pasted)) GlobalFree(pasted);
+  CloseClipboard();
+  Vn_CopyFromClipboard(nullptr, world.Fresh());
 }
 
 // Scaling to what takes longer than a moment.
@@ -115,7 +138,11 @@ void RunOptions(std::string_view text, Bitmap& bitmap) {
   }
 }
 
-void Run(const uint8_t* data, size_t size) {
+void Run(World& world, const uint8_t* data, size_t size) {
+  constexpr size_t kFileHeader = 14;
+  if (size > kFileHeader && data[0] == 'B' && data[1] == 'M') {
+    TakeDib(world, data + kFileHeader, size - kFileHeader);
+  }
   const MemoryFile file(data, size);
   bool isPicture = true;
   ReadOptions managed;
@@ -142,9 +169,9 @@ void Run(const uint8_t* data, size_t size) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (const bool win32s : {false, true}) {
-    const vn::fuzz::World world(win32s);
+    vn::fuzz::World world(win32s);
     try {
-      vn::fuzz::Run(data, size);
+      vn::fuzz::Run(world, data, size);
     } catch (const vn::tool::Failure&) {
       // One line on standard error.
     } catch (const std::bad_alloc&) {

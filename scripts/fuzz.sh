@@ -24,12 +24,13 @@ trap 'rm -rf "$TMPDIR"' EXIT
 mkdir -p "$build/findings"
 
 run() {
-  local target=$1 found=$build/corpus/$1 log=$build/fuzz-$1.log
+  local target=$1 found=$build/corpus/$1 log=$build/fuzz-$1.log longest=400
+  [ "$target" != tool ] || longest=2000  # files of pictures
   mkdir -p "$found"
   # The leak check after each input makes a run ten times longer. What the library leaks its worlds
   # count; the rest is seen when the corpus is replayed under the sanitizers.
   # shellcheck disable=SC2086
-  "$build/fuzz/fuzz_$target" $limit -max_len=400 -timeout=60 -detect_leaks=0 \
+  "$build/fuzz/fuzz_$target" $limit -max_len=$longest -timeout=60 -detect_leaks=0 \
     -malloc_limit_mb=8192 -rss_limit_mb=4096 -print_final_stats=1 -verbosity=0 \
     -artifact_prefix="$build/findings/$target-" "$found" "$corpus/$target" >"$log" 2>&1 || {
     cat "$log"
