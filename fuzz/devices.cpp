@@ -188,6 +188,18 @@ void PrintInThread(World& world, Input& input) {
   Vn_PrintBitmap(nullptr, 0, 0, 0, 0, 1);
 }
 
+// Sizes that are possible are small ones.
+void Capture(World& world, Input& input) {
+  const HDC context = world.Device(input);
+  Argument<const RECT*> argument(world, input);
+  const RECT* const rect = argument.get();
+  if (!rect) return;
+  const int64_t width = int64_t{rect->right} - rect->left;
+  const int64_t height = int64_t{rect->bottom} - rect->top;
+  if (width > 0 && height > 0 && width <= UINT32_MAX / height && width * height > 1 << 18) return;
+  Vn_ScreenCaptureBitmap(context, world.Fresh(), rect);
+}
+
 // One region object stays behind each frame.
 void Frame(World& world, Input& input) {
   const HDC context = world.Device(input);
@@ -227,11 +239,7 @@ const Call kCalls[] = {
       Vn_CopyToClipboardExt(nullptr, world.Bitmap(input), input.Below(16));
     },
     [](World& world, Input&) { Vn_CopyFromClipboard(nullptr, world.Fresh()); },
-    [](World& world, Input& input) {
-      const HDC context = world.Device(input);
-      Argument<const RECT*> rect(world, input);
-      if (rect.get()) Vn_ScreenCaptureBitmap(context, world.Fresh(), rect.get());
-    },
+    &Capture,
     &Print,
     &PaintEffect,
     &PaintRows,

@@ -85,8 +85,8 @@ void Copy(World& world, Input& input) {
 void CopyRect(World& world, Input& input) {
   BitmapHandle* const source = world.Bitmap(input);
   BitmapHandle* const target = world.Fresh();
-  if (target == source) return;
   // The rectangle is the caller's to answer for.
+  if (target == source || source->Width < 0 || source->Height < 0) return;
   const auto left = static_cast<uint32_t>(input.Between(0, source->Width));
   const auto top = static_cast<uint32_t>(input.Between(0, source->Height));
   const int32_t width = input.Between(0, source->Width - static_cast<int32_t>(left));
