@@ -6,21 +6,6 @@ namespace vn::cases {
 
 namespace {
 
-// Selects a clip of one or two rectangles, or none.
-void RandomClip(Case& test, const Section& target) {
-  if (test.random.Chance(3)) return;
-  HRGN clip = CreateRectRgn(0, 0, 0, 0);
-  for (int32_t i = test.Pick(1, 3); i > 0; --i) {
-    const int32_t left = test.Pick(-5, target.width()), top = test.Pick(-5, target.height());
-    const int32_t right = test.Pick(-5, 50), bottom = test.Pick(-5, 30);
-    HRGN part = CreateRectRgn(left, top, right, bottom);
-    test.Fold("CombineRgn", CombineRgn(clip, clip, part, test.OneOf({RGN_OR, RGN_XOR})));
-    DeleteObject(part);
-  }
-  test.Fold("SelectClipRgn", SelectClipRgn(target.context(), clip));
-  DeleteObject(clip);
-}
-
 void Run(Case& test) {
   const int32_t bits = test.OneOf(kDepths);
   const int32_t targetWidth = test.Pick(1, 40), targetHeight = test.Pick(1, 20);

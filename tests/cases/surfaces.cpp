@@ -56,6 +56,20 @@ void Section::Fold(Case& test) const {
   }
 }
 
+void RandomClip(Case& test, const Section& target) {
+  if (test.random.Chance(3)) return;
+  HRGN clip = CreateRectRgn(0, 0, 0, 0);
+  for (int32_t i = test.Pick(1, 3); i > 0; --i) {
+    const int32_t left = test.Pick(-5, target.width()), top = test.Pick(-5, target.height());
+    const int32_t right = test.Pick(-5, 50), bottom = test.Pick(-5, 30);
+    HRGN part = CreateRectRgn(left, top, right, bottom);
+    test.Fold("CombineRgn", CombineRgn(clip, clip, part, test.OneOf({RGN_OR, RGN_XOR})));
+    DeleteObject(part);
+  }
+  test.Fold("SelectClipRgn", SelectClipRgn(target.context(), clip));
+  DeleteObject(clip);
+}
+
 RandomPaletteScope::RandomPaletteScope(Case& test, HDC context, int32_t count) : context_(context) {
   struct {
     WORD version, count;

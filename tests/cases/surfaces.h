@@ -61,6 +61,9 @@ class Section {
   int32_t width_, height_, bits_;
 };
 
+// Selects a clip of some rectangles, or leaves the one that is there.
+void RandomClip(Case& test, const Section& target);
+
 // Selects a palette of random colours into a context for the length of a scope.
 class RandomPaletteScope {
  public:

@@ -4,29 +4,57 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/headless/objects/font.h"
 #include "platform/headless/surfaces/bitmap.h"
 #include "platform/headless/surfaces/brush.h"
+#include "platform/headless/surfaces/pen.h"
 
 namespace headless {
+namespace {
+
+// A state holds what it has selected, apart from the bitmap, which is the context's own.
+void HoldSelected(const ContextState& state) {
+  HoldObject(state.brush);
+  HoldObject(state.pen);
+  HoldObject(state.font);
+}
+void LetGoSelected(const ContextState& state) {
+  LetGoObject(state.brush);
+  LetGoObject(state.pen);
+  LetGoObject(state.font);
+}
+
+}  // namespace
 
 Context::Context(DWORD type, std::shared_ptr<Device> device)
     : Object(type), device_(std::move(device)) {
   state.palette = DefaultPalette();
   state.brush = StockBrush(WHITE_BRUSH);
+  state.pen = StockPen(BLACK_PEN);
+  state.font = DefaultFont();
   if (memory()) state.bitmap = DefaultBitmap();
 }
 
 Context::~Context() {
   if (memory()) SelectBitmap(DefaultBitmap());
-  LetGoObject(state.brush);
+  LetGoSelected(state);
   for (const ContextState& saved : saved_)
-    LetGoObject(saved.brush);
+    LetGoSelected(saved);
 }
 
 Surface* Context::Target() const {
   if (!memory()) return &device_->surface;
   auto* bitmap = Find<Bitmap>(state.bitmap);
   return bitmap ? &bitmap->surface : nullptr;
+}
+
+bool Context::Shows(int x, int y) const {
+  const Surface* target = Target();
+  if (!target || x < 0 || y < 0 || x >= target->width || y >= target->height) return false;
+  const ClipRects* clip = state.clip.get();
+  return !clip || std::any_of(clip->begin(), clip->end(), [&](const RECT& r) {
+    return x >= r.left && x < r.right && y >= r.top && y < r.bottom;
+  });
 }
 
 // A bitmap is in one context at a time; the default one can be in all.
@@ -48,24 +76,22 @@ HGDIOBJ Context::SelectBitmap(HBITMAP bitmap) {
   return before;
 }
 
-HGDIOBJ Context::SelectBrush(HBRUSH brush) {
-  if (!Find<Brush>(brush)) return nullptr;
-  HoldObject(brush);
-  const HBRUSH before = std::exchange(state.brush, brush);
-  LetGoObject(before);
-  return before;
-}
-
 HGDIOBJ Bitmap::SelectInto(Context& context, HGDIOBJ self) {
   return context.SelectBitmap(static_cast<HBITMAP>(self));
 }
 HGDIOBJ Brush::SelectInto(Context& context, HGDIOBJ self) {
-  return context.SelectBrush(static_cast<HBRUSH>(self));
+  return context.SelectShared(&ContextState::brush, self);
+}
+HGDIOBJ Pen::SelectInto(Context& context, HGDIOBJ self) {
+  return context.SelectShared(&ContextState::pen, self);
+}
+HGDIOBJ Font::SelectInto(Context& context, HGDIOBJ self) {
+  return context.SelectShared(&ContextState::font, self);
 }
 
 int Context::Save() {
   saved_.push_back(state);
-  HoldObject(state.brush);
+  HoldSelected(state);
   return static_cast<int>(saved_.size());
 }
 
@@ -79,9 +105,9 @@ bool Context::Restore(int saved) {
   // The bitmap may have died, or gone to another context, since.
   SelectBitmap(wanted.bitmap);
   wanted.bitmap = state.bitmap;
-  LetGoObject(state.brush);
+  LetGoSelected(state);
   for (int i = level; i < levels; ++i)
-    LetGoObject(saved_[static_cast<size_t>(i)].brush);
+    LetGoSelected(saved_[static_cast<size_t>(i)]);
   saved_.resize(static_cast<size_t>(level - 1));
   state = std::move(wanted);
   return true;
@@ -135,16 +161,43 @@ BOOL RestoreDC(HDC context, int saved) {
   });
 }
 
-COLORREF SetTextColor(HDC context, COLORREF color) {
-  return Enter<COLORREF>(CLR_INVALID, [&] {
+namespace {
+
+// Sets one value of a context's state and answers the one before, or the failure. GDI's setters that
+// take a range of values answer 0 for others.
+template <class Value>
+Value SetState(HDC context, Value ContextState::*place, Value value, Value failure) {
+  return Enter<Value>(failure, [&] {
     auto* found = Find<Context>(context);
-    return found ? std::exchange(found->state.text, color & 0xFFFFFF) : CLR_INVALID;
+    return found ? std::exchange(found->state.*place, value) : failure;
   });
+}
+int SetRanged(HDC context, int ContextState::*place, int value, int low, int high) {
+  return value < low || value > high ? 0 : SetState(context, place, value, 0);
+}
+
+}  // namespace
+
+COLORREF SetTextColor(HDC context, COLORREF color) {
+  return SetState(context, &ContextState::text, color & 0xFFFFFF, CLR_INVALID);
 }
 
 COLORREF SetBkColor(HDC context, COLORREF color) {
-  return Enter<COLORREF>(CLR_INVALID, [&] {
-    auto* found = Find<Context>(context);
-    return found ? std::exchange(found->state.background, color & 0xFFFFFF) : CLR_INVALID;
-  });
+  return SetState(context, &ContextState::background, color & 0xFFFFFF, CLR_INVALID);
+}
+
+UINT SetTextAlign(HDC context, UINT align) {
+  return SetState(context, &ContextState::textAlign, align, ~0u);
+}
+
+int SetBkMode(HDC context, int mode) {
+  return SetRanged(context, &ContextState::backgroundMode, mode, TRANSPARENT, OPAQUE);
+}
+
+int SetROP2(HDC context, int operation) {
+  return SetRanged(context, &ContextState::operation, operation, R2_BLACK, R2_WHITE);
+}
+
+int SetPolyFillMode(HDC context, int fillRule) {
+  return SetRanged(context, &ContextState::fillRule, fillRule, ALTERNATE, WINDING);
 }

@@ -1,5 +1,4 @@
-// BitBlt, PatBlt and GetPixel: drawing from context to context, and with no source at all.
-#include <algorithm>
+// BitBlt, PatBlt, FillRect and GetPixel: drawing from context to context, and with no source at all.
 #include <cstring>
 #include <optional>
 
@@ -33,21 +32,21 @@ struct RowsCopy {
   std::vector<uint8_t> memory;
 };
 
-// A source without colours of its own shows the target context's text and background colours; on a
-// target without them the source context's background colour is 1 and all others are 0.
-MonochromeColors MonochromeOf(const Context& context) {
-  return {RgbOf(context.state.text), RgbOf(context.state.background)};
-}
-
-bool PatternBlit(const Context& context, int x, int y, int width, int height, RasterOp operation) {
+bool PatternBlit(const Context& context, int x, int y, int width, int height, const Brush* brush,
+                 RasterOp operation) {
   Surface* target = context.Target();
   if (!target) return false;
   Blit({target, context.state.clip.get(), MakeAxis(x, width, target->width),
-        MakeAxis(y, height, target->height), nullptr, nullptr, Find<Brush>(context.state.brush),
-        MonochromeOf(context), operation});
+        MakeAxis(y, height, target->height), nullptr, nullptr, brush, context.Monochrome(),
+        operation});
   return true;
 }
+bool PatternBlit(const Context& context, int x, int y, int width, int height, RasterOp operation) {
+  return PatternBlit(context, x, y, width, height, Find<Brush>(context.state.brush), operation);
+}
 
+// A source without colours of its own shows the target context's text and background colours; on a
+// target without them the source context's background colour is 1 and all others are 0.
 bool SourceBlit(const Context& context, int x, int y, int width, int height,
                 const Context& sourceContext, int srcX, int srcY, RasterOp operation) {
   Surface* target = context.Target();
@@ -65,7 +64,7 @@ bool SourceBlit(const Context& context, int x, int y, int width, int height,
   ColorTable monochrome;
   const ColorTable* colors = source->colors.get();
   if (source->monochrome()) {
-    const MonochromeColors shown = MonochromeOf(context);
+    const MonochromeColors shown = context.Monochrome();
     monochrome.count = 2;
     monochrome.entries[0] = QuadOf(shown.text);
     monochrome.entries[1] = QuadOf(shown.background);
@@ -73,17 +72,10 @@ bool SourceBlit(const Context& context, int x, int y, int width, int height,
   }
   const ColorMap map = source->monochrome() && target->monochrome()
                            ? ColorMap(source->layout, SameMonochrome(), *target)
-                           : ColorMap(source->layout, colors, *target, MonochromeOf(sourceContext));
+                           : ColorMap(source->layout, colors, *target, sourceContext.Monochrome());
   Blit({target, context.state.clip.get(), columns, rows, source, &map,
-        Find<Brush>(context.state.brush), MonochromeOf(context), operation});
+        Find<Brush>(context.state.brush), context.Monochrome(), operation});
   return true;
-}
-
-bool InClip(const Context& context, int x, int y) {
-  const ClipRects* clip = context.state.clip.get();
-  return !clip || std::any_of(clip->begin(), clip->end(), [&](const RECT& r) {
-    return x >= r.left && x < r.right && y >= r.top && y < r.bottom;
-  });
 }
 
 }  // namespace
@@ -112,17 +104,28 @@ BOOL PatBlt(HDC context, int x, int y, int width, int height, DWORD rasterOp) {
   });
 }
 
+// Corners in any order: each side runs from the first one on.
+int FillRect(HDC context, const RECT* rect, HBRUSH brush) {
+  return Enter<int>(0, [&]() -> int {
+    const auto* found = Find<Context>(context);
+    const auto* fill = Find<Brush>(brush);
+    const auto size = [](LONG from, LONG to) {
+      return static_cast<int>(static_cast<uint32_t>(to) - static_cast<uint32_t>(from));
+    };
+    return found && fill &&
+           PatternBlit(*found, rect->left, rect->top, size(rect->left, rect->right),
+                       size(rect->top, rect->bottom), fill, RasterOp(PATCOPY));
+  });
+}
+
 // CLR_INVALID outside of the surface or the clip. Monochrome pixels are black and white here.
 COLORREF GetPixel(HDC context, int x, int y) {
   return Enter<COLORREF>(CLR_INVALID, [&]() -> COLORREF {
     const auto* found = Find<Context>(context);
-    const Surface* target = found ? found->Target() : nullptr;
-    if (!target || x < 0 || y < 0 || x >= target->width || y >= target->height ||
-        !InClip(*found, x, y)) {
-      return CLR_INVALID;
-    }
+    if (!found || !found->Shows(x, y)) return CLR_INVALID;
+    const Surface& target = *found->Target();
     uint32_t pixel;
-    LoadPixels(target->Row(y), target->layout.bits, x, 1, &pixel);
-    return ColorRefOf(ColorOf(pixel, *target));
+    LoadPixels(target.Row(y), target.layout.bits, x, 1, &pixel);
+    return ColorRefOf(ColorOf(pixel, target));
   });
 }

@@ -1,41 +1,12 @@
 // Regions on device contexts: as a clip, and framed.
-#include "platform/headless/devices/context.h"
+#include "platform/headless/drawing/outline.h"
 #include "platform/headless/regions/regions.h"
-#include "platform/headless/surfaces/blit.h"
 
 namespace headless {
 namespace {
 
 Clip ClipOf(const RegionSet& set) {
   return std::make_shared<const ClipRects>(set.rects().begin(), set.rects().end());
-}
-
-// The part of a set that the clip lets through.
-RegionSet ThroughClip(const RegionSet& set, const ClipRects& clip) {
-  RectList rects;
-  rects.Append(clip.data(), clip.size());
-  RegionSet through = RegionSet::FromBands(std::move(rects), false);
-  CombineSets(through, set, through, RGN_AND);
-  return through;
-}
-
-bool PaintSet(const Context& context, const RegionSet& set, const Brush& brush) {
-  Surface* target = context.Target();
-  if (!target) return false;
-  RegionSet through;
-  through.Assign(set);
-  if (context.state.clip) through = ThroughClip(set, *context.state.clip);
-  const Clip clip = ClipOf(through);
-  Blit({target,
-        clip.get(),
-        MakeAxis(0, target->width, target->width),
-        MakeAxis(0, target->height, target->height),
-        nullptr,
-        nullptr,
-        &brush,
-        {RgbOf(context.state.text), RgbOf(context.state.background)},
-        RasterOp(PATCOPY)});
-  return true;
 }
 
 }  // namespace
@@ -65,11 +36,12 @@ int SelectClipRgn(HDC context, HRGN region) {
 }
 
 BOOL FrameRgn(HDC context, HRGN region, HBRUSH brush, int width, int height) {
-  return Enter<BOOL>(FALSE, [&] {
+  return Enter<BOOL>(FALSE, [&]() -> BOOL {
     const auto* found = Find<Context>(context);
     const auto* shape = Find<Region>(region);
     const auto* fill = Find<Brush>(brush);
-    return found && shape && fill && !shape->set.empty() &&
-           PaintSet(*found, FrameOf(shape->set, width, height), *fill);
+    if (!found || !found->Target() || !shape || !fill || shape->set.empty()) return FALSE;
+    PaintSet(*found, FrameOf(shape->set, width, height), *fill, RasterOp(PATCOPY));
+    return TRUE;
   });
 }

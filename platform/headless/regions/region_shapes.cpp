@@ -17,31 +17,49 @@ static_assert(kLargestEllipse * kLargestEllipse <= INT64_MAX / 12 / kLargestElli
 // A polygon is scanned row by row, at up to a rectangle and more for each.
 constexpr int64_t kMostPolygonRows = 1 << 22;
 
-// The insets of an ellipse that fills `width` by `height` pixels: entry i is the number of pixels
-// that row i below the vertical middle leaves free on each side. Midpoint stepping along the
-// quadrant after Zingl (A Rasterizing Algorithm for Drawing Curves, 2012), on eight times the
-// squared distances. The tips of a thin ellipse, where the stepping runs out of columns before it
-// has all its rows, take the inset `narrowest`, and none is above it.
+// The way along a quarter of an ellipse of `width` by `height` pixels, from its end at the side to
+// the one at the tip. Midpoint stepping after Zingl (A Rasterizing Algorithm for Drawing Curves,
+// 2012), on eight times the squared distances.
+class QuarterEllipse {
+ public:
+  QuarterEllipse(int32_t width, int32_t height) {
+    const int64_t a = width - 1, b = height - 1, odd = b & 1;
+    stepX_ = 8 * a * a, stepY_ = 8 * b * b;
+    dx_ = 4 * (1 - a) * b * b, dy_ = 4 * (odd + 1) * a * a;
+    error_ = dx_ + dy_ + odd * a * a;
+  }
+  int32_t inset = 0;  // pixels left free at the side
+  int32_t row = 0;    // from the middle on
+
+  void Step() {
+    const int64_t twice = 2 * error_;
+    if (twice >= dx_) {
+      ++inset;
+      error_ += dx_ += stepY_;
+    }
+    if (twice <= dy_) {
+      ++row;
+      error_ += dy_ += stepX_;
+    }
+  }
+
+ private:
+  int64_t stepX_, stepY_, dx_, dy_, error_;
+};
+
+// Entry i is the number of pixels that row i below the vertical middle of an ellipse leaves free on
+// each side. The tips of a thin ellipse, where the stepping runs out of columns before it has all
+// its rows, take the inset `narrowest`, and none is above it.
 std::vector<int32_t> EllipseInsets(int32_t width, int32_t height, int32_t narrowest) {
-  const int64_t a = width - 1, b = height - 1, odd = b & 1;
-  const int64_t stepX = 8 * a * a, stepY = 8 * b * b;
-  int64_t dx = 4 * (1 - a) * b * b, dy = 4 * (odd + 1) * a * a;
-  int64_t error = dx + dy + odd * a * a;
   const size_t rows = static_cast<size_t>(height - height / 2);
   std::vector<int32_t> insets;
   insets.reserve(rows);
-  int32_t inset = 0;
   insets.push_back(0);
-  while (inset <= width / 2 && insets.size() < rows) {
-    const int64_t twice = 2 * error;
-    if (twice >= dx) {
-      ++inset;
-      error += dx += stepY;
-    }
-    if (twice <= dy) {
-      insets.push_back(std::min(inset, narrowest));
-      error += dy += stepX;
-    }
+  QuarterEllipse quarter(width, height);
+  while (quarter.inset <= width / 2 && insets.size() < rows) {
+    const int32_t row = quarter.row;
+    quarter.Step();
+    if (quarter.row != row) insets.push_back(std::min(quarter.inset, narrowest));
   }
   insets.resize(rows, narrowest);
   return insets;
@@ -84,6 +102,25 @@ RegionSet RoundRectSet(int32_t left, int32_t top, int32_t right, int32_t bottom,
   }
   rects.CommitTo(out);
   return RegionSet::FromBands(std::move(rects), false);
+}
+
+std::vector<POINT> EllipseOutline(const RECT& box) {
+  const int64_t wide = int64_t{box.right} - box.left, high = int64_t{box.bottom} - box.top;
+  if (wide > kLargestEllipse || high > kLargestEllipse) throw std::bad_alloc();
+  const auto width = static_cast<int32_t>(wide), height = static_cast<int32_t>(high);
+  std::vector<POINT> points;
+  const int32_t middle = (width - 1) / 2;
+  for (QuarterEllipse quarter(width, height); quarter.inset <= middle; quarter.Step()) {
+    points.push_back({box.right - 1 - quarter.inset, box.top + height / 2 + quarter.row});
+  }
+  // The tip of a thin one, as above.
+  if (points.back().y < box.bottom - 1) points.push_back({box.right - 1 - middle, box.bottom - 1});
+  // The other half of the lower side, and then the upper one.
+  for (size_t i = points.size(); i > 0; --i)
+    points.push_back({box.left + box.right - 1 - points[i - 1].x, points[i - 1].y});
+  for (size_t i = points.size(); i > 0; --i)
+    points.push_back({points[i - 1].x, box.top + box.bottom - 1 - points[i - 1].y});
+  return points;
 }
 
 namespace {

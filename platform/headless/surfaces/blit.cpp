@@ -5,6 +5,7 @@
 #include <cstring>
 #include <optional>
 
+#include "platform/headless/surfaces/fill_rows.h"
 #include "platform/headless/surfaces/pixel_rows.h"
 
 namespace headless {
@@ -65,11 +66,32 @@ class PatternRows {
   std::optional<ColorMap> map_;
 };
 
+// Without a source and with a brush of one colour, or none at all, all pixels meet the same value.
+bool FillsOnly(const BlitJob& job) {
+  return !job.operation.NeedsSource() &&
+         (!job.operation.NeedsPattern() || job.brush->kind == Brush::Kind::kSolid);
+}
+
+Ink InkOf(const BlitJob& job) {
+  const bool brush = job.operation.NeedsPattern();
+  const uint32_t value =
+      brush ? SolidPixel(RgbOf(job.brush->color), *job.target, job.monochrome) : 0;
+  const uint32_t values[] = {value, value}, none[] = {0, 0};
+  uint32_t ends[] = {0, ~0u};
+  job.operation.Combine(2, values, none, ends);
+  return {ends[0] ^ ends[1], ends[0]};
+}
+
 // One call's work, row by row.
 class Painter {
  public:
   explicit Painter(const BlitJob& job)
       : job_(job), bits_(job.target->layout.bits), copies_(job.operation.CopiesSource()) {
+    if (FillsOnly(job)) {
+      fill_ = FillRowFor(bits_);
+      ink_ = InkOf(job);
+      return;
+    }
     const auto width = static_cast<size_t>(job.columns.count);
     if (job.source && !job.rows.straight()) met_.resize(width);
     if (job.operation.NeedsPattern()) pattern_.emplace(job);
@@ -97,6 +119,11 @@ class Painter {
   // The part of the target within a rectangle that is not empty.
   void Paint(const RECT& r) {
     const int32_t width = r.right - r.left;
+    if (fill_) {
+      for (int32_t y = r.top; y < r.bottom; ++y)
+        fill_(job_.target->Row(y), r.left, width, ink_);
+      return;
+    }
     if ((copiesBytes_ || copiesTable_) && bits_ >= 8 && job_.rows.straight()) {
       return CopyRows(r, width);
     }
@@ -234,6 +261,8 @@ class Painter {
   const BlitJob& job_;
   const uint32_t bits_;
   const bool copies_;
+  FillRow fill_ = nullptr;  // when all is filled alike
+  Ink ink_{};
   bool copiesBytes_ = false, copiesTable_ = false;
   const uint32_t* byteTable_ = nullptr;
   uint32_t bytes_[256];
@@ -245,19 +274,35 @@ class Painter {
 }  // namespace
 
 void Blit(const BlitJob& job) {
+  const RECT area = {job.columns.first, job.rows.first, job.columns.first + job.columns.count,
+                     job.rows.first + job.rows.count};
+  BlitParts(job, &area, 1);
+}
+
+void BlitParts(const BlitJob& job, const RECT* parts, size_t count) {
   if (job.columns.count <= 0 || job.rows.count <= 0) return;
   if (job.operation.NeedsPattern() && job.brush->kind == Brush::Kind::kNull) return;
   Painter painter(job);
   const RECT area = {job.columns.first, job.rows.first, job.columns.first + job.columns.count,
                      job.rows.first + job.rows.count};
-  const auto paint = [&](const RECT& part) {
-    const int32_t left = std::max(area.left, part.left), right = std::min(area.right, part.right);
-    const int32_t top = std::max(area.top, part.top), bottom = std::min(area.bottom, part.bottom);
-    if (left < right && top < bottom) painter.Paint({left, top, right, bottom});
+  const auto paint = [&](const RECT& part, const RECT& within) {
+    const RECT r = {std::max(within.left, part.left), std::max(within.top, part.top),
+                    std::min(within.right, part.right), std::min(within.bottom, part.bottom)};
+    if (r.left < r.right && r.top < r.bottom) painter.Paint(r);
   };
-  if (!job.clip) return paint(area);
-  for (const RECT& part : *job.clip)
-    paint(part);
+  for (; count > 0; --count, ++parts) {
+    const RECT part = {std::max(area.left, parts->left), std::max(area.top, parts->top),
+                       std::min(area.right, parts->right), std::min(area.bottom, parts->bottom)};
+    if (!job.clip) {
+      paint(part, area);
+      continue;
+    }
+    // Bands lie one below the other, so bottoms rise as tops do.
+    auto rect = std::partition_point(job.clip->begin(), job.clip->end(),
+                                     [&](const RECT& r) { return r.bottom <= part.top; });
+    for (; rect != job.clip->end() && rect->top < part.bottom; ++rect)
+      paint(part, *rect);
+  }
 }
 
 }  // namespace headless

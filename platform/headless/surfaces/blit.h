@@ -24,6 +24,10 @@ struct BlitJob {
 
 void Blit(const BlitJob& job);
 
+// The parts of a job that lie in some rectangles, one after the other; where they overlap the
+// operation is done again.
+void BlitParts(const BlitJob& job, const RECT* parts, size_t count);
+
 }  // namespace headless
 
 #endif

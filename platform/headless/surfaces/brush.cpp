@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/headless/objects/font.h"
 #include "platform/headless/objects/palette.h"
 #include "platform/headless/surfaces/bitmap.h"
+#include "platform/headless/surfaces/pen.h"
 
 namespace headless {
 
@@ -81,6 +83,8 @@ HBRUSH CreatePatternBrush(HBITMAP pattern) {
 HGDIOBJ GetStockObject(int which) {
   return Enter<HGDIOBJ>(nullptr, [&]() -> HGDIOBJ {
     if (which == DEFAULT_PALETTE) return DefaultPalette();
+    if (which == SYSTEM_FONT) return DefaultFont();
+    if (HPEN pen = StockPen(which)) return pen;
     return StockBrush(which);
   });
 }

@@ -9,7 +9,7 @@
 
 namespace headless {
 
-// Rectangles that do not overlap, by rising top and then left, in device coordinates.
+// Rectangles in the bands of a region, by rising top and then left, in device coordinates.
 using ClipRects = std::vector<RECT>;
 
 // Null: no clip region, drawing is confined by the surface alone. An empty list lets nothing

@@ -25,6 +25,12 @@ class RasterOp {
   uint8_t truth_;
 };
 
+// What a binary operation of pen and target (R2_) is among the ternary ones.
+inline RasterOp BinaryOp(int operation) {
+  const auto truth = static_cast<uint32_t>(operation - 1);  // bit 2P + D
+  return RasterOp(((truth & 3) * 0x05 | (truth >> 2) * 0x50) << 16);
+}
+
 }  // namespace headless
 
 #endif

@@ -1,4 +1,4 @@
-/* GDI32 of the subset: objects, palettes, device contexts, bitmaps, DIBs, regions. */
+/* GDI32 of the subset: objects, palettes, device contexts, bitmaps, DIBs, regions, figures, text. */
 #ifndef VNCORE_PLATFORM_WIN32_GDI32_H
 #define VNCORE_PLATFORM_WIN32_GDI32_H
 
@@ -13,6 +13,7 @@ extern "C" {
 #define OBJ_BRUSH 2
 #define OBJ_DC 3
 #define OBJ_PAL 5
+#define OBJ_FONT 6
 #define OBJ_BITMAP 7
 #define OBJ_REGION 8
 #define OBJ_MEMDC 10
@@ -20,6 +21,10 @@ extern "C" {
 #define WHITE_BRUSH 0
 #define BLACK_BRUSH 4
 #define NULL_BRUSH 5
+#define WHITE_PEN 6
+#define BLACK_PEN 7
+#define NULL_PEN 8
+#define SYSTEM_FONT 13
 #define DEFAULT_PALETTE 15
 VNW_DECLARE(BOOL, DeleteObject, (HGDIOBJ object));
 VNW_DECLARE(int, GetObjectA, (HANDLE object, int bytes, LPVOID result));
@@ -28,6 +33,10 @@ VNW_DECLARE(HGDIOBJ, GetStockObject, (int which));
 VNW_DECLARE(HGDIOBJ, SelectObject, (HDC context, HGDIOBJ object));
 VNW_DECLARE(HBRUSH, CreateSolidBrush, (COLORREF color));
 VNW_DECLARE(HBRUSH, CreatePatternBrush, (HBITMAP pattern));
+/* Solid pens alone, and the one that draws nothing: other styles fail. */
+#define PS_SOLID 0
+#define PS_NULL 5
+VNW_DECLARE(HPEN, CreatePen, (int style, int width, COLORREF color));
 
 /* Palettes. */
 #define PC_RESERVED 0x01
@@ -71,6 +80,9 @@ VNW_DECLARE(int, SaveDC, (HDC context));
 VNW_DECLARE(BOOL, RestoreDC, (HDC context, int saved));
 VNW_DECLARE(COLORREF, SetTextColor, (HDC context, COLORREF color));
 VNW_DECLARE(COLORREF, SetBkColor, (HDC context, COLORREF color));
+#define TRANSPARENT 1
+#define OPAQUE 2
+VNW_DECLARE(int, SetBkMode, (HDC context, int mode));
 
 /* Printing. */
 #define SP_ERROR (-1)
@@ -128,6 +140,56 @@ VNW_DECLARE(int, GetDIBits,
             (HDC context, HBITMAP bitmap, UINT firstLine, UINT lines, LPVOID bits, BITMAPINFO* info,
              UINT usage));
 VNW_DECLARE(COLORREF, GetPixel, (HDC context, int x, int y));
+
+/* Points, lines and figures. */
+#define R2_BLACK 1
+#define R2_NOTMERGEPEN 2
+#define R2_MASKNOTPEN 3
+#define R2_NOTCOPYPEN 4
+#define R2_MASKPENNOT 5
+#define R2_NOT 6
+#define R2_XORPEN 7
+#define R2_NOTMASKPEN 8
+#define R2_MASKPEN 9
+#define R2_NOTXORPEN 10
+#define R2_NOP 11
+#define R2_MERGENOTPEN 12
+#define R2_COPYPEN 13
+#define R2_MERGEPENNOT 14
+#define R2_MERGEPEN 15
+#define R2_WHITE 16
+VNW_DECLARE(int, SetROP2, (HDC context, int operation));
+VNW_DECLARE(int, SetPolyFillMode, (HDC context, int fillRule));
+VNW_DECLARE(COLORREF, SetPixel, (HDC context, int x, int y, COLORREF color));
+VNW_DECLARE(BOOL, MoveToEx, (HDC context, int x, int y, LPPOINT before));
+VNW_DECLARE(BOOL, LineTo, (HDC context, int x, int y));
+VNW_DECLARE(BOOL, Polyline, (HDC context, const POINT* points, int count));
+VNW_DECLARE(BOOL, Polygon, (HDC context, const POINT* points, int count));
+VNW_DECLARE(BOOL, Rectangle, (HDC context, int left, int top, int right, int bottom));
+VNW_DECLARE(BOOL, Ellipse, (HDC context, int left, int top, int right, int bottom));
+
+/* Text, in UTF-8. Fails where no font can be had. */
+#define FW_NORMAL 400
+#define FW_BOLD 700
+#define DEFAULT_CHARSET 1
+#define OUT_DEFAULT_PRECIS 0
+#define CLIP_DEFAULT_PRECIS 0
+#define DEFAULT_QUALITY 0
+#define NONANTIALIASED_QUALITY 3
+#define DEFAULT_PITCH 0
+#define FF_DONTCARE 0
+#define TA_LEFT 0
+#define TA_RIGHT 2
+#define TA_CENTER 6
+#define TA_TOP 0
+#define TA_BOTTOM 8
+#define TA_BASELINE 24
+#define TA_UPDATECP 1
+VNW_DECLARE(HFONT, CreateFontA,
+            (int height, int width, int escapement, int orientation, int weight, DWORD italic,
+             DWORD underline, DWORD strikeOut, DWORD charSet, DWORD outPrecision,
+             DWORD clipPrecision, DWORD quality, DWORD pitchAndFamily, LPCSTR face));
+VNW_DECLARE(UINT, SetTextAlign, (HDC context, UINT align));
 
 /* Regions. */
 #define RGN_ERROR 0

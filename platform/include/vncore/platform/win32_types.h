@@ -58,6 +58,8 @@ typedef Vn_HPALETTE HPALETTE;
 typedef Vn_HBITMAP HBITMAP;
 typedef Vn_HRGN HRGN;
 typedef struct Vn_HBRUSH_Tag* HBRUSH;
+typedef struct Vn_HPEN_Tag* HPEN;
+typedef struct Vn_HFONT_Tag* HFONT;
 typedef struct Vn_HINSTANCE_Tag* HINSTANCE;
 typedef HINSTANCE HMODULE;
 

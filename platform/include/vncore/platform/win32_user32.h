@@ -1,4 +1,4 @@
-/* USER32 of the subset: the screen's device context, the clipboard. */
+/* USER32 of the subset: the screen's device context, filled rectangles, the clipboard. */
 #ifndef VNCORE_PLATFORM_WIN32_USER32_H
 #define VNCORE_PLATFORM_WIN32_USER32_H
 
@@ -10,6 +10,7 @@ extern "C" {
 
 VNW_DECLARE(HDC, GetDC, (HWND window));
 VNW_DECLARE(int, ReleaseDC, (HWND window, HDC context));
+VNW_DECLARE(int, FillRect, (HDC context, const RECT* rect, HBRUSH brush));
 
 /* The clipboard. */
 #define CF_BITMAP 2

@@ -1,0 +1,67 @@
+#include "platform/headless/drawing/wide_line.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "platform/headless/regions/region_shapes.h"
+
+namespace headless {
+namespace {
+
+int32_t Rounded(double length) { return static_cast<int32_t>(std::lround(length)); }
+
+// A straight stretch without its ends. Of an even width the odd pixel lies to the left and above.
+RegionSet Bar(POINT from, POINT to, int32_t width) {
+  const int32_t dx = to.x - from.x, dy = to.y - from.y, before = width / 2;
+  if (dy == 0) {
+    return RegionSet::FromRect(std::min(from.x, to.x), from.y - before, std::max(from.x, to.x),
+                               from.y - before + width);
+  }
+  if (dx == 0) {
+    return RegionSet::FromRect(from.x - before, std::min(from.y, to.y), from.x - before + width,
+                               std::max(from.y, to.y));
+  }
+  // Half of the thickness on either side, as steps along the axes.
+  const double scale = width / std::hypot(dx, dy);
+  const double x = scale * std::abs(dy), y = scale * std::abs(dx);
+  POINT one = {Rounded(x / 2), Rounded(y / 2)},
+        other = {Rounded((x + 1) / 2), Rounded((y + 1) / 2)};
+  if (dx < 0) one.y = -one.y, other.y = -other.y;
+  if (dy < 0) {
+    std::swap(one, other);
+    one.x = -one.x, other.x = -other.x;
+  }
+  const POINT corners[] = {{from.x - one.x, from.y + one.y},
+                           {from.x + other.x, from.y - other.y},
+                           {to.x + other.x, to.y - other.y},
+                           {to.x - one.x, to.y + one.y}};
+  return PolygonSet(corners, 4, ALTERNATE);
+}
+
+// Joins pieces by halves: each rectangle is then looked at a few times, not once for each piece.
+template <class Piece>
+RegionSet Join(size_t first, size_t end, const Piece& piece) {
+  if (end - first == 1) return piece(first);
+  const size_t middle = first + (end - first) / 2;
+  RegionSet all = Join(first, middle, piece);
+  CombineSets(all, all, Join(middle, end, piece), RGN_OR);
+  return all;
+}
+
+}  // namespace
+
+RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width) {
+  const int32_t low = -(width / 2), high = (width + 1) / 2 + 1;
+  const RegionSet nib = RoundRectSet(low, low, high, high, high - low, high - low);
+  return Join(0, count, [&](size_t i) {
+    RegionSet piece;
+    piece.Assign(nib);
+    piece.Offset(points[i].x, points[i].y);
+    if (closed || i + 1 < count)
+      CombineSets(piece, piece, Bar(points[i], points[(i + 1) % count], width), RGN_OR);
+    return piece;
+  });
+}
+
+}  // namespace headless
