@@ -24,6 +24,7 @@ help:
 	@echo "make bench                    run the benchmarks"
 	@echo "make race                     our speed beside other libraries', as a table"
 	@echo "make python                   the Python package as a wheel, in out/python"
+	@echo "make docs                     pages of all public functions, in out/docs/html"
 
 # PICTURE is a PNG, JPEG or TIFF file; without it the project's own test card is painted.
 demo:
@@ -135,9 +136,13 @@ race:
 	$(BUILD) native --target vncore_bench vncore_tool
 	bench/race.py build-native $(if $(ONLY),--only '$(ONLY)',--write bench/README.md)
 
+docs:
+	scripts/setup.sh docs
+	scripts/docs.sh out/docs
+
 clean:
 	rm -rf build-native build-asan build-asan32 build-clang build-tsan build-arm build-coverage \
 	  build-fuzz build-win32 out
 
 .PHONY: help demo view test test-windows test-clang test-arm test-arm-cases test-32 test-threads \
-  test-races memcheck coverage fuzz bench race python clean
+  test-races memcheck coverage fuzz bench race python docs clean
