@@ -20,7 +20,7 @@ Call PutRun(int32_t left, int32_t right) {
 // without storage.
 template <int32_t kBits>
 void GiveBitmap(Scene& s) {
-  Vn_CreateBitmap(s.result, s.kind.request, 31, 9, kBits, ORDER_BGR, nullptr, VIEW_TOP_FIRST);
+  Vn_CreateBitmap(s.result, s.kind.request, 32, 9, kBits, ORDER_BGR, nullptr, VIEW_TOP_FIRST);
   Vn_FillBitmap(s.result, 0x804020);
 }
 

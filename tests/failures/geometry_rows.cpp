@@ -5,7 +5,7 @@ namespace vn::test {
 namespace {
 
 void GiveBitmap(Scene& s) {
-  Vn_CreateBitmap(s.result, s.kind.request, 31, 31, 4, 0, nullptr, VIEW_TOP_FIRST);
+  Vn_CreateBitmap(s.result, s.kind.request, 32, 31, 4, 0, nullptr, VIEW_TOP_FIRST);
   Vn_ClearBitmap(s.result);
 }
 
