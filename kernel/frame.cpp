@@ -1,6 +1,7 @@
 // Records without storage, defaults, the status callback, the version.
 #include <utility>
 
+#include <vncore/vn_version.h>
 #include "kernel/pixel_format.h"
 #include "kernel/thread_settings.h"
 
@@ -10,8 +11,12 @@ namespace {
 constexpr int32_t kResolution = 150;  // dots per inch, where the thread's default says nothing
 
 // The registered sign in Windows-1252.
-constexpr VersionRecord kVersion = {
-    "VORNKIT\xAE DLL for Win32", 0, 6, 2, "Aug 22 1996", "16:40:36"};
+constexpr VersionRecord kVersion = {"VORNKIT\xAE DLL for Win32",
+                                    0,
+                                    VNCORE_VERSION_MAJOR,
+                                    VNCORE_VERSION_MINOR,
+                                    "Aug 22 1996",
+                                    "16:40:36"};
 
 bool IsDepth(int32_t bits) {
   return WithDepth(bits, [](auto) {});

@@ -7,7 +7,7 @@ set -eu
 
 folder=$(mkdir -p "$1" && cd "$1" && pwd)
 cd "$(dirname "$0")/.."
-version=$(sed -n 's/^project(vncore VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+version=$(cmake -P cmake/Version.cmake 2>&1)
 { cat docs/api/Doxyfile; echo "OUTPUT_DIRECTORY=$folder"; echo "PROJECT_NUMBER=$version"; } | doxygen -
 
 python3 - "$folder/xml" kernel/vncore32.def <<'END'
