@@ -27,7 +27,7 @@ struct Layout {
   size_t Bytes() const { return Pixels() + Indexes() + row * rows * sizeof(int16_t); }
 };
 
-WaveLoop* LoopFor(const DiffusionWave::Form& form) {
+WaveLoop* LoopFor([[maybe_unused]] const DiffusionWave::Form& form) {
   return VNCORE_VECTOR_FORM(nullptr, WaveLoopAvx2(form.method, form.targetBits));
 }
 
