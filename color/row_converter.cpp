@@ -66,22 +66,42 @@ bool RowConverter::Prepare(RowFormat from, RowFormat to, size_t expected) {
   return true;
 }
 
+// In blocks that start at whole bytes, from the end where pixels grow, so that nothing is overwritten
+// that is still to be read.
 void RowConverter::ConvertInPlace(uint8_t* row, size_t width) {
   if (loop_ == Keep) return;
-  // In blocks of which the source is a copy, so that loops need not regard what overlaps. The order
-  // of the blocks is such that nothing is overwritten before it was copied. They start at whole
-  // bytes.
-  constexpr size_t kBlock = 2048;
-  alignas(32) uint8_t source[kBlock * 4];
-  const int32_t fromBits = from_.StoredBits(), toBits = to_.StoredBits();
-  const size_t blocks = (width + kBlock - 1) / kBlock;
-  for (size_t k = 0; k < blocks; ++k) {
-    const size_t first = (toBits > fromBits ? blocks - 1 - k : k) * kBlock;
-    const size_t pixels = std::min(kBlock, width - first);
-    std::memcpy(source, row + WholeBytes(first, fromBits),
-                (pixels * static_cast<size_t>(fromBits) + 7) / 8);
-    Convert(source, row + WholeBytes(first, toBits), pixels);
+  const auto from = static_cast<uint64_t>(from_.StoredBits());
+  const auto to = static_cast<uint64_t>(to_.StoredBits());
+  if (to > from) {
+    // Few blocks: memory likes to be walked upward.
+    for (size_t end = width; end;) {
+      const size_t first = end > kMostCopied ? (end - kMostCopied + 7) / 8 * 8 : 0;
+      ConvertCopied(row, first, end);
+      end = first;
+    }
+    return;
   }
+  // A block where pixels do not lie where they go needs no copy, but the first ones are short.
+  constexpr size_t kCopied = 2048, kLeastApart = 512;
+  for (size_t first = 0; first < width;) {
+    auto end = static_cast<size_t>(std::min<uint64_t>(first * from / to / 8 * 8, width));
+    if (end >= first + kLeastApart) {
+      Convert(row + WholeBytes(first, from_.StoredBits()),
+              row + WholeBytes(first, to_.StoredBits()), end - first);
+    } else {
+      end = std::min(first + kCopied, width);
+      ConvertCopied(row, first, end);
+    }
+    first = end;
+  }
+}
+
+void RowConverter::ConvertCopied(uint8_t* row, size_t first, size_t end) {
+  const int32_t bits = from_.StoredBits();
+  const size_t start = WholeBytes(first, bits);
+  alignas(32) uint8_t source[kMostCopied * 4];
+  std::memcpy(source, row + start, ((end - first) * static_cast<size_t>(bits) + 7) / 8);
+  Convert(source, row + WholeBytes(first, to_.StoredBits()), end - first);
 }
 
 void RowConverter::Keep(RowConverter* self, const uint8_t* source, uint8_t* target, size_t width) {

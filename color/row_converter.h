@@ -35,6 +35,8 @@ class RowConverter {
   void ConvertInPlace(uint8_t* row, size_t width);
 
  private:
+  static constexpr size_t kMostCopied = 4096;
+
   using Loop = void (*)(RowConverter* self, const uint8_t* source, uint8_t* target, size_t width);
 
   static void Keep(RowConverter* self, const uint8_t* source, uint8_t* target, size_t width);
@@ -44,6 +46,8 @@ class RowConverter {
   static void Map(RowConverter* self, const uint8_t* source, uint8_t* target, size_t width);
   template <int From, uint32_t Order, int To>
   static void Search(RowConverter* self, const uint8_t* source, uint8_t* target, size_t width);
+  // Pixels `first` to `end` - 1 of a row, by way of a copy: at most kMostCopied.
+  void ConvertCopied(uint8_t* row, size_t first, size_t end);
   bool KeepsPixels() const;
   void PrepareMap();
   void PrepareSearch(size_t expected);

@@ -84,6 +84,9 @@ TEST_P(EachPair, EqualsTheSlowModelInPlace) {
       }
     }
   }
+  // Several blocks of the work in place.
+  for (const uint32_t width : {2900, 4509})
+    ASSERT_NO_FATAL_FAILURE(Check({width, srcBits, dstBits, 1, 0, nullptr, nullptr}, random));
 }
 
 INSTANTIATE_TEST_SUITE_P(Convert, EachPair,
