@@ -18,7 +18,7 @@ void Paint(benchmark::State& state, int32_t bits, int32_t deviceBits, uint32_t m
   const auto width = static_cast<uint32_t>(kWidth * percent / 100);
   const auto height = static_cast<uint32_t>(kHeight * percent / 100);
   Picture picture(width, height, bits);
-  Painting painting(picture, kWidth, kHeight, deviceBits, mode);
+  Painting painting(picture, kWidth, kHeight, deviceBits, mode, 20);
   // Of a larger picture only the rows that are shown are read.
   const size_t rowsRead = std::min(static_cast<size_t>(height), static_cast<size_t>(kHeight));
   CompareTouched(state, double{kWidth} * kHeight, size_t{picture->BytesPerLine} * rowsRead,

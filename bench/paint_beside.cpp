@@ -15,7 +15,7 @@ constexpr int32_t kWidth = 2048, kHeight = 1536;
 // Bits of the picture, of the screen, and the picture's size in percent of the screen's.
 void Paint(benchmark::State& state, int32_t bits, int32_t deviceBits, int32_t percent) {
   Picture picture(kWidth * percent / 100, kHeight * percent / 100, bits);
-  Painting painting(picture, kWidth, kHeight, deviceBits, 0);
+  Painting painting(picture, kWidth, kHeight, deviceBits, 0, 0);
   const auto written = StrideOf(kWidth, static_cast<uint32_t>(deviceBits));
   const auto height = static_cast<uint32_t>(picture->Height);
   // Of a larger picture only the rows that are shown, and all their bytes.

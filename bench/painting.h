@@ -10,14 +10,16 @@
 namespace vn::bench {
 
 // Sets the screen up, its palette realised for the picture, and the display modes of dithering and
-// of 1-bit pictures, for as long as it lives.
+// of 1-bit pictures, for as long as it lives. Without `reserved` colours the device has no indexes
+// to translate.
 class Painting {
  public:
-  Painting(BitmapHandle* picture, int32_t width, int32_t height, int32_t deviceBits, uint32_t mode)
+  Painting(BitmapHandle* picture, int32_t width, int32_t height, int32_t deviceBits, uint32_t mode,
+           int32_t reserved)
       : picture_(picture),
         all_{0, 0, width, height},
         scope_(MODE_ORDERED_DITHER | MODE_BITONAL_GRAY | MODE_BITONAL_VOTE, mode) {
-    SetScreen(width, height, deviceBits);
+    SetScreen(width, height, deviceBits, reserved);
     screen_.emplace();
     palette_ = OwnedObject<HPALETTE>(Vn_CreatePaintPalette(screen_->get(), picture));
     if (!palette_) return;

@@ -63,8 +63,9 @@ class Win32sScope {
   bool win32s_;
 };
 
-inline void SetScreen(int32_t width, int32_t height, int32_t bits) {
-  const Headless_Display display = {width, height, bits, bits == 8, 20, DT_RASDISPLAY, 96};
+// `reserved` colours of a palette of 8 bits belong to the system.
+inline void SetScreen(int32_t width, int32_t height, int32_t bits, int32_t reserved = 20) {
+  const Headless_Display display = {width, height, bits, bits == 8, reserved, DT_RASDISPLAY, 96};
   if (!Headless_SetDisplay(&display)) std::abort();
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "device/bit_blocks.h"
 #include "device/paint_scratch.h"
 #include "device/row_source.h"
 #include "device/scale_mapping.h"
@@ -21,8 +22,7 @@ inline uint32_t CountOnes(uint32_t word) {
 }
 
 // Bits set of `count` columns, at least one, from column `first` on. Reads words: behind the last
-// column's byte lie kWordSlack bytes of no matter.
-inline constexpr uint32_t kWordSlack = 3;
+// column's byte lie 3 bytes of no matter.
 inline uint32_t CountBits(const uint8_t* row, uint32_t first, uint32_t count) {
   // A word holds so many whichever bit of its first byte is the first.
   constexpr uint32_t kAtOnce = 25;
@@ -50,7 +50,7 @@ class BitRows {
     const auto width = static_cast<uint64_t>(job.bitmap->Width);
     span_ = ColumnSpan::Of(mapping.firstColumn, std::min(end, width), 1);
     bytes_ =
-        scratch->Zeroed<uint8_t>(PaintSlot::kFetched, ((first_ + columns + 7) >> 3) + kWordSlack);
+        scratch->Zeroed<uint8_t>(PaintSlot::kFetched, ((first_ + columns + 7) >> 3) + kWindowSlack);
   }
   explicit operator bool() const { return bytes_; }
 
@@ -64,9 +64,9 @@ class BitRows {
     const auto storageRow = ScaledStorageRow(job_, static_cast<int64_t>(std::min(row, last)));
     source_.Fetch(storageRow, span_.start, span_.bytes, bytes_);
     if (flip) {
-      for (uint64_t i = 0; i < span_.bytes; ++i) {
-        bytes_[static_cast<size_t>(i)] = static_cast<uint8_t>(~bytes_[static_cast<size_t>(i)]);
-      }
+      uint8_t* const bytes = bytes_;
+      for (size_t i = 0, end = static_cast<size_t>(span_.bytes); i < end; ++i)
+        bytes[i] = static_cast<uint8_t>(~bytes[i]);
     }
     return bytes_;
   }

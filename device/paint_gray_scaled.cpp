@@ -1,6 +1,8 @@
 // Scaled 1-bit painting as smooth gray: averaged where it shrinks, interpolated where it grows,
 // each axis by itself.
 #include <algorithm>
+#include <bit>
+#include <optional>
 
 #include "device/bit_rows.h"
 #include "device/paint_tools.h"
@@ -16,8 +18,12 @@ class LevelRows {
       : mapping_(mapping),
         lastRow_(static_cast<uint64_t>(job.bitmap->Height) - 1),
         rows_(job, mapping, Columns(mapping), scratch),
-        levels_{scratch->Zeroed<uint8_t>(PaintSlot::kEvenLevels, mapping.Pixels()),
-                scratch->Zeroed<uint8_t>(PaintSlot::kOddLevels, mapping.Pixels())} {}
+        levels_{scratch->Zeroed<uint8_t>(PaintSlot::kEvenLevels, Room(mapping)),
+                scratch->Zeroed<uint8_t>(PaintSlot::kOddLevels, Room(mapping))} {
+    if (!mapping.expandX) {
+      blocks_.emplace(mapping.column, rows_.FirstColumn(), mapping.Pixels(), true, LevelOf);
+    }
+  }
 
   explicit operator bool() const { return rows_ && levels_[0] && levels_[1]; }
 
@@ -30,6 +36,8 @@ class LevelRows {
       const uint8_t* bits = rows_.Read(row, false);
       if (mapping_.expandX) {
         Interpolate(bits, levels);
+      } else if (*blocks_) {
+        blocks_->Write(bits, levels);
       } else {
         Average(bits, levels);
       }
@@ -45,13 +53,20 @@ class LevelRows {
     return end - mapping.firstColumn;
   }
 
+  static uint64_t Room(const ScaleMapping& mapping) {
+    return uint64_t{mapping.Pixels()} + kBlockSlack;
+  }
+  static uint8_t LevelOf(uint32_t ones, uint32_t columns) {
+    return static_cast<uint8_t>(255 * ones / columns);
+  }
+
   void Average(const uint8_t* bits, uint8_t* levels) const {
     Stepper step = mapping_.column;
     uint32_t column = rows_.FirstColumn();
     const uint32_t pixels = mapping_.Pixels();
     for (uint32_t i = 0; i < pixels; ++i) {
       const uint32_t columns = step.Advance();
-      levels[i] = static_cast<uint8_t>(255 * CountBits(bits, column, columns) / columns);
+      levels[i] = LevelOf(CountBits(bits, column, columns), columns);
       column += columns;
     }
   }
@@ -89,6 +104,7 @@ class LevelRows {
   const ScaleMapping& mapping_;
   uint64_t lastRow_;
   BitRows rows_;
+  std::optional<BitBlocks> blocks_;  // where rows are averaged
   uint8_t* levels_[2];
   uint64_t held_[2] = {UINT64_MAX, UINT64_MAX};
 };
@@ -96,19 +112,50 @@ class LevelRows {
 // level * share / divisor for every level; the share is below the divisor.
 class ShareTable {
  public:
-  ShareTable(uint32_t share, uint32_t divisor) {
+  ShareTable(uint32_t share, uint32_t divisor)
+      : factor_(static_cast<uint16_t>((uint64_t{share} << 16) / divisor + 1)) {
     Stepper step = Stepper::Dividing(share, divisor);
     uint32_t part = 0;
-    for (uint8_t& entry : parts_) {
-      entry = static_cast<uint8_t>(part);
+    for (uint32_t level = 0; level < 256; ++level) {
+      parts_[level] = static_cast<uint8_t>(part);
       part += step.Advance();
+      multiplies_ = multiplies_ && Product(static_cast<uint8_t>(level)) == parts_[level];
     }
   }
   uint32_t operator[](uint8_t level) const { return parts_[level]; }
+  // Whether Product gives the same for every level.
+  bool multiplies() const { return multiplies_; }
+  uint16_t Product(uint8_t level) const {
+    return static_cast<uint16_t>(uint32_t{level} * factor_ >> 16);
+  }
 
  private:
+  uint16_t factor_;
+  bool multiplies_ = true;
   uint8_t parts_[256];
 };
+
+// Sums of levels divided by their number, and flipped. A quotient of numbers below 2^24, rounded to
+// the nearest single-precision number, never reaches the next whole one.
+template <class Sum>
+void WriteMeans(const Sum* sums, uint32_t pixels, uint32_t rows, uint32_t flip, uint8_t* to) {
+  constexpr uint32_t kMostExact = (1 << 24) / 256;
+  if (std::has_single_bit(rows)) {
+    const int shift = std::countr_zero(rows);
+    for (uint32_t i = 0; i < pixels; ++i)
+      to[i] = static_cast<uint8_t>(sums[i] >> shift ^ flip);
+  } else if (rows <= kMostExact) {
+    const auto divisor = static_cast<float>(rows);
+    for (uint32_t i = 0; i < pixels; ++i) {
+      const auto sum = static_cast<float>(static_cast<int32_t>(sums[i]));
+      to[i] =
+          static_cast<uint8_t>(static_cast<uint32_t>(static_cast<int32_t>(sum / divisor)) ^ flip);
+    }
+  } else {
+    for (uint32_t i = 0; i < pixels; ++i)
+      to[i] = static_cast<uint8_t>(sums[i] / rows ^ flip);
+  }
+}
 
 class GrayScaler {
  public:
@@ -134,36 +181,47 @@ class GrayScaler {
   // A row and the next, each by its share of the destination's height.
   void Interpolate(uint8_t* to) {
     const uint8_t* levels = rows_.Row(row_);
-    const uint32_t pixels = mapping_.Pixels();
+    const uint32_t pixels = mapping_.Pixels(), flip = flip_;
     const uint32_t nextShare = step_.accumulator;
     if (nextShare) {
       const ShareTable part(step_.divisor - nextShare, step_.divisor);
       const ShareTable nextPart(nextShare, step_.divisor);
       const uint8_t* nextLevels = rows_.Row(row_ + 1);
-      for (uint32_t i = 0; i < pixels; ++i)
-        to[i] = static_cast<uint8_t>((part[levels[i]] + nextPart[nextLevels[i]]) ^ flip_);
+      if (part.multiplies() && nextPart.multiplies()) {
+        for (uint32_t i = 0; i < pixels; ++i) {
+          to[i] = static_cast<uint8_t>((part.Product(levels[i]) + nextPart.Product(nextLevels[i])) ^
+                                       flip);
+        }
+      } else {
+        for (uint32_t i = 0; i < pixels; ++i)
+          to[i] = static_cast<uint8_t>((part[levels[i]] + nextPart[nextLevels[i]]) ^ flip);
+      }
     } else {
       for (uint32_t i = 0; i < pixels; ++i)
-        to[i] = static_cast<uint8_t>(levels[i] ^ flip_);
+        to[i] = static_cast<uint8_t>(levels[i] ^ flip);
     }
     row_ += step_.Advance();
   }
 
   void Average(uint8_t* to) {
     const uint32_t rows = step_.Advance();
-    const uint32_t pixels = mapping_.Pixels();
-    std::fill_n(sums_, pixels, 0u);
-    for (uint32_t i = 0; i < rows; ++i)
-      AddRow(rows_.Row(row_++));
-    for (uint32_t i = 0; i < pixels; ++i)
-      to[i] = static_cast<uint8_t>(sums_[i] / rows ^ flip_);
+    if (rows <= UINT16_MAX / 255) {
+      AverageIn(reinterpret_cast<uint16_t*>(sums_), rows, to);
+    } else {
+      AverageIn(sums_, rows, to);
+    }
   }
 
-  void AddRow(const uint8_t* levels) {
+  template <class Sum>
+  void AverageIn(Sum* sums, uint32_t rows, uint8_t* to) {
     const uint32_t pixels = mapping_.Pixels();
-    uint32_t* sums = sums_;
-    for (uint32_t i = 0; i < pixels; ++i)
-      sums[i] += levels[i];
+    std::copy_n(rows_.Row(row_++), pixels, sums);
+    for (uint32_t row = 1; row < rows; ++row) {
+      const uint8_t* const levels = rows_.Row(row_++);
+      for (uint32_t i = 0; i < pixels; ++i)
+        sums[i] = static_cast<Sum>(sums[i] + levels[i]);
+    }
+    WriteMeans(sums, pixels, rows, flip_, to);
   }
 
   const ScaleMapping& mapping_;

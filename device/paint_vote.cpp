@@ -36,30 +36,65 @@ class InkVote {
         threshold_(InkThreshold(uint64_t{across_} * down_)),
         rows_(job, mapping, mapping.ColumnOf(mapping.Pixels() - 1) - mapping.firstColumn + across_,
               scratch),
-        counts_(scratch->Zeroed<uint32_t>(PaintSlot::kSums, mapping.Pixels())) {}
+        blocks_(mapping.column, rows_.FirstColumn(), mapping.Pixels(), false,
+                [](uint32_t ones, uint32_t) { return static_cast<uint8_t>(ones); }),
+        counts_(scratch->Zeroed<uint32_t>(PaintSlot::kSums, Room())) {}
 
   explicit operator bool() const { return rows_ && counts_; }
 
   // The output row for work row `row`, written to `to`.
   void Write(uint64_t row, uint8_t* to, uint32_t bytes) {
-    const uint32_t pixels = mapping_.Pixels();
-    std::fill_n(counts_, pixels, 0u);
-    // Every second row votes, and with more than one beyond the pixel's own block.
+    std::fill_n(to, bytes, static_cast<uint8_t>(invert_ ? 0 : 0xFF));
+    if (blocks_ && uint64_t{across_} * down_ <= INT16_MAX) {
+      WriteByBlocks(row, to);
+    } else {
+      WriteByPixels(row, to);
+    }
+  }
+
+ private:
+  uint64_t Room() const { return uint64_t{mapping_.Pixels()} + kBlockSlack; }
+
+  // Every second row votes, and with more than one beyond the pixel's own block.
+  template <class Count>
+  void ForVoters(uint64_t row, const Count& count) {
     uint64_t cursor = std::min(row, height_ - 1);
     for (uint32_t i = 0; i < down_; ++i) {
-      Count(rows_.Read(cursor, !invert_));
+      count(rows_.Read(cursor, !invert_));
       ++cursor;
       cursor = cursor < height_ - 1 ? cursor + 1 : height_ - 1;
     }
+  }
+
+  void WriteByPixels(uint64_t row, uint8_t* to) {
+    const uint32_t pixels = mapping_.Pixels();
+    std::fill_n(counts_, pixels, 0u);
+    ForVoters(row, [&](const uint8_t* bits) { Count(bits); });
     const uint32_t ink = invert_ ? 1 : 0;
-    std::fill_n(to, bytes, static_cast<uint8_t>(ink - 1));
     PixelWriter<1> out(to);
     for (uint32_t i = 0; i < pixels; ++i)
       out.Put(ink ^ (counts_[i] < threshold_));
     out.Finish();
   }
 
- private:
+  // Sums of 16 bits, and behind them the ones of a row's blocks.
+  void WriteByBlocks(uint64_t row, uint8_t* to) {
+    const uint32_t pixels = mapping_.Pixels();
+    auto* const sums = reinterpret_cast<uint16_t*>(counts_);
+    auto* const ones = reinterpret_cast<uint8_t*>(sums + Room());
+    std::fill_n(sums, Room(), uint16_t{0});
+    ForVoters(row, [&](const uint8_t* bits) {
+      blocks_.Write(bits, ones);
+      for (uint32_t i = 0; i < pixels; ++i)
+        sums[i] = static_cast<uint16_t>(sums[i] + ones[i]);
+    });
+    const uint32_t bytes = (pixels + 7) / 8;
+    WriteVotes(sums, threshold_, bytes, to);
+    if (invert_) return;
+    for (uint32_t i = 0; i < bytes; ++i)
+      to[i] = static_cast<uint8_t>(~to[i]);
+  }
+
   void Count(const uint8_t* bits) {
     Stepper step = mapping_.column;
     uint32_t column = rows_.FirstColumn();
@@ -79,6 +114,7 @@ class InkVote {
   uint32_t across_, down_;  // block of source pixels that votes
   uint32_t threshold_;
   BitRows rows_;
+  BitBlocks blocks_;
   uint32_t* counts_;
 };
 

@@ -14,6 +14,7 @@
 #include "compose/combine_rows.h"
 #include "compose/pixel_pattern.h"
 #include "compose/underlay_rows.h"
+#include "device/bit_rows.h"
 #include "geometry/blend_rows.h"
 #include "geometry/mirror_row.h"
 #include "geometry/pick_pixels.h"
@@ -157,6 +158,35 @@ void Nearest(const uint8_t* source, uint8_t* target, size_t width) {
   for (int32_t i = 0; i < 64; ++i)
     *target = static_cast<uint8_t>(*target * 5 + search.Find({i * 3, 255 - i * 4, i * i & 255}));
 }
+// Ones of blocks of columns, and which of them are enough; what is written behind them is cut off.
+template <uint32_t Columns, uint32_t Remainder>
+void Blocks(const uint8_t* source, uint8_t* target, size_t width) {
+  Bytes row(source, source + Block<1>(width)), values(width + kBlockSlack);
+  row.resize(width * (Columns + 1) / 8 + 2 + kWindowSlack);
+  std::copy_n(source, Block<1>(width), row.end() - static_cast<ptrdiff_t>(Block<1>(width)) - 8);
+  Stepper step{Columns, Remainder, 7, 3};
+  uint32_t column = Remainder ? 5 : 0;
+  const auto blocks = static_cast<uint32_t>(width);
+  const auto valueOf = [](uint32_t ones, uint32_t columns) {
+    return static_cast<uint8_t>(ones * 3 + columns);
+  };
+  if (const BitBlocks vectors(step, column, blocks, true, valueOf); vectors) {
+    vectors.Write(row.data(), values.data());
+  } else {
+    for (size_t i = 0; i < width; ++i) {
+      const uint32_t columns = step.Advance();
+      values[i] = valueOf(CountBits(row.data(), column, columns), columns);
+      column += columns;
+    }
+  }
+  std::copy_n(values.data(), width, target);
+}
+void Votes(const uint8_t* source, uint8_t* target, size_t width) {
+  std::vector<uint16_t> counts(width + 40);
+  for (size_t i = 0; i < width; ++i)
+    counts[i] = source[i] & 15;
+  WriteVotes(counts.data(), 7, static_cast<uint32_t>(Block<1>(width)), target);
+}
 // A line of a picture that is large enough for answers by cell.
 void Cells(const uint8_t* source, uint8_t* target, size_t width) {
   if (!width) return;
@@ -241,6 +271,12 @@ const Form kForms[] = {
     {"indexes 4", Block<8>, Block<4>, Indexes<4>},
     {"nearest", Block<32>, Block<1>, Nearest},
     {"cells", Block<24>, Block<8>, Cells},
+    {"blocks of 2", Block<1>, Block<8>, Blocks<2, 0>},
+    {"blocks of 4", Block<1>, Block<8>, Blocks<4, 0>},
+    {"blocks of 8", Block<1>, Block<8>, Blocks<8, 0>},
+    {"blocks of 3 and 4", Block<1>, Block<8>, Blocks<3, 2>},
+    {"blocks of 56 and 57", Block<1>, Block<8>, Blocks<56, 6>},
+    {"votes", Block<8>, Block<1>, Votes},
     {"stream", Block<24>, Stretch, Stream},
     {"shade", Block<8>, Block<24>, Shade},
     {"combine 4", Block<4>, Block<4>, Combine<4, 0>},
