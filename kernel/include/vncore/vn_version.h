@@ -8,7 +8,7 @@
 #define VNCORE_VERSION_PATCH 0 /* rises with corrections */
 
 /* A version as one number: #if VNCORE_VERSION >= VNCORE_MAKE_VERSION(6, 2, 0) */
-#define VNCORE_MAKE_VERSION(major, minor, patch) ((major) * 1000000 + (minor) * 1000 + (patch))
+#define VNCORE_MAKE_VERSION(major, minor, patch) ((major)*1000000 + (minor)*1000 + (patch))
 #define VNCORE_VERSION \
   VNCORE_MAKE_VERSION(VNCORE_VERSION_MAJOR, VNCORE_VERSION_MINOR, VNCORE_VERSION_PATCH)
 
