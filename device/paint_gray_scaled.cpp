@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "device/bit_rows.h"
+#include "device/grown_levels.h"
 #include "device/paint_tools.h"
 
 namespace vn {
@@ -22,6 +23,11 @@ class LevelRows {
                 scratch->Zeroed<uint8_t>(PaintSlot::kOddLevels, Room(mapping))} {
     if (!mapping.expandX) {
       blocks_.emplace(mapping.column, rows_.FirstColumn(), mapping.Pixels(), true, LevelOf);
+    } else if (mapping.Rows() >= kManyRows) {
+      const uint64_t columns = rows_.FirstColumn() + Columns(mapping);
+      if (columns > INT32_MAX) return;
+      grown_.emplace(mapping.column, rows_.FirstColumn(), static_cast<uint32_t>(columns),
+                     LastColumn(), mapping.Pixels(), mapping.Rows());
     }
   }
 
@@ -34,7 +40,9 @@ class LevelRows {
     if (held_[row & 1] != row) {
       held_[row & 1] = row;
       const uint8_t* bits = rows_.Read(row, false);
-      if (mapping_.expandX) {
+      if (grown_ && *grown_) {
+        grown_->Write(bits, levels);
+      } else if (mapping_.expandX) {
         Interpolate(bits, levels);
       } else if (*blocks_) {
         blocks_->Write(bits, levels);
@@ -71,40 +79,35 @@ class LevelRows {
     }
   }
 
-  // Between a column and the next, by the share of each. There is no next one behind the source
-  // rectangle's width, which is counted from the bitmap's left edge.
-  void Interpolate(const uint8_t* bits, uint8_t* levels) const {
-    Stepper step = mapping_.column;
-    uint32_t column = rows_.FirstColumn();
-    const uint32_t fetchedFrom = mapping_.firstColumn - column;
+  // The column behind which there is no next one: that of the source rectangle's width, which is
+  // counted from the bitmap's left edge.
+  uint32_t LastColumn() const {
+    const uint32_t fetchedFrom = mapping_.firstColumn - rows_.FirstColumn();
     const auto lastOfSource = static_cast<uint32_t>(mapping_.sourceWidth) - 1;
-    const uint32_t last = lastOfSource > fetchedFrom ? lastOfSource - fetchedFrom : 0;
-    // The next column's level is 255 times the accumulator over the divisor, stepped along with it.
-    const uint64_t level255 = uint64_t{step.accumulator} * 255,
-                   step255 = uint64_t{step.remainder} * 255;
-    const uint32_t divisor = step.divisor;
-    auto level = static_cast<uint32_t>(level255 / divisor);
-    Stepper levelStep{static_cast<uint32_t>(step255 / divisor),
-                      static_cast<uint32_t>(step255 % divisor), divisor,
-                      static_cast<uint32_t>(level255 % divisor)};
+    return lastOfSource > fetchedFrom ? lastOfSource - fetchedFrom : 0;
+  }
+
+  // Between a column and the next, by the share of each.
+  void Interpolate(const uint8_t* bits, uint8_t* levels) const {
+    ShareSteps steps(mapping_.column);
+    uint32_t column = rows_.FirstColumn();
+    const uint32_t last = LastColumn();
     const uint32_t pixels = mapping_.Pixels();
     for (uint32_t i = 0; i < pixels; ++i) {
       const uint32_t set = IndexReader<1>::Get(bits, column);
       const uint32_t nextSet = IndexReader<1>::Get(bits, column + (column < last));
-      // Both round down, so together they may lack one; two set columns are white all the same.
-      const uint32_t lost = levelStep.accumulator != 0;
-      levels[i] = static_cast<uint8_t>(set * (255 - level - lost) + nextSet * level +
-                                       (set & nextSet & lost));
-      const uint32_t moved = step.Advance();
-      column += moved;
-      level += levelStep.Advance() - 255 * (moved - step.quotient);
+      levels[i] =
+          static_cast<uint8_t>(set & nextSet ? 255 : set * steps.Own() + nextSet * steps.Next());
+      column += steps.Advance();
     }
   }
 
   const ScaleMapping& mapping_;
   uint64_t lastRow_;
   BitRows rows_;
-  std::optional<BitBlocks> blocks_;  // where rows are averaged
+  static constexpr uint32_t kManyRows = 16;  // that repay what is laid down for all of them
+  std::optional<BitBlocks> blocks_;          // where rows are averaged
+  std::optional<GrownLevels> grown_;         // where many rows are interpolated
   uint8_t* levels_[2];
   uint64_t held_[2] = {UINT64_MAX, UINT64_MAX};
 };
