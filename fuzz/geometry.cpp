@@ -59,7 +59,7 @@ void Scale(World& world, Input& input) {
 // Rows are worked on at 24 bits.
 void Resample(World& world, Input& input) {
   BitmapHandle* const bitmap = world.Bitmap(input);
-  const Size size = world.TakeSize(input, std::max(bitmap->BitsPerPixel, 24));
+  const Size size = world.TakeSize(input, std::max(bitmap->BitsPerPixel, 24), bitmap->BitsPerPixel);
   Vn_ResampleBitmap(bitmap, static_cast<int32_t>(size.width), static_cast<int32_t>(size.height));
 }
 

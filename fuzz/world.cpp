@@ -63,13 +63,14 @@ BitmapHandle* World::Fresh() {
   return bitmap;
 }
 
-Size World::TakeSize(Input& input, int32_t bits) {
+Size World::TakeSize(Input& input, int32_t bits, int32_t least) {
   const auto width = static_cast<uint32_t>(input.Number());
   const auto height = static_cast<uint32_t>(input.Number());
-  if (bits < 1 || bits > 32) bits = 32;
+  if (bits < 1 || bits > 32) bits = 8;  // which 0 stands for
   const uint64_t stride = (uint64_t{width} * static_cast<uint32_t>(bits) + 31) / 32 * 4;
   // Impossible ones are left to the library.
-  const bool possible = SizeFits(static_cast<int32_t>(width), static_cast<int32_t>(height), bits);
+  const bool possible =
+      SizeFits(static_cast<int32_t>(width), static_cast<int32_t>(height), least ? least : bits);
   if (!possible || stride * height <= kMostBytes) return {width, height};
   if (stride > kMostInRow) return {kMostInRow * 8 / static_cast<uint32_t>(bits), 1};
   return {width, static_cast<uint32_t>(std::max<uint64_t>(kMostBytes / stride, 1))};

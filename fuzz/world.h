@@ -33,7 +33,8 @@ class World {
   void Create(Input& input);
 
   // Any measures, of which those that are possible make at most 16 KB at `bits`, or one long row.
-  Size TakeSize(Input& input, int32_t bits);
+  // What is possible is a matter of the `least` depth, if that is another.
+  Size TakeSize(Input& input, int32_t bits, int32_t least = 0);
   // 256 colours, valid until the next call.
   const RGBQUAD* Colors(Input& input);
   // A palette or a region of the world's own, one of a bitmap's or long dead, or none.
