@@ -11,8 +11,8 @@ VN_BEGIN_C
  * of entries, two a pair. The pixel at column c of `source` goes to column c + `columnOffset`,
  * which must be a multiple of 8 at depth 1 and of 2 at depth 4.
  * Pixels that would come to lie outside the row's bytes are left out, and so is a row from Height on.
- * Returns OK, ERR_FILE_SEEK (also without storage), ERR_FILE_READ or ERR_FILE_WRITE; earlier pairs
- * then stay written. */
+ * Returns OK, ERR_FILE_SEEK (also without storage), ERR_FILE_READ, ERR_FILE_WRITE, or ERR_NO_MEMORY
+ * (a moveable block that nobody locked); earlier pairs then stay written. */
 VN_API Vn_Status VN_CALL Vn_PutBitmapRowSegments(Vn_BitmapHandle* bitmap, const void* source,
                                                  uint32_t row, int32_t columnOffset,
                                                  const int32_t* segments, int32_t count);

@@ -48,7 +48,7 @@ VN_API Vn_Status VN_CALL Vn_ChangeBitmapHeight(Vn_BitmapHandle* bitmap, uint32_t
 /* Row access. Rows are storage rows: ViewOrigin does not matter. `count` is bytes; neither row nor
  * count is checked. The Col forms start at the byte that holds pixel `column`.
  * Return the bytes moved (fewer than `count` only at the end of a temporary file), or
- * ERR_FILE_SEEK, ERR_FILE_READ, ERR_FILE_WRITE, or ERR_NO_MEMORY when there is no storage. */
+ * ERR_FILE_SEEK, ERR_FILE_READ, ERR_FILE_WRITE, or ERR_NO_MEMORY without storage or its lock. */
 VN_API int32_t VN_CALL Vn_GetBitmapRow(Vn_BitmapHandle* bitmap, void* buffer, uint32_t row,
                                        uint32_t count);
 VN_API int32_t VN_CALL Vn_PutBitmapRow(Vn_BitmapHandle* bitmap, const void* buffer, uint32_t row,
