@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Installs what a purpose needs and this Debian machine lacks; does nothing when all is there.
 #
-#   scripts/setup.sh demo|test|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python|docs...
+#   scripts/setup.sh demo|test|desktop|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python|docs...
 #
 # Exit status 2: a package cannot be had here, and the last line names what is missing.
 set -eu
 
 packages=(cmake make ninja-build g++ pkg-config)
-tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev liblcms2-dev libcli11-dev)
+tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev liblcms2-dev libcups2-dev
+  libcli11-dev)
 python=(python3-cffi python3-numpy python3-pil python3-pip python3-setuptools python3-venv python3-wheel)
 for purpose in "$@"; do
   case $purpose in
@@ -21,6 +22,7 @@ for purpose in "$@"; do
       packages+=("${tool[@]}" libvips-dev libimagequant-dev libvips-tools imagemagick graphicsmagick)
       packages+=(libtiff-tools libjpeg-turbo-progs netpbm python3-pil)
       ;;
+    desktop) packages+=(cups-daemon cups-client xclip weston wl-clipboard) ;;  # what its tests talk to
     clang) packages+=(clang-14) ;;
     fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
     arm) packages+=(g++-aarch64-linux-gnu qemu-user-static googletest) ;;
@@ -34,7 +36,7 @@ for purpose in "$@"; do
       ;;
     docs) packages+=(doxygen) ;;
     python) packages+=("${python[@]}") ;;
-    *) echo "usage: scripts/setup.sh demo|test|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python|docs..." >&2; exit 1 ;;
+    *) echo "usage: scripts/setup.sh demo|test|desktop|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python|docs..." >&2; exit 1 ;;
   esac
 done
 

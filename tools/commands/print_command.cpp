@@ -1,7 +1,6 @@
-// vncore print: pictures on pages, as a printer would have them.
-#include <algorithm>
-#include <charconv>
-#include <cmath>
+// vncore print: pictures on pages, in files as a printer would have them or to a printer of the system.
+#include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +8,8 @@
 
 #include "tools/commands/commands.h"
 #include "tools/commands/picture_options.h"
+#include "tools/desktop/queue_pages.h"
+#include "tools/operations/lengths.h"
 #include "tools/operations/load_bitmap.h"
 #include "tools/operations/option_values.h"
 #include "tools/operations/print_job.h"
@@ -18,83 +19,18 @@
 namespace vn::tool {
 namespace {
 
-constexpr double kMillimetresPerInch = 25.4;
-
-// A length in pixels of the page, or in millimetres.
-struct Length {
-  double value = 0;
-  bool millimetres = false;
-
-  int32_t Pixels(int32_t dotsPerInch) const {
-    const double pixels = millimetres ? value / kMillimetresPerInch * dotsPerInch : value;
-    return static_cast<int32_t>(std::lround(pixels));
-  }
-};
-
-struct LengthPair {
-  Length first, second;
-};
-
-constexpr double kMostLength = 1'000'000;
-
-std::optional<Length> ParseLength(std::string_view text, bool millimetres) {
-  Length length{0, millimetres};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length.value);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  if (!(std::abs(length.value) <= kMostLength)) return std::nullopt;
-  return length;
-}
-
-// Two lengths with `separator` between them; "mm" behind the second one holds for both.
-std::optional<LengthPair> ParsePair(std::string_view text, char separator) {
-  const bool millimetres = text.ends_with("mm");
-  if (millimetres) text.remove_suffix(2);
-  const size_t middle = text.find(separator);
-  if (middle == text.npos) return std::nullopt;
-  const auto first = ParseLength(text.substr(0, middle), millimetres);
-  const auto second = ParseLength(text.substr(middle + 1), millimetres);
-  if (!first || !second) return std::nullopt;
-  return LengthPair{*first, *second};
-}
-
-std::optional<LengthPair> ParsePosition(const std::string& text) { return ParsePair(text, ','); }
-
-std::optional<LengthPair> ParseExtent(const std::string& text) {
-  const auto pair = ParsePair(text, 'x');
-  return pair && pair->first.value >= 0 && pair->second.value >= 0 ? pair : std::nullopt;
-}
-
-struct NamedPaper {
-  std::string_view name;
-  double width, height;  // millimetres
-};
-constexpr NamedPaper kPapers[] = {{"A3", 297, 420},         {"A4", 210, 297},
-                                  {"A5", 148, 210},         {"A6", 105, 148},
-                                  {"letter", 215.9, 279.4}, {"legal", 215.9, 355.6}};
-
-std::optional<LengthPair> ParsePaper(const std::string& text) {
-  for (const NamedPaper& paper : kPapers) {
-    if (paper.name == text) return LengthPair{{paper.width, true}, {paper.height, true}};
-  }
-  const auto extent = ParseExtent(text);
-  return extent && extent->first.millimetres ? extent : std::nullopt;
-}
+constexpr int32_t kUsualDots = 300;
 
 struct PrintOptions {
   std::vector<std::string> in;
   std::string out;
-  LengthPair paper = *ParsePaper("A4");
-  bool landscape = false, mono = false, allPages = false;
-  int32_t dotsPerInch = 300;
+  std::optional<std::string> printer;
+  std::optional<LengthPair> paper;
+  bool list = false, landscape = false, mono = false, allPages = false;
+  std::optional<int32_t> dotsPerInch;
+  int32_t copies = 1;
   LengthPair at, size;
   ReadOptions read;
-
-  Paper WantedPaper() const {
-    Paper wanted{paper.first.Pixels(dotsPerInch), paper.second.Pixels(dotsPerInch), dotsPerInch,
-                 mono};
-    if (landscape) std::swap(wanted.width, wanted.height);
-    return wanted;
-  }
 };
 
 // What goes on a page: one of a file.
@@ -120,12 +56,70 @@ std::vector<Page> PagesOf(const PrintOptions& options) {
   return pages;
 }
 
-void Print(const PrintOptions& options) {
-  const std::vector<Page> pages = PagesOf(options);
-  const Paper paper = options.WantedPaper();
+// "default" is the system's, unless a printer is called so.
+std::unique_ptr<PrintQueue> OpenQueue(const std::string& name) {
+  if (name == "default") {
+    for (const QueueSummary& queue : ListQueues()) {
+      if (queue.name == name) return std::make_unique<PrintQueue>(name);
+    }
+    return std::make_unique<PrintQueue>("");
+  }
+  return std::make_unique<PrintQueue>(name);
+}
+
+void ListPrinters() {
+  for (const QueueSummary& queue : ListQueues()) {
+    std::printf("%-20s %-12s %s%s\n", queue.name.c_str(), queue.state.c_str(),
+                queue.isDefault ? "(default) " : "", queue.description.c_str());
+  }
+}
+
+void ListPapers(const std::string& name) {
+  const auto queue = OpenQueue(name);
+  if (const auto dots = queue->DotsPerInch()) std::printf("%d dots per inch\n", *dots);
+  const std::string usual = queue->UsualPaper().name;
+  for (const QueuePaper& paper : queue->Papers()) {
+    std::printf("%-32s %g x %g mm, prints on %g x %g from %g, %g%s\n", paper.name.c_str(),
+                paper.width, paper.height, paper.width - paper.left - paper.right,
+                paper.height - paper.top - paper.bottom, paper.left, paper.top,
+                paper.name == usual ? " (default)" : "");
+  }
+}
+
+// The device that draws pages, and where they go.
+struct Destination {
+  Paper paper;
+  std::unique_ptr<PageSink> pages;
+};
+
+Destination FilesOf(const PrintOptions& options, size_t pages) {
+  const int32_t dots = options.dotsPerInch.value_or(kUsualDots);
+  const LengthPair size = options.paper.value_or(*ParsePaper("A4"));
+  Paper paper{size.first.Pixels(dots), size.second.Pixels(dots), dots, options.mono};
+  if (options.landscape) std::swap(paper.width, paper.height);
   RequirePossibleSize("--paper", paper.width, paper.height, 24);
-  PrintJob job(paper, CreatePages(options.out, static_cast<int32_t>(pages.size())));
-  const int32_t dots = paper.dotsPerInch;
+  return {paper, CreatePages(options.out, static_cast<int32_t>(pages))};
+}
+
+Destination QueueOf(const PrintOptions& options, const PrintQueue& queue, std::string& job) {
+  QueueWish wish;
+  wish.title = std::filesystem::path(options.in.front()).filename().string();
+  wish.paper = options.paper
+                   ? queue.PaperOf(options.paper->first.value, options.paper->second.value)
+                   : queue.UsualPaper();
+  wish.dotsPerInch = options.dotsPerInch.value_or(queue.DotsPerInch().value_or(kUsualDots));
+  wish.copies = options.copies;
+  wish.landscape = options.landscape;
+  wish.mono = options.mono;
+  const Paper page = PrintablePage(wish);
+  RequirePossibleSize(wish.paper.name, page.width, page.height, 24);
+  return {page, CreateQueuePages(queue, wish, job)};
+}
+
+void PrintPages(const PrintOptions& options, const std::vector<Page>& pages,
+                Destination destination) {
+  const int32_t dots = destination.paper.dotsPerInch;
+  PrintJob job(destination.paper, std::move(destination.pages));
   for (const Page& page : pages) {
     const auto picture = OpenPage(options, page);
     const ProgressBar bar("printing " + *page.in);
@@ -137,21 +131,46 @@ void Print(const PrintOptions& options) {
   job.Finish();
 }
 
+void Print(const PrintOptions& options) {
+  if (options.list) return options.printer ? ListPapers(*options.printer) : ListPrinters();
+  if (options.in.empty()) throw CLI::RequiredError("IN");
+  const std::vector<Page> pages = PagesOf(options);
+  if (!options.printer) {
+    if (options.out.empty()) throw CLI::RequiredError("--output or --printer");
+    return PrintPages(options, pages, FilesOf(options, pages.size()));
+  }
+  const auto queue = OpenQueue(*options.printer);
+  std::string job;
+  PrintPages(options, pages, QueueOf(options, *queue, job));
+  std::printf("%s\n", job.c_str());
+}
+
 }  // namespace
 
 void AddPrintCommand(CLI::App& app) {
   CLI::App* const print = app.add_subcommand(
-      "print", "Print pictures, one a page, as a PDF or TIFF document or as pictures");
+      "print",
+      "Print pictures, one a page: to a printer, as a PDF or TIFF document, or as pictures");
   const auto options = std::make_shared<PrintOptions>();
-  print->add_option("IN", options->in, "The pictures")->required();
-  print
-      ->add_option("-o,--output", options->out,
-                   "PAGES.pdf or PAGES.tif, or PAGES.png for PAGES-1.png and so on")
-      ->required();
+  print->add_option("IN", options->in, "The pictures");
+  CLI::Option* const output =
+      print->add_option("-o,--output", options->out,
+                        "PAGES.pdf or PAGES.tif, or PAGES.png for PAGES-1.png and so on");
+  CLI::Option* const printer =
+      print
+          ->add_option("--printer", options->printer,
+                       "A printer of the system, or default; its job's name is written")
+          ->excludes(output);
+  print->add_flag("--list", options->list, "Name the printers, or with --printer its papers");
+  print->add_option("--copies", options->copies, "Copies that the printer makes, 1 if not given")
+      ->check(CLI::Range(1, 9999))
+      ->needs(printer);
   AddParsed(print, "--paper", &options->paper, &ParsePaper, "A4|letter|WxHmm",
-            "Paper: A3 to A6, letter, legal, or its size; A4 if not given");
+            "Paper: A3 to A6, letter, legal, or its size; the printer's own or A4 if not given");
   print->add_flag("--landscape", options->landscape, "Turn the paper on its side");
-  print->add_option("--dpi", options->dotsPerInch, "Dots per inch, 300 if not given")
+  print
+      ->add_option("--dpi", options->dotsPerInch,
+                   "Dots per inch, the printer's own or 300 if not given")
       ->check(CLI::Range(30, 2400));
   print->add_flag("--mono", options->mono, "A printer of black dots, clustered for gray");
   AddParsed(print, "--at", &options->at, &ParsePosition, "X,Y[mm]",

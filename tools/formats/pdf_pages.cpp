@@ -11,7 +11,7 @@
 namespace vn::tool {
 namespace {
 
-constexpr double kPointsPerInch = 72;
+constexpr double kQuarterTurn = 1.57079632679489662;
 
 cairo_status_t WriteBytes(void* file, const unsigned char* bytes, unsigned count) {
   return static_cast<OutputFile*>(file)->Write(bytes, count) ? CAIRO_STATUS_SUCCESS
@@ -45,8 +45,10 @@ class ImageRows : public PictureSink {
 
 }  // namespace
 
-PdfPages::PdfPages(const std::string& path)
-    : file_(path), document_(cairo_pdf_surface_create_for_stream(&WriteBytes, &file_, 1, 1)) {
+PdfPages::PdfPages(const std::string& path, std::optional<PdfSheet> sheet)
+    : sheet_(sheet),
+      file_(path),
+      document_(cairo_pdf_surface_create_for_stream(&WriteBytes, &file_, 1, 1)) {
   Check(cairo_surface_status(document_.get()));
 }
 
@@ -60,8 +62,15 @@ void PdfPages::Add(const Headless_Page& page) {
   rows.Finish();
 
   const double points = kPointsPerInch / page.dotsPerInch;
-  cairo_pdf_surface_set_size(document_.get(), info.width * points, info.height * points);
+  const double width = info.width * points, height = info.height * points;
+  const PdfSheet sheet = sheet_.value_or(PdfSheet{width, height, 0, 0, false});
+  cairo_pdf_surface_set_size(document_.get(), sheet.width, sheet.height);
   const std::unique_ptr<cairo_t, CairoDeleter> context(cairo_create(document_.get()));
+  cairo_translate(context.get(), sheet.left, sheet.top);
+  if (sheet.onItsSide) {
+    cairo_translate(context.get(), height, 0);
+    cairo_rotate(context.get(), kQuarterTurn);
+  }
   cairo_scale(context.get(), points, points);
   cairo_set_source_surface(context.get(), image.get(), 0, 0);
   // A reader that scales the page shows the dots as they are.

@@ -5,6 +5,7 @@
 #include <cairo.h>
 
 #include <memory>
+#include <optional>
 
 #include "tools/formats/output_file.h"
 #include "tools/formats/page_sink.h"
@@ -16,11 +17,19 @@ struct CairoDeleter {
   void operator()(cairo_t* context) const { cairo_destroy(context); }
 };
 
-// Each page is its picture at the paper's size. Pictures of grays or of black and white are stored
-// as such.
+inline constexpr double kPointsPerInch = 72;
+
+// Paper around the picture of a page, in points.
+struct PdfSheet {
+  double width, height, left, top;
+  bool onItsSide;  // a quarter turn clockwise brings the picture onto the sheet
+};
+
+// Each page is its picture at the paper's size, or on a sheet. Pictures of grays or of black and white
+// are stored as such.
 class PdfPages : public PageSink {
  public:
-  explicit PdfPages(const std::string& path);
+  explicit PdfPages(const std::string& path, std::optional<PdfSheet> sheet = std::nullopt);
 
   void Add(const Headless_Page& page) override;
   void Finish() override;
@@ -28,6 +37,7 @@ class PdfPages : public PageSink {
  private:
   void Check(cairo_status_t status) const;
 
+  const std::optional<PdfSheet> sheet_;
   OutputFile file_;
   std::unique_ptr<cairo_surface_t, CairoDeleter> document_;
 };

@@ -1,0 +1,115 @@
+// vncore print to a real print scheduler: what its queue gets shows each dot in its place.
+#include <cstdio>
+#include <fstream>
+
+#include "tests/tool/command.h"
+
+namespace vn::test {
+namespace {
+
+constexpr int32_t kWidth = 70, kHeight = 40;
+constexpr int32_t kZoom = 4;  // a renderer that enlarges so much repeats the dots
+constexpr int32_t kLeft = 18, kTop = 18, kRight = 18;  // margins in points
+
+class PrintQueue : public Command {
+ protected:
+  // False where no scheduler can be had.
+  bool Start() {
+    const std::string command = "exec sh '" VNCORE_PRINT_SERVER "' '" + server_.Path() + "' >'" +
+                                server_.File("log") + "' 2>&1";
+    process_ = popen(command.c_str(), "w");
+    setenv("CUPS_SERVER", server_.File("socket").c_str(), 1);
+    return Appears(server_.File("ready"));
+  }
+  ~PrintQueue() override {
+    if (process_) pclose(process_);
+  }
+
+  static bool Appears(const std::string& path) {
+    for (int i = 0; i < 2000 && access(path.c_str(), F_OK) != 0; ++i)
+      usleep(10000);
+    return access(path.c_str(), F_OK) == 0;
+  }
+  std::string JobFile(int number, const std::string& extension) const {
+    return server_.File("jobs/" + std::to_string(number) + extension);
+  }
+  // Prints and waits for the job of that number.
+  void Print(const std::string& arguments, int number) const {
+    const Outcome outcome = Run("print " + arguments);
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_EQ(outcome.out, "office-" + std::to_string(number) + "\n");
+    EXPECT_TRUE(Appears(JobFile(number, ".pdf")));
+  }
+  // A page of the job, kZoom pixels for a dot.
+  Seen Page(int number, int dots) const {
+    const std::string command = "pdftoppm -png -singlefile -r " + std::to_string(dots * kZoom) +
+                                " '" + JobFile(number, ".pdf") + "' '" + work_.File("page") + "'";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    return Look("page.png");
+  }
+
+  const TemporaryFolder server_;
+  std::FILE* process_ = nullptr;
+};
+
+TEST_F(PrintQueue, GetsJobsAsTheyWereAsked) {
+  if (!Start()) GTEST_SKIP() << "NO PRINT SCHEDULER: " << ReadFile(server_.File("log"));
+  Make("in.png", kWidth, kHeight);
+  Make("bits.png", kWidth, kHeight, 1);
+  EXPECT_NE(Run("print --list").out.find("(default) The office"), std::string::npos);
+  EXPECT_NE(Run("print --list --printer office").out.find("iso_a4"), std::string::npos);
+
+  // The queue's own resolution and paper.
+  const std::string place = " --at 30,50 --size " + std::to_string(kWidth) + "x" +
+                            std::to_string(kHeight) + " --printer ";
+  Print("in.png" + place + "default", 1);
+  const Seen in = Look("in.png"), upright = Page(1, 75);
+  EXPECT_NEAR(upright.width, 148 * 75 * kZoom / 25.4, 20);
+  const auto points = [](int32_t length, int32_t dots) { return length * dots * kZoom / 72; };
+  for (int32_t y = 0; y < kHeight; ++y) {
+    for (int32_t x = 0; x < kWidth; ++x) {
+      const int32_t toX = points(kLeft, 75) + (30 + x) * kZoom + kZoom / 2;
+      const int32_t toY = points(kTop, 75) + (50 + y) * kZoom + kZoom / 2;
+      ASSERT_EQ(upright.At(toX, toY), in.At(x, y)) << x << ", " << y;
+    }
+  }
+
+  // On its side: columns go down the sheet, from its upper right corner on.
+  Print("bits.png" + place + "office --paper A4 --landscape --dpi 100 --copies 3", 2);
+  const Seen bits = Look("bits.png"), turned = Page(2, 100);
+  const int32_t left = points(kLeft, 100);
+  const int32_t columns = (turned.width - left - points(kRight, 100)) / kZoom;
+  EXPECT_NEAR(turned.height, 297 * 100 * kZoom / 25.4, 20);
+  for (int32_t y = 0; y < kHeight; ++y) {
+    for (int32_t x = 0; x < kWidth; ++x) {
+      const int32_t toX = left + (columns - 1 - 50 - y) * kZoom + kZoom / 2;
+      const int32_t toY = points(kTop, 100) + (30 + x) * kZoom + kZoom / 2;
+      ASSERT_EQ(turned.At(toX, toY), bits.At(x, y)) << x << ", " << y;
+    }
+  }
+  std::ifstream told(JobFile(2, ".told"));
+  std::string title, copies, options;
+  std::getline(std::getline(std::getline(told, title), copies), options);
+  EXPECT_EQ(title + " " + copies, "bits.png 3");
+  EXPECT_NE(options.find("media=iso_a4_210x297mm"), std::string::npos) << options;
+
+  for (const char* const wrong : {"in.png --printer attic", "in.png --printer office --paper A3",
+                                  "in.png --copies 2 -o a.pdf"})
+    ExpectFails(std::string("print ") + wrong);
+  ExpectFails("print in.png --printer office", "CUPS_SERVER=/missing");
+
+  // A job that is stopped never reaches the queue.
+  const std::string pipe = MakePipe();
+  const pid_t child = fork();
+  if (child == 0) Become("print", "in.png", "pipe.png", "--printer", "office");
+  std::ofstream writer(pipe);  // opens when the tool does, which has then printed a page
+  int status = 0;
+  while (waitpid(child, &status, WNOHANG) == 0)
+    kill(child, SIGTERM), usleep(10000);  // one that comes before the tool reads lets it read
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
+  EXPECT_EQ(temporary_.Names(), Names{});
+  Print("in.png --printer office", 3);
+}
+
+}  // namespace
+}  // namespace vn::test

@@ -1,0 +1,40 @@
+// A file for the time of its work, where the system keeps such files.
+#ifndef VNCORE_TOOLS_TEMPORARY_FILE_H
+#define VNCORE_TOOLS_TEMPORARY_FILE_H
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include "tools/terminal/failure.h"
+
+namespace vn::tool {
+
+// Empty at first; nobody else may read it.
+class TemporaryFile {
+ public:
+  // Its name is "vncore-", `subject`, letters of chance and `extension`. Throws Failure.
+  TemporaryFile(const std::string& subject, const std::string& extension) {
+    path_ = (std::filesystem::temp_directory_path() / ("vncore-" + subject + "-XXXXXX" + extension))
+                .string();
+    const int descriptor = mkstemps(path_.data(), static_cast<int>(extension.size()));
+    if (descriptor < 0) throw Failure("cannot write " + path_ + ": " + std::strerror(errno));
+    close(descriptor);
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() { unlink(path_.c_str()); }
+
+  const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+}  // namespace vn::tool
+
+#endif
