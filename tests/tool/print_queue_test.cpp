@@ -1,7 +1,7 @@
 // vncore print to a real print scheduler: what its queue gets shows each dot in its place.
-#include <cstdio>
 #include <fstream>
 
+#include "tests/support/print_server.h"
 #include "tests/tool/command.h"
 
 namespace vn::test {
@@ -13,47 +13,26 @@ constexpr int32_t kLeft = 18, kTop = 18, kRight = 18;  // margins in points
 
 class PrintQueue : public Command {
  protected:
-  // False where no scheduler can be had.
-  bool Start() {
-    const std::string command = "exec sh '" VNCORE_PRINT_SERVER "' '" + server_.Path() + "' >'" +
-                                server_.File("log") + "' 2>&1";
-    process_ = popen(command.c_str(), "w");
-    setenv("CUPS_SERVER", server_.File("socket").c_str(), 1);
-    return Appears(server_.File("ready"));
-  }
-  ~PrintQueue() override {
-    if (process_) pclose(process_);
-  }
-
-  static bool Appears(const std::string& path) {
-    for (int i = 0; i < 2000 && access(path.c_str(), F_OK) != 0; ++i)
-      usleep(10000);
-    return access(path.c_str(), F_OK) == 0;
-  }
-  std::string JobFile(int number, const std::string& extension) const {
-    return server_.File("jobs/" + std::to_string(number) + extension);
-  }
-  // Prints and waits for the job of that number.
+  // Prints what has this number.
   void Print(const std::string& arguments, int number) const {
     const Outcome outcome = Run("print " + arguments);
     EXPECT_EQ(outcome.error, "");
     EXPECT_EQ(outcome.out, "office-" + std::to_string(number) + "\n");
-    EXPECT_TRUE(Appears(JobFile(number, ".pdf")));
   }
   // A page of the job, kZoom pixels for a dot.
   Seen Page(int number, int dots) const {
     const std::string command = "pdftoppm -png -singlefile -r " + std::to_string(dots * kZoom) +
-                                " '" + JobFile(number, ".pdf") + "' '" + work_.File("page") + "'";
+                                " '" + server_.JobFile(number, ".pdf") + "' '" +
+                                work_.File("page") + "'";
     EXPECT_EQ(std::system(command.c_str()), 0);
     return Look("page.png");
   }
 
-  const TemporaryFolder server_;
-  std::FILE* process_ = nullptr;
+  const PrintServer server_;
 };
 
 TEST_F(PrintQueue, GetsJobsAsTheyWereAsked) {
-  if (!Start()) GTEST_SKIP() << "NO PRINT SCHEDULER: " << ReadFile(server_.File("log"));
+  if (!server_.works()) GTEST_SKIP() << "NO PRINT SCHEDULER: " << server_.Log();
   Make("in.png", kWidth, kHeight);
   Make("bits.png", kWidth, kHeight, 1);
   EXPECT_NE(Run("print --list").out.find("(default) The office"), std::string::npos);
@@ -87,7 +66,7 @@ TEST_F(PrintQueue, GetsJobsAsTheyWereAsked) {
       ASSERT_EQ(turned.At(toX, toY), bits.At(x, y)) << x << ", " << y;
     }
   }
-  std::ifstream told(JobFile(2, ".told"));
+  std::ifstream told(server_.JobFile(2, ".told"));
   std::string title, copies, options;
   std::getline(std::getline(std::getline(told, title), copies), options);
   EXPECT_EQ(title + " " + copies, "bits.png 3");

@@ -3,30 +3,47 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <csignal>
 #include <cstdio>
 
 namespace vn::test {
 
 struct Desktop::Server {
-  FILE* process;
-  Display* display;
+  pid_t process = 0;
+  Display* display = nullptr;
   Window window = 0;
 
   ~Server() {
-    if (display) XCloseDisplay(display);  // of the last client, and the server ends
-    if (process) pclose(process);
+    if (display) XCloseDisplay(display);
+    if (process <= 0) return;
+    kill(process, SIGTERM);  // and with it go programs that still hand out a selection
+    waitpid(process, nullptr, 0);
   }
 };
 
-Desktop::Desktop()
-    : server_(new Server{popen("exec Xvfb -displayfd 1 -screen 0 800x600x24 -terminate -nolisten "
-                               "tcp 2>/dev/null",
-                               "r"),
-                         nullptr}) {
+Desktop::Desktop() : server_(new Server) {
+  int ends[2];
+  if (pipe(ends) != 0) return;
+  server_->process = fork();
+  if (server_->process == 0) {
+    dup2(ends[1], STDOUT_FILENO);
+    const int nothing = open("/dev/null", O_WRONLY);
+    dup2(nothing, STDERR_FILENO);
+    execlp("Xvfb", "Xvfb", "-displayfd", "1", "-screen", "0", "800x600x24", "-noreset", "-nolisten",
+           "tcp", nullptr);
+    _exit(9);
+  }
+  close(ends[1]);
+  std::FILE* const told = fdopen(ends[0], "r");
   int number = 0;
-  if (!server_->process || std::fscanf(server_->process, "%d", &number) != 1) return;
+  const bool started = std::fscanf(told, "%d", &number) == 1;
+  std::fclose(told);
+  if (!started) return;
   name_ = std::to_string(number).insert(0, 1, ':');
   server_->display = XOpenDisplay(name_.c_str());
   // A window may go between two calls; that is no reason to end the tests.
@@ -72,10 +89,20 @@ std::vector<uint32_t> Desktop::Pixels() const {
 }
 
 void Desktop::Press(const std::string& key) {
+  HoldKey(key, true);
+  HoldKey(key, false);
+}
+
+void Desktop::PressWithControl(const std::string& key) {
+  HoldKey("Control_L", true);
+  Press(key);
+  HoldKey("Control_L", false);
+}
+
+void Desktop::HoldKey(const std::string& key, bool down) {
   Display* const display = server_->display;
-  const KeyCode code = XKeysymToKeycode(display, XStringToKeysym(key.c_str()));
-  XTestFakeKeyEvent(display, code, True, CurrentTime);
-  XTestFakeKeyEvent(display, code, False, CurrentTime);
+  XTestFakeKeyEvent(display, XKeysymToKeycode(display, XStringToKeysym(key.c_str())), down,
+                    CurrentTime);
   XSync(display, False);
 }
 
@@ -89,16 +116,63 @@ void Desktop::HoldButton(unsigned button, bool down) {
   XSync(server_->display, False);
 }
 
-void Desktop::AskToClose() {
+void Desktop::AskToClose() { Send("WM_PROTOCOLS", {static_cast<long>(Atom("WM_DELETE_WINDOW"))}); }
+
+// The source's part of XDND, version 5.
+bool Desktop::Drop(const std::string& path) {
   Display* const display = server_->display;
+  const Window source =
+      XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 1, 1, 0, 0, 0);
+  const auto self = static_cast<long>(source);
+  const std::string list = "file://" + path + "\r\n";
+  XSetSelectionOwner(display, Atom("XdndSelection"), source, CurrentTime);
+  Send("XdndEnter", {self, 5 << 24, static_cast<long>(Atom("text/uri-list"))});
+  Send("XdndPosition", {self, 0, 0, CurrentTime, static_cast<long>(Atom("XdndActionCopy"))});
+  bool finished = false;
+  for (int tries = 0; tries < 1000 && !finished; ++tries, usleep(10000)) {
+    while (XPending(display)) {
+      XEvent event;
+      XNextEvent(display, &event);
+      if (event.type == SelectionRequest) Answer(&event, list);
+      if (event.type != ClientMessage) continue;
+      if (event.xclient.message_type == Atom("XdndStatus")) {
+        Send("XdndDrop", {self, 0, CurrentTime});
+      }
+      finished |= event.xclient.message_type == Atom("XdndFinished");
+    }
+  }
+  XDestroyWindow(display, source);
+  return finished;
+}
+
+unsigned long Desktop::Atom(const char* name) const {
+  return XInternAtom(server_->display, name, False);
+}
+
+void Desktop::Send(const char* type, const std::vector<long>& data) {
   XEvent event{};
   event.xclient.type = ClientMessage;
   event.xclient.window = server_->window;
-  event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+  event.xclient.message_type = Atom(type);
   event.xclient.format = 32;
-  event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
-  XSendEvent(display, server_->window, False, NoEventMask, &event);
-  XSync(display, False);
+  std::copy(data.begin(), data.end(), event.xclient.data.l);
+  XSendEvent(server_->display, server_->window, False, NoEventMask, &event);
+  XSync(server_->display, False);
+}
+
+void Desktop::Answer(void* request, const std::string& bytes) {
+  const XSelectionRequestEvent& asked = static_cast<XEvent*>(request)->xselectionrequest;
+  XChangeProperty(server_->display, asked.requestor, asked.property, asked.target, 8,
+                  PropModeReplace, reinterpret_cast<const unsigned char*>(bytes.data()),
+                  static_cast<int>(bytes.size()));
+  XEvent event{};
+  event.xselection = {SelectionNotify, 0,
+                      False,           asked.display,
+                      asked.requestor, asked.selection,
+                      asked.target,    asked.property,
+                      asked.time};
+  XSendEvent(server_->display, asked.requestor, False, NoEventMask, &event);
+  XSync(server_->display, False);
 }
 
 }  // namespace vn::test

@@ -15,7 +15,7 @@ class Desktop {
   Desktop();
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
-  ~Desktop();  // after its clients
+  ~Desktop();  // clients that are left lose their display
 
   // False where no server can be started.
   bool works() const;
@@ -28,13 +28,24 @@ class Desktop {
   std::vector<uint32_t> Pixels() const;
   // A key goes down and up: "n", "Escape", "plus".
   void Press(const std::string& key);
+  void PressWithControl(const std::string& key);
   // Positions in the window.
   void MoveMouse(int x, int y);
   void HoldButton(unsigned button, bool down);
+  // A file is dragged onto the window from another program and let go. False when the window does
+  // not take it.
+  bool Drop(const std::string& path);
   // What a window manager sends for its close button.
   void AskToClose();
 
  private:
+  unsigned long Atom(const char* name) const;
+  void HoldKey(const std::string& key, bool down);
+  // A client message to the window.
+  void Send(const char* type, const std::vector<long>& data);
+  // To an X event that asks for a selection.
+  void Answer(void* request, const std::string& bytes);
+
   struct Server;
   std::unique_ptr<Server> server_;
   std::string name_;

@@ -13,6 +13,7 @@ void AddChartCommand(CLI::App& app);
 void AddInfoCommand(CLI::App& app);
 void AddPalettesCommand(CLI::App& app);
 void AddPrintCommand(CLI::App& app);
+void AddClipboardCommands(CLI::App& app);
 
 }  // namespace vn::tool
 

@@ -24,6 +24,9 @@ std::string BuiltWith() {
 #ifdef VNCORE_TOOL_GIF
   text += "; GIF animations";
 #endif
+#ifdef VNCORE_TOOL_CUPS
+  text += "; printers through libcups";
+#endif
   return text;
 }
 
@@ -38,6 +41,7 @@ void Run(int argc, char** argv) {
   AddInfoCommand(app);
   AddPalettesCommand(app);
   AddPrintCommand(app);
+  AddClipboardCommands(app);
   ParseCommandLine(app, argc, argv);
 }
 

@@ -37,10 +37,14 @@ void AddFormatOption(CLI::App* command, std::string* format) {
       ->type_name(FormatNames());
 }
 
+void AddStripOption(CLI::App* command, bool* strip) {
+  command->add_flag("--strip", *strip,
+                    "Write nothing but pixels and resolution: no profile, no Exif, no texts");
+}
+
 void WriteOptions::AddTo(CLI::App* command) {
   AddFormatOption(command, &format);
-  command->add_flag("--strip", strip,
-                    "Write nothing but pixels and resolution: no profile, no Exif, no texts");
+  AddStripOption(command, &strip);
 }
 
 void AddStorageOptions(CLI::App* command, StorageChoice* storage) {

@@ -24,6 +24,9 @@ std::unique_ptr<PictureSource> OpenOnePicture(const std::string& path, const Rea
 // --format, empty for that of the name.
 void AddFormatOption(CLI::App* command, std::string* format);
 
+// --strip
+void AddStripOption(CLI::App* command, bool* strip);
+
 // How the result is written, and what it says of itself: --format, --strip.
 struct WriteOptions {
   std::string format;

@@ -3,12 +3,14 @@
 #
 #   print_server.sh FOLDER
 #
-# FOLDER/socket is its address, FOLDER/ready appears when it takes jobs. Its one queue, office, leaves
+# FOLDER/socket is its address; FOLDER/ready appears when it takes jobs, FOLDER/over when it ends. Its one queue, office, leaves
 # each job in FOLDER/jobs: N.pdf as it came, and N.told, lines of title, copies and options. The
 # printer has 75 dots per inch, A4 and A5 (its default), and margins of 18 points, below 36.
 set -eu
 cd "$1"
+trap 'touch over' EXIT
 PATH=$PATH:/usr/sbin
+command -v cupsd lpadmin >/dev/null || { echo "there is no cupsd, or no lpadmin"; exit 1; }
 programs=/usr/lib/cups
 mkdir -p bin/backend spool cache state tmp jobs
 for part in "$programs"/*; do
@@ -95,7 +97,7 @@ cat >office.ppd <<'END'
 *DefaultFont: Courier
 END
 cupsd -f -c "$PWD/cupsd.conf" -s "$PWD/cups-files.conf" &
-trap 'kill $!' EXIT
+trap 'kill $!; wait; touch over' EXIT
 export CUPS_SERVER="$PWD/socket"
 tries=0
 until lpadmin -p office -E -D 'The office' -v "keep:$PWD/jobs" -P office.ppd 2>/dev/null; do
