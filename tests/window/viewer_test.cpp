@@ -1,6 +1,7 @@
 // vnview on a desktop of its own: what its window shows, and what keys and mouse make of that.
 #include <gtest/gtest.h>
 
+#include "tests/support/print_server.h"
 #include "tests/tool/command.h"
 #include "tests/window/desktop.h"
 
@@ -176,6 +177,61 @@ TEST_F(Viewer, ARegionIsDraggedAndItsDashesMarch) {
   desktop_.AskToClose();
   EXPECT_EQ(Status(), 0);
 }
+
+TEST_F(Viewer, TakesDroppedFilesCopiesAndPastes) {
+  Make("next.png", kWidth, kHeight, 8);
+  Make("third.png", kWidth, kHeight, 4);
+  WriteFile(work_.File("broken.png"), "no picture");
+  Open("in.png", "--effect", "plain", "--screen", "24");
+  const Image in = Painted("in.png out.png --device-bits 24");
+  const Image next = Painted("next.png out.png --device-bits 24");
+  ASSERT_TRUE(WaitFor(in));
+  EXPECT_TRUE(desktop_.Drop(work_.File("broken.png")));
+  EXPECT_TRUE(desktop_.Drop(work_.File("next.png")));
+  EXPECT_TRUE(WaitFor(next));
+
+  if (std::system("command -v xclip >/dev/null") == 0) {
+    setenv("DISPLAY", desktop_.name().c_str(), 1);
+    unsetenv("WAYLAND_DISPLAY");
+    const auto paste = [&](const std::vector<Rgb>& pixels) {
+      for (int tries = 0; tries < 50; ++tries, usleep(100000)) {
+        if (Run("paste pasted.png").status == 0 && Look("pasted.png").pixels == pixels) return true;
+      }
+      return false;
+    };
+    desktop_.PressWithControl("c");
+    EXPECT_TRUE(paste(Look("next.png").pixels));
+    desktop_.MoveMouse(40, 50);
+    desktop_.HoldButton(1, true);
+    desktop_.MoveMouse(199, 149);
+    desktop_.HoldButton(1, false);
+    desktop_.PressWithControl("c");
+    ExpectRuns("convert next.png part.png --crop 40,50,160,100");
+    EXPECT_TRUE(paste(Look("part.png").pixels));
+    ExpectRuns("copy third.png --type bmp");
+    desktop_.PressWithControl("v");
+    EXPECT_TRUE(WaitFor(Painted("third.png out.png --device-bits 24")));
+    desktop_.Press("p");  // back to the file that showed
+    EXPECT_TRUE(WaitFor(next));
+  }
+  desktop_.Press("p");
+  EXPECT_TRUE(WaitFor(in));
+  desktop_.Press("q");
+  EXPECT_EQ(Status(), 0);
+}
+
+#ifdef VNCORE_TOOL_CUPS
+TEST_F(Viewer, PrintsOnTheDefaultPrinter) {
+  const PrintServer server;
+  if (!server.works()) GTEST_SKIP() << "NO PRINT SCHEDULER: " << server.Log();
+  Open("in.png");
+  ASSERT_TRUE(WaitFor(Painted("in.png out.png --device-bits 24")));
+  desktop_.PressWithControl("p");
+  EXPECT_EQ(ReadFile(server.JobFile(1, ".told")).rfind("in.png\n1\n", 0), 0u);
+  desktop_.Press("q");
+  EXPECT_EQ(Status(), 0);
+}
+#endif
 
 TEST_F(Viewer, FailuresAreOneLine) {
   const std::string none = "-u DISPLAY -u WAYLAND_DISPLAY -u SDL_VIDEODRIVER";

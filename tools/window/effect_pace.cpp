@@ -57,7 +57,7 @@ bool EffectPace::Interrupted() {
 bool EffectPace::Stops(const SDL_Event& event) {
   switch (event.type) {
     case SDL_KEYDOWN: {
-      const Key* const key = FindKey(event.key.keysym.sym);
+      const Key* const key = FindKey(event.key.keysym);
       if (!key || event.key.repeat) return false;
       if (key->action != Action::kHold) return true;
       held_ = !held_;
@@ -68,7 +68,7 @@ bool EffectPace::Stops(const SDL_Event& event) {
       return event.window.event == SDL_WINDOWEVENT_SIZE_CHANGED;
     default:
       return event.type == SDL_QUIT || event.type == SDL_MOUSEBUTTONDOWN ||
-             event.type == SDL_MOUSEWHEEL;
+             event.type == SDL_MOUSEWHEEL || event.type == SDL_DROPFILE;
   }
 }
 

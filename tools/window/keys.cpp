@@ -40,6 +40,9 @@ const std::vector<Key>& Keys() {
       {{SDLK_UP}, Action::kPanRows, -1, "look further up"},
       {{SDLK_DOWN}, Action::kPanRows, 1, "look further down"},
       {{SDLK_s}, Action::kShape, 0, "drag rectangles, or ellipses"},
+      {{SDLK_c}, Action::kCopy, 0, "copy the picture, or what the region spans", true},
+      {{SDLK_v}, Action::kPaste, 0, "show the picture on the clipboard", true},
+      {{SDLK_p}, Action::kPrint, 0, "print on the default printer", true},
       {{SDLK_q}, Action::kQuit, 0, "quit"}};
   return keys;
 }
@@ -47,7 +50,8 @@ const std::vector<Key>& Keys() {
 constexpr const char* kMouse[][2] = {
     {"left button", "drag a region; Shift adds to it, Ctrl takes from it"},
     {"right button", "drag the picture"},
-    {"wheel", "larger and smaller, around the pointer"}};
+    {"wheel", "larger and smaller, around the pointer"},
+    {"dropped files", "come behind this picture, and show"}};
 
 std::string HelpLine(std::string keys, const std::string& help) {
   constexpr size_t kColumn = 20;
@@ -57,9 +61,12 @@ std::string HelpLine(std::string keys, const std::string& help) {
 
 }  // namespace
 
-const Key* FindKey(SDL_Keycode code) {
+const Key* FindKey(const SDL_Keysym& pressed) {
+  const bool control = pressed.mod & KMOD_CTRL;
   for (const Key& key : Keys()) {
-    if (std::find(key.codes.begin(), key.codes.end(), code) != key.codes.end()) return &key;
+    const bool named =
+        std::find(key.codes.begin(), key.codes.end(), pressed.sym) != key.codes.end();
+    if (named && key.control == control) return &key;
   }
   return nullptr;
 }
@@ -71,7 +78,8 @@ std::string KeyHelp() {
     for (const SDL_Keycode code : key.codes) {
       // A key pad's twin goes without saying.
       const std::string name = SDL_GetKeyName(code);
-      if (!name.starts_with("Keypad")) names += (names.empty() ? "" : ", ") + name;
+      if (name.starts_with("Keypad")) continue;
+      names += (names.empty() ? "" : ", ") + std::string(key.control ? "Ctrl+" : "") + name;
     }
     help += HelpLine(names, key.help);
   }

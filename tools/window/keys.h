@@ -27,6 +27,9 @@ enum class Action {
   kPanColumns,  // argument: screens of 8
   kPanRows,
   kShape,
+  kCopy,
+  kPaste,
+  kPrint,
   kQuit
 };
 
@@ -35,10 +38,11 @@ struct Key {
   Action action;
   int32_t argument;
   const char* help;
+  bool control = false;  // held with Ctrl
 };
 
 // The key's row, or null for a key without one.
-const Key* FindKey(SDL_Keycode code);
+const Key* FindKey(const SDL_Keysym& pressed);
 // All keys and the mouse, a line for each.
 std::string KeyHelp();
 

@@ -27,7 +27,8 @@ std::string Dithering(uint32_t mode) {
 
 std::string Title(const Shown& shown) {
   constexpr const char* kBreak = " \u00B7 ";
-  std::string title = std::filesystem::path(shown.path).filename().string();
+  std::string title = shown.note.empty() ? "" : shown.note + kBreak;
+  title += std::filesystem::path(shown.path).filename().string();
   if (shown.count > 1)
     title += " (" + std::to_string(shown.at + 1) + " of " + std::to_string(shown.count) + ")";
   title += kBreak + Measures(shown.bitmap->Width, shown.bitmap->Height) + ", " +

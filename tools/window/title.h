@@ -15,6 +15,7 @@ struct Shown {
   ScreenSettings screen;
   std::string effect;
   double zoom;
+  std::string note;  // what has just been done, or empty
 };
 
 std::string Title(const Shown& shown);

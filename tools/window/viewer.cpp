@@ -32,6 +32,18 @@ Size WindowSize(Size picture, Size room) {
           side(shown.bottom - shown.top, 240, room.height)};
 }
 
+// Whether Escape waits; what waits with it was pressed for the same end.
+bool TakeEscape() {
+  SDL_Event events[64];
+  const int count =
+      SDL_PeepEvents(events, std::ssize(events), SDL_PEEKEVENT, SDL_KEYDOWN, SDL_KEYDOWN);
+  const bool escape = std::any_of(events, events + std::max(count, 0), [](const SDL_Event& event) {
+    return event.key.keysym.sym == SDLK_ESCAPE;
+  });
+  if (escape) SDL_FlushEvent(SDL_KEYDOWN);
+  return escape;
+}
+
 uint32_t CombineOf(SDL_Keymod modifiers) {
   if (modifiers & KMOD_SHIFT) return REGION_COMBINE_OR;
   if (modifiers & KMOD_CTRL) return REGION_COMBINE_OLD_MINUS_NEW;
@@ -86,7 +98,14 @@ void Viewer::Obey(const SDL_Event& event) {
       if (event.window.event == SDL_WINDOWEVENT_EXPOSED) stage_->Present(*bitmap_);
       break;
     case SDL_KEYDOWN:
-      if (const Key* const key = FindKey(event.key.keysym.sym)) ObeyKey(*key);
+      if (const Key* const key = FindKey(event.key.keysym)) ObeyKey(*key);
+      break;
+    case SDL_DROPFILE:
+      dropped_.emplace_back(event.drop.file);
+      SDL_free(event.drop.file);
+      break;
+    case SDL_DROPCOMPLETE:
+      ShowDropped();
       break;
     case SDL_MOUSEBUTTONDOWN:
     case SDL_MOUSEBUTTONUP:
@@ -110,6 +129,7 @@ void Viewer::ObeyKey(const Key& key) {
   ScreenSettings screen = options_.screen;
   const auto bits = static_cast<uint32_t>(key.argument);
   stale_ = true;
+  note_.clear();
   switch (key.action) {
     case Action::kScreen:
       screen.bits = key.argument;
@@ -149,6 +169,12 @@ void Viewer::ObeyKey(const Key& key) {
       return view.Pan(0, -key.argument * stage_->window().size().height / 8);
     case Action::kShape:
       return selection_.SwitchShape();
+    case Action::kCopy:
+      return Attempt(&Viewer::CopyPicture);
+    case Action::kPaste:
+      return Attempt(&Viewer::PastePicture);
+    case Action::kPrint:
+      return Attempt(&Viewer::PrintPicture);
     case Action::kQuit:
       done_ = true;
       return;
@@ -178,37 +204,48 @@ void Viewer::ObeyMotion(const SDL_MouseMotionEvent& motion) {
 }
 
 std::unique_ptr<Bitmap> Viewer::Load(const std::string& path) {
-  const StatusListener listener([&](int32_t percent) {
-    stage_->window().SetTitle("reading " + path + ": " + std::to_string(percent) + " %");
-    SDL_PumpEvents();
-    return SDL_HasEvent(SDL_QUIT) ? kStopped : OK;
-  });
+  const StatusListener listener(ProgressOf("reading " + path));
   try {
     auto bitmap = std::make_unique<Bitmap>();
     LoadBitmap(*OpenPicture(path, {}), STORAGE_AUTO, *bitmap);
     return bitmap;
   } catch (const Failure& failure) {
-    if (!SDL_HasEvent(SDL_QUIT)) Complain("vnview", failure.what());
+    note_ = failure.what();
+    if (!SDL_HasEvent(SDL_QUIT)) Complain("vnview", note_);
     return nullptr;
   }
+}
+
+StatusListener::Hear Viewer::ProgressOf(const std::string& what) {
+  return [this, what](int32_t percent) {
+    stage_->window().SetTitle(what + ": " + std::to_string(percent) + " %");
+    SDL_PumpEvents();
+    return SDL_HasEvent(SDL_QUIT) || TakeEscape() ? kStopped : OK;
+  };
 }
 
 // Passes over what cannot be read.
 void Viewer::Turn(int32_t direction) {
   const size_t count = options_.pictures.size();
-  size_t at = at_;
-  for (size_t tried = 1; tried < count; ++tried) {
+  // A pasted picture lies between that which showed and the next.
+  size_t at = pasted_ && direction < 0 ? at_ + 1 : at_;
+  for (size_t tried = pasted_ ? 0 : 1; tried < count; ++tried) {
     at = (at + count + static_cast<size_t>(direction)) % count;
     std::unique_ptr<Bitmap> next = Load(options_.pictures[at]);
     if (!next) continue;
-    selection_.End();
-    const Painting before = stage_->PaintingOf(*bitmap_);
-    bitmap_.swap(next);
     at_ = at;
-    stage_->view().SetPicture(SizeOf(*bitmap_));
-    stage_->view().Fit(false);
-    return ShowWithEffect(&before);
+    pasted_ = false;
+    return Replace(std::move(next));
   }
+}
+
+void Viewer::Replace(std::unique_ptr<Bitmap> next) {
+  selection_.End();
+  const Painting before = stage_->PaintingOf(*bitmap_);
+  bitmap_.swap(next);
+  stage_->view().SetPicture(SizeOf(*bitmap_));
+  stage_->view().Fit(false);
+  ShowWithEffect(&before);
 }
 
 void Viewer::ShowWithEffect(const Painting* before) {
@@ -234,8 +271,10 @@ void Viewer::Repaint() {
 }
 
 void Viewer::TellTitle() {
-  stage_->window().SetTitle(Title({options_.pictures[at_], at_, options_.pictures.size(), *bitmap_,
-                                   options_.screen, effectName_, stage_->view().zoom().Factor()}));
+  const bool counts = !pasted_;
+  stage_->window().SetTitle(Title({counts ? options_.pictures[at_] : "clipboard", at_,
+                                   counts ? options_.pictures.size() : 1, *bitmap_, options_.screen,
+                                   effectName_, stage_->view().zoom().Factor(), note_}));
 }
 
 }  // namespace vn::tool

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/terminal/status_listener.h"
 #include "tools/window/keys.h"
 #include "tools/window/selection.h"
 #include "tools/window/stage.h"
@@ -35,9 +36,20 @@ class Viewer {
   void ObeyMotion(const SDL_MouseMotionEvent& motion);
   void ObeyButton(const SDL_MouseButtonEvent& button);
 
+  // viewer_desktop.cpp. What fails is told in the title and on standard error.
+  void Attempt(void (Viewer::*work)());
+  void CopyPicture();
+  void PastePicture();
+  void PrintPicture();
+  void ShowDropped();
+
   // Null for a picture that cannot be read, of which standard error tells, and at the end.
   std::unique_ptr<Bitmap> Load(const std::string& path);
+  // Tells the title how far `what` is; Escape and the window's end stop it.
+  StatusListener::Hear ProgressOf(const std::string& what);
   void Turn(int32_t direction);
+  // Shows this one, with the effect over the picture before.
+  void Replace(std::unique_ptr<Bitmap> next);
   void ShowWithEffect(const Painting* before);
   void SetScreen(const ScreenSettings& settings);
   void Repaint();
@@ -46,7 +58,10 @@ class Viewer {
 
   ViewerOptions options_;
   VideoSession session_;
-  size_t at_ = 0;  // the picture that shows
+  size_t at_ = 0;                     // the picture that shows
+  bool pasted_ = false;               // behind which that of the clipboard does
+  std::vector<std::string> dropped_;  // files that have not been looked at
+  std::string note_;
   std::unique_ptr<Bitmap> bitmap_;
   std::optional<Stage> stage_;
   Selection selection_;
