@@ -20,6 +20,7 @@ class Viewer : public Command {
     // SDL leaves a few blocks of libraries that are unloaded by the time a leak is reported, so that
     // no suppression could name them.
     setenv("ASAN_OPTIONS", "detect_leaks=0", 0);
+    unsetenv("WAYLAND_DISPLAY");
     Make("in.png", kWidth, kHeight);
   }
   void TearDown() override {
@@ -33,7 +34,6 @@ class Viewer : public Command {
     if (child_ == 0) {
       setenv("DISPLAY", desktop_.name().c_str(), 1);
       setenv("SDL_VIDEODRIVER", "x11", 1);
-      setenv("SDL_RENDER_DRIVER", "software", 1);
       if (chdir(work_.Path().c_str()) != 0) _exit(9);
       execl(VNCORE_VIEWER, VNCORE_VIEWER, "--size", "320x240", arguments..., nullptr);
       _exit(9);
@@ -192,7 +192,6 @@ TEST_F(Viewer, TakesDroppedFilesCopiesAndPastes) {
 
   if (std::system("command -v xclip >/dev/null") == 0) {
     setenv("DISPLAY", desktop_.name().c_str(), 1);
-    unsetenv("WAYLAND_DISPLAY");
     const auto paste = [&](const std::vector<Rgb>& pixels) {
       for (int tries = 0; tries < 50; ++tries, usleep(100000)) {
         if (Run("paste pasted.png").status == 0 && Look("pasted.png").pixels == pixels) return true;

@@ -14,21 +14,22 @@ namespace {
 
 constexpr int32_t kUsualDots = 300;
 
-// Makes `part` what the region spans. False where there is none of the picture.
+// Makes `part` what the region spans of the picture. False where there is none.
 bool CopySelected(BitmapHandle* bitmap, BitmapHandle* part) {
   RECT spanned{};
   if (!Vn_BitmapHasRgn(bitmap) || Vn_GetBitmapRgnBounds(bitmap, &kAsSeen, &spanned) != OK)
     return false;
-  const RECT picture{0, 0, bitmap->Width, bitmap->Height};
-  RECT shared{};
-  if (!IntersectRect(&shared, &spanned, &picture)) return false;
-  const RECT rows =
-      StorageRect(*bitmap, {static_cast<int32_t>(shared.left), static_cast<int32_t>(shared.top),
-                            static_cast<int32_t>(shared.right - shared.left),
-                            static_cast<int32_t>(shared.bottom - shared.top)});
+  const auto within = [](LONG edge, int32_t side) {
+    return std::clamp(static_cast<int32_t>(edge), 0, side);
+  };
+  const int32_t x = within(spanned.left, bitmap->Width), y = within(spanned.top, bitmap->Height);
+  const int32_t width = within(spanned.right, bitmap->Width) - x;
+  const int32_t height = within(spanned.bottom, bitmap->Height) - y;
+  if (width < 1 || height < 1) return false;
+  const RECT rows = StorageRect(*bitmap, {x, y, width, height});
   const VnStatus copied = Vn_CopyBitmapRect(
       part, bitmap, static_cast<uint32_t>(rows.left), static_cast<uint32_t>(rows.top),
-      static_cast<uint32_t>(rows.right - rows.left), static_cast<uint32_t>(rows.bottom - rows.top));
+      static_cast<uint32_t>(width), static_cast<uint32_t>(height));
   if (copied != OK) throw Failure(StatusText(copied));
   return true;
 }

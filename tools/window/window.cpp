@@ -32,6 +32,10 @@ VideoSession::VideoSession() {
   }
   // A window is no reason to keep the screen from sleeping.
   SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+  // The picture is made in memory. A renderer on OpenGL would bring its own window in the place of the
+  // first, and talk to the first when it is gone, for which an X server may close the connection.
+  SDL_SetHint(SDL_HINT_RENDER_DRIVER, "software");
+  SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
   if (SDL_Init(SDL_INIT_VIDEO) != 0) Fail("there is no display to open a window on");
 }
 
@@ -46,7 +50,8 @@ Window::Window(Size size)
     : window_(SDL_CreateWindow("vnview", SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED,
                                size.width, size.height, SDL_WINDOW_RESIZABLE | SDL_WINDOW_HIDDEN)) {
   if (!window_) Fail("cannot open a window");
-  // Some renderers put another window in its place, so it shows itself only afterwards.
+  // Renderers that the user prefers may put another window in its place, so it shows itself only
+  // afterwards.
   renderer_.reset(SDL_CreateRenderer(window_.get(), -1, 0));
   if (!renderer_) Fail("cannot draw in a window");
   SDL_ShowWindow(window_.get());
