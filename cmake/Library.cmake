@@ -49,7 +49,7 @@ foreach(form vncore vncore_static)
   if(WIN32)
     target_link_libraries(${form} PUBLIC gdi32 user32)
   else()
-    target_link_libraries(${form} PRIVATE Threads::Threads)
+    target_link_libraries(${form} PRIVATE Threads::Threads ${CMAKE_DL_LIBS})
   endif()
 endforeach()
 

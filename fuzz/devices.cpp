@@ -66,6 +66,31 @@ void PaintRows(World& world, Input& input) {
   Vn_UnlockBitmap(paint.bitmap, state);
 }
 
+// Lines, figures and letters, under any pen and operation.
+void DrawFigures(HDC context, Input& input) {
+  HPEN pen = CreatePen(input.OneOf({PS_SOLID, PS_NULL}), input.Number(), 0x8040FF);
+  SelectObject(context, pen);
+  SetROP2(context, static_cast<int>(input.Below(18)));
+  POINT points[6];
+  const auto count = static_cast<int>(input.Below(7));
+  for (POINT& point : points) {
+    point.x = input.Number();
+    point.y = input.Number();
+  }
+  const RECT box = {points[0].x, points[0].y, points[1].x, points[1].y};
+  Polyline(context, points, count);
+  Polygon(context, points, count);
+  Rectangle(context, box.left, box.top, box.right, box.bottom);
+  Ellipse(context, box.left, box.top, box.right, box.bottom);
+  SetPixel(context, points[2].x, points[2].y, 0x204060);
+  FillRect(context, &box, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+  char text[8];
+  input.Fill(text, sizeof text);
+  TextOutA(context, points[3].x, points[3].y, text, sizeof text);
+  SelectObject(context, GetStockObject(BLACK_PEN));
+  DeleteObject(pen);
+}
+
 // Draws on a bitmap's own pixels, and paints another one there.
 void DrawOnPixels(World& world, Input& input) {
   BitmapHandle* const bitmap = world.Bitmap(input);
@@ -79,6 +104,7 @@ void DrawOnPixels(World& world, Input& input) {
   const int32_t x = input.Number(), y = input.Number();
   const int32_t width = input.Number(), height = input.Number();
   PatBlt(context, x, y, width, height, static_cast<DWORD>(input.Number()));
+  if (input.Flag()) DrawFigures(context, input);
   if (!Vn_DeleteVornDC(context)) std::abort();
 }
 

@@ -9,12 +9,13 @@ set -eu
 packages=(cmake make ninja-build g++ pkg-config)
 tool=(libpng-dev libjpeg62-turbo-dev libtiff-dev libgif-dev libcairo2-dev liblcms2-dev libcups2-dev
   libcli11-dev)
+text=(libfreetype-dev libfontconfig-dev fonts-dejavu-core)
 python=(python3-cffi python3-numpy python3-pil python3-pip python3-setuptools python3-venv python3-wheel)
 for purpose in "$@"; do
   case $purpose in
-    demo) packages+=("${tool[@]}" imagemagick fonts-dejavu-core libsdl2-dev) ;;
+    demo) packages+=("${tool[@]}" "${text[@]}" imagemagick libsdl2-dev) ;;
     test)
-      packages+=("${tool[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils)
+      packages+=("${tool[@]}" "${text[@]}" libgtest-dev libsdl2-dev libxtst-dev xvfb poppler-utils)
       packages+=("${python[@]}" python3-distributed)
       packages+=(libx11-dev libncurses-dev)  # whose names ours stand beside
       ;;

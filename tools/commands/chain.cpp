@@ -69,7 +69,10 @@ CLI::Option* AddRepeated(CLI::App* command, const std::string& name, const std::
 
 void ChainOptions::AddTo(CLI::App* command) {
   geometryKinds_ = GeometryKinds(&geometry);
-  for (const auto* const kinds : {&OperationKinds(), &std::as_const(geometryKinds_)}) {
+  draw_ = std::make_unique<DrawSettings>();
+  drawKinds_ = DrawKinds(draw_.get());
+  for (const auto* const kinds :
+       {&OperationKinds(), &std::as_const(geometryKinds_), &std::as_const(drawKinds_)}) {
     for (const OperationKind& kind : *kinds)
       kinds_[AddRepeated(command, kind.option, kind.form, kind.help)] = &kind;
   }
@@ -78,6 +81,7 @@ void ChainOptions::AddTo(CLI::App* command) {
 }
 
 std::vector<Operation> ChainOptions::Build(const CLI::App& command) const {
+  *draw_ = {};
   Chain chain;
   std::map<const CLI::Option*, size_t> seen;
   for (const CLI::Option* option : command.parse_order()) {

@@ -4,9 +4,11 @@
 
 #include <CLI/CLI.hpp>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "tools/operations/draw_operations.h"
 #include "tools/operations/geometry_operations.h"
 #include "tools/operations/operation.h"
 
@@ -28,7 +30,8 @@ class ChainOptions {
   GeometrySettings geometry;
 
  private:
-  std::vector<OperationKind> geometryKinds_;
+  std::unique_ptr<DrawSettings> draw_;  // as they stand while the chain is built
+  std::vector<OperationKind> geometryKinds_, drawKinds_;
   // The option of each kind of operation, and of each setting of a reduction. Options hold their
   // values themselves, one for each time they were written.
   std::map<const CLI::Option*, const OperationKind*> kinds_;

@@ -9,21 +9,6 @@
 namespace headless {
 namespace {
 
-void PaintParts(const Context& context, const RectList& parts, const Brush& brush,
-                RasterOp operation) {
-  Surface* const target = context.Target();
-  const BlitJob job = {target,
-                       context.state.clip.get(),
-                       MakeAxis(0, target->width, target->width),
-                       MakeAxis(0, target->height, target->height),
-                       nullptr,
-                       nullptr,
-                       &brush,
-                       context.Monochrome(),
-                       operation};
-  BlitParts(job, parts.begin(), parts.size());
-}
-
 // What can be seen of the context's drawing.
 RECT VisibleBounds(const Context& context) {
   const Surface& target = *context.Target();
@@ -38,17 +23,32 @@ RECT VisibleBounds(const Context& context) {
           std::min(bounds.right, box.right), std::min(bounds.bottom, box.bottom)};
 }
 
+}  // namespace
+
 bool WithinReach(const POINT* points, size_t count) {
   return std::all_of(points, points + count, [](const POINT& at) {
     return std::max(at.x, at.y) < kFarthest && std::min(at.x, at.y) > -kFarthest;
   });
 }
 
-}  // namespace
+void PaintRects(const Context& context, const RectList& parts, const Brush& brush,
+                RasterOp operation) {
+  Surface* const target = context.Target();
+  const BlitJob job = {target,
+                       context.state.clip.get(),
+                       MakeAxis(0, target->width, target->width),
+                       MakeAxis(0, target->height, target->height),
+                       nullptr,
+                       nullptr,
+                       &brush,
+                       context.Monochrome(),
+                       operation};
+  BlitParts(job, parts.begin(), parts.size());
+}
 
 void PaintSet(const Context& context, const RegionSet& set, const Brush& brush,
               RasterOp operation) {
-  PaintParts(context, set.rects(), brush, operation);
+  PaintRects(context, set.rects(), brush, operation);
 }
 
 Draughtsman::Draughtsman(const Context* context)
@@ -68,7 +68,8 @@ bool Draughtsman::Line(const POINT* points, size_t count) const {
   if (!context_ || !WithinReach(points, count)) return false;
   if (penWidth() == 1) ThinLine(points, count, false);
   if (penWidth() > 1)
-    PaintSet(*context_, WideLine(points, count, false, penWidth()), pen_->ink, operation_);
+    PaintSet(*context_, WideLine(points, count, false, penWidth(), VisibleBounds(*context_)),
+             pen_->ink, operation_);
   return true;
 }
 
@@ -79,7 +80,7 @@ bool Draughtsman::Figure(RegionSet interior, const POINT* outline, size_t count)
     if (penWidth() == 1) ThinLine(outline, count, true);
     return true;
   }
-  const RegionSet covered = WideLine(outline, count, true, penWidth());
+  const RegionSet covered = WideLine(outline, count, true, penWidth(), VisibleBounds(*context_));
   if (fills()) {
     CombineSets(interior, interior, covered, RGN_DIFF);
     PaintSet(*context_, interior, *brush_, operation_);
@@ -96,10 +97,10 @@ void Draughtsman::ThinLine(const POINT* points, size_t count, bool closed) const
   for (size_t i = 0; i < lines; ++i) {
     AppendThinLine(runs, points[i], points[i + 1 < count ? i + 1 : 0], bounds);
     if (runs.size() < kMany) continue;
-    PaintParts(*context_, runs, pen_->ink, operation_);
+    PaintRects(*context_, runs, pen_->ink, operation_);
     runs.Clear();
   }
-  PaintParts(*context_, runs, pen_->ink, operation_);
+  PaintRects(*context_, runs, pen_->ink, operation_);
 }
 
 }  // namespace headless

@@ -10,7 +10,13 @@
 
 namespace headless {
 
-// Paints what a set covers, within the context's clip, with a brush.
+// Whether figures can have such points, so that products of coordinates fit 64 bits.
+bool WithinReach(const POINT* points, size_t count);
+
+// Paints rectangles one after the other, or what a set covers, within the context's clip, with a
+// brush. The context draws on something.
+void PaintRects(const Context& context, const RectList& rects, const Brush& brush,
+                RasterOp operation);
 void PaintSet(const Context& context, const RegionSet& set, const Brush& brush, RasterOp operation);
 
 class Draughtsman {

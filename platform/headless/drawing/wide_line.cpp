@@ -51,15 +51,21 @@ RegionSet Join(size_t first, size_t end, const Piece& piece) {
 
 }  // namespace
 
-RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width) {
+RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width,
+                   const RECT& bounds) {
   const int32_t low = -(width / 2), high = (width + 1) / 2 + 1;
   const RegionSet nib = RoundRectSet(low, low, high, high, high - low, high - low);
+  const auto seen = [&](POINT a, POINT b) {
+    return std::min(a.x, b.x) - width < bounds.right && std::max(a.x, b.x) + width >= bounds.left &&
+           std::min(a.y, b.y) - width < bounds.bottom && std::max(a.y, b.y) + width >= bounds.top;
+  };
   return Join(0, count, [&](size_t i) {
+    const POINT from = points[i], to = closed || i + 1 < count ? points[(i + 1) % count] : from;
     RegionSet piece;
+    if (!seen(from, to)) return piece;
     piece.Assign(nib);
-    piece.Offset(points[i].x, points[i].y);
-    if (closed || i + 1 < count)
-      CombineSets(piece, piece, Bar(points[i], points[(i + 1) % count], width), RGN_OR);
+    piece.Offset(from.x, from.y);
+    if (from.x != to.x || from.y != to.y) CombineSets(piece, piece, Bar(from, to, width), RGN_OR);
     return piece;
   });
 }

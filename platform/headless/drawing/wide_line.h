@@ -7,8 +7,9 @@
 namespace headless {
 
 // What a round pen of `width` pixels covers on its way along the points, and back to the first one
-// when `closed`. Throws when memory fails.
-RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width);
+// when `closed`. Stretches that do not reach the bounds are left out. Throws when memory fails.
+RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width,
+                   const RECT& bounds);
 
 }  // namespace headless
 

@@ -1,6 +1,7 @@
 #include "platform/headless/surfaces/pen.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 namespace headless {
@@ -34,8 +35,10 @@ using namespace headless;
 // A width of 0 is one pixel as well; its sign is not looked at.
 HPEN CreatePen(int style, int width, COLORREF color) {
   return Enter<HPEN>(nullptr, [&]() -> HPEN {
-    if (style != PS_SOLID && style != PS_NULL) return nullptr;
-    const int32_t across = style == PS_NULL ? 0 : std::max(1, width < 0 ? -width : width);
+    constexpr int kWidest = 1 << 19;
+    if ((style != PS_SOLID && style != PS_NULL) || width < -kWidest || width > kWidest)
+      return nullptr;
+    const int32_t across = style == PS_NULL ? 0 : std::max(1, std::abs(width));
     return AddNew<HPEN>(std::make_unique<Pen>(across, color & 0xFFFFFF));
   });
 }

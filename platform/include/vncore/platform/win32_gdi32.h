@@ -168,7 +168,7 @@ VNW_DECLARE(BOOL, Polygon, (HDC context, const POINT* points, int count));
 VNW_DECLARE(BOOL, Rectangle, (HDC context, int left, int top, int right, int bottom));
 VNW_DECLARE(BOOL, Ellipse, (HDC context, int left, int top, int right, int bottom));
 
-/* Text, in UTF-8. Fails where no font can be had. */
+/* Text, in UTF-8. Where no font can be had, all but the making of fonts fails. */
 #define FW_NORMAL 400
 #define FW_BOLD 700
 #define DEFAULT_CHARSET 1
@@ -190,6 +190,9 @@ VNW_DECLARE(HFONT, CreateFontA,
              DWORD underline, DWORD strikeOut, DWORD charSet, DWORD outPrecision,
              DWORD clipPrecision, DWORD quality, DWORD pitchAndFamily, LPCSTR face));
 VNW_DECLARE(UINT, SetTextAlign, (HDC context, UINT align));
+VNW_DECLARE(int, GetTextFaceA, (HDC context, int bytes, LPSTR face));
+VNW_DECLARE(BOOL, TextOutA, (HDC context, int x, int y, LPCSTR text, int bytes));
+VNW_DECLARE(BOOL, GetTextExtentPoint32A, (HDC context, LPCSTR text, int bytes, SIZE* size));
 
 /* Regions. */
 #define RGN_ERROR 0

@@ -1,0 +1,27 @@
+// Lines, figures and text of vncore convert, drawn through a device context over the bitmap.
+#ifndef VNCORE_TOOLS_DRAW_OPERATIONS_H
+#define VNCORE_TOOLS_DRAW_OPERATIONS_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/operations/operation.h"
+
+namespace vn::tool {
+
+// What the next --draw takes, as --pen, --brush and --font have left it so far on the command line.
+struct DrawSettings {
+  std::optional<COLORREF> pen = RGB(0, 0, 0);  // nothing: no outline
+  int32_t penWidth = 1;                        // pixels
+  std::optional<COLORREF> brush;               // nothing: not filled
+  std::string face;                            // empty: any
+  bool bold = false, italic = false;
+};
+
+// --draw and the settings before it, which change `settings` when they are parsed.
+std::vector<OperationKind> DrawKinds(DrawSettings* settings);
+
+}  // namespace vn::tool
+
+#endif
