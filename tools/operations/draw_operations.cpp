@@ -187,35 +187,32 @@ Operation Nothing() {
   return [](Bitmap&) {};
 }
 
-// "none" is a colour as well; the outer optional is empty for what is neither.
-std::optional<std::optional<COLORREF>> ParseInk(const std::string& value) {
-  if (value == "none") return std::optional<COLORREF>();
+// A colour, or "none", which empties `ink`. False for what is neither; `ink` then stays.
+bool ParseInk(const std::string& value, std::optional<COLORREF>* ink) {
   const auto color = ParseColor(value);
-  if (!color) return std::nullopt;
-  return std::optional(RGB(color->red, color->green, color->blue));
+  if (color) *ink = RGB(color->red, color->green, color->blue);
+  if (value == "none") ink->reset();
+  return color || value == "none";
 }
 
 // "red", "#f00,3", "255,0,0,3"
 Parsed ParsePen(const std::string& value, DrawSettings* settings) {
-  auto ink = ParseInk(value);
   int32_t width = 1;
-  if (!ink) {
+  if (!ParseInk(value, &settings->pen)) {
     const size_t comma = value.rfind(',');
     if (comma == value.npos) return std::nullopt;
     const auto numbers = ParseNumberList(value.substr(comma + 1));
-    ink = ParseInk(value.substr(0, comma));
-    if (!ink || !numbers || (*numbers)[0] < 1 || (*numbers)[0] > kWidest) return std::nullopt;
+    if (!numbers || (*numbers)[0] < 1 || (*numbers)[0] > kWidest ||
+        !ParseInk(value.substr(0, comma), &settings->pen))
+      return std::nullopt;
     width = (*numbers)[0];
   }
-  settings->pen = *ink;
   settings->penWidth = width;
   return Nothing();
 }
 
 Parsed ParseBrush(const std::string& value, DrawSettings* settings) {
-  const auto ink = ParseInk(value);
-  if (!ink) return std::nullopt;
-  settings->brush = *ink;
+  if (!ParseInk(value, &settings->brush)) return std::nullopt;
   return Nothing();
 }
 
