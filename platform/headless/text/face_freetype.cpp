@@ -44,8 +44,13 @@ std::optional<FontFile> FindFile(const FontLibraries& fonts, const FontTraits& t
     return std::nullopt;
   FontFile file;
   file.path = reinterpret_cast<const char*>(text);
-  if (fonts.FcPatternGetString(found.get(), FC_FAMILY, 0, &text) == FcResultMatch)
-    file.name = reinterpret_cast<const char*>(text);
+  // A family can have several names: the first, unless it was asked for by another.
+  for (int i = 0; fonts.FcPatternGetString(found.get(), FC_FAMILY, i, &text) == FcResultMatch;
+       ++i) {
+    const auto* wantedName = reinterpret_cast<const FcChar8*>(traits.face.c_str());
+    if (i == 0 || fonts.FcStrCmpIgnoreCase(text, wantedName) == 0)
+      file.name = reinterpret_cast<const char*>(text);
+  }
   fonts.FcPatternGetInteger(found.get(), FC_INDEX, 0, &file.index);
   FcBool embolden = FcFalse;
   fonts.FcPatternGetBool(found.get(), FC_EMBOLDEN, 0, &embolden);

@@ -40,7 +40,8 @@ bool BindFontconfig(FontLibraries& all) {
          Bind(from, "FcWeightFromOpenType", all.FcWeightFromOpenType) &&
          Bind(from, "FcConfigSubstitute", all.FcConfigSubstitute) &&
          Bind(from, "FcDefaultSubstitute", all.FcDefaultSubstitute) &&
-         Bind(from, "FcFontMatch", all.FcFontMatch);
+         Bind(from, "FcFontMatch", all.FcFontMatch) &&
+         Bind(from, "FcStrCmpIgnoreCase", all.FcStrCmpIgnoreCase);
 }
 
 const FontLibraries* Load() {

@@ -34,6 +34,7 @@ struct FontLibraries {
   decltype(&::FcConfigSubstitute) FcConfigSubstitute;
   decltype(&::FcDefaultSubstitute) FcDefaultSubstitute;
   decltype(&::FcFontMatch) FcFontMatch;
+  decltype(&::FcStrCmpIgnoreCase) FcStrCmpIgnoreCase;
 
   FT_Library freeType;  // started, as fontconfig is
 };
