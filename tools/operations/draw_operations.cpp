@@ -39,12 +39,12 @@ class BitmapContext {
 
 // A pen or a brush as the settings have it.
 HPEN MakePen(const DrawSettings& settings) {
-  return settings.pen ? CreatePen(PS_SOLID, settings.penWidth, *settings.pen)
-                      : CreatePen(PS_NULL, 0, 0);
+  return settings.pen.there ? CreatePen(PS_SOLID, settings.penWidth, settings.pen.color)
+                            : CreatePen(PS_NULL, 0, 0);
 }
 HBRUSH MakeBrush(const DrawSettings& settings) {
-  return settings.brush ? CreateSolidBrush(*settings.brush)
-                        : static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
+  return settings.brush.there ? CreateSolidBrush(settings.brush.color)
+                              : static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
 }
 
 // Something to draw: a call on a context in which pen and brush are selected.
@@ -82,8 +82,11 @@ struct Box : Shape {
   Box(const RECT& box, bool isRound) : area(box), round(isRound) {}
   bool Draw(HDC context, const DrawSettings& settings) const override {
     const auto [left, top, right, bottom] = area;
+    // A thin outline around a single pixel has no length, and none would be drawn.
+    if (settings.pen.there && settings.penWidth == 1 && right - left == 1 && bottom - top == 1)
+      return Path({{left, top}}, false).Draw(context, settings);
     if (round) return Ellipse(context, left, top, right, bottom);
-    if (settings.pen) return Rectangle(context, left, top, right, bottom);
+    if (settings.pen.there) return Rectangle(context, left, top, right, bottom);
     // Without a pen a rectangle would lose a row and a column.
     const OwnedObject<HBRUSH> brush(MakeBrush(settings));
     return FillRect(context, &area, brush.get());
@@ -106,9 +109,9 @@ struct Text : Shape {
     const HGDIOBJ before = SelectObject(context, font.get());
     if (!before) return false;
     RequireFace(context, settings.face);
-    SetTextColor(context, settings.pen.value_or(0));
-    SetBkColor(context, settings.brush.value_or(RGB(255, 255, 255)));
-    SetBkMode(context, settings.brush ? OPAQUE : TRANSPARENT);
+    SetTextColor(context, settings.pen.color);
+    SetBkColor(context, settings.brush.color);
+    SetBkMode(context, settings.brush.there ? OPAQUE : TRANSPARENT);
     bool drawn = true;
     std::istringstream lines(text);
     int32_t y = at.y;
@@ -187,32 +190,34 @@ Operation Nothing() {
   return [](Bitmap&) {};
 }
 
-// A colour, or "none", which empties `ink`. False for what is neither; `ink` then stays.
-bool ParseInk(const std::string& value, std::optional<COLORREF>* ink) {
+std::optional<Ink> ParseInk(const std::string& value) {
+  if (value == "none") return Ink{false, 0};
   const auto color = ParseColor(value);
-  if (color) *ink = RGB(color->red, color->green, color->blue);
-  if (value == "none") ink->reset();
-  return color || value == "none";
+  if (!color) return std::nullopt;
+  return Ink{true, RGB(color->red, color->green, color->blue)};
 }
 
 // "red", "#f00,3", "255,0,0,3"
 Parsed ParsePen(const std::string& value, DrawSettings* settings) {
+  auto ink = ParseInk(value);
   int32_t width = 1;
-  if (!ParseInk(value, &settings->pen)) {
+  if (!ink) {
     const size_t comma = value.rfind(',');
     if (comma == value.npos) return std::nullopt;
     const auto numbers = ParseNumberList(value.substr(comma + 1));
-    if (!numbers || (*numbers)[0] < 1 || (*numbers)[0] > kWidest ||
-        !ParseInk(value.substr(0, comma), &settings->pen))
-      return std::nullopt;
+    ink = ParseInk(value.substr(0, comma));
+    if (!ink || !numbers || (*numbers)[0] < 1 || (*numbers)[0] > kWidest) return std::nullopt;
     width = (*numbers)[0];
   }
+  settings->pen = *ink;
   settings->penWidth = width;
   return Nothing();
 }
 
 Parsed ParseBrush(const std::string& value, DrawSettings* settings) {
-  if (!ParseInk(value, &settings->brush)) return std::nullopt;
+  const auto ink = ParseInk(value);
+  if (!ink) return std::nullopt;
+  settings->brush = *ink;
   return Nothing();
 }
 

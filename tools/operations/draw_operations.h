@@ -10,12 +10,18 @@
 
 namespace vn::tool {
 
+// A colour to draw with, or none.
+struct Ink {
+  bool there;
+  COLORREF color;
+};
+
 // What the next --draw takes, as --pen, --brush and --font have left it so far on the command line.
 struct DrawSettings {
-  std::optional<COLORREF> pen = RGB(0, 0, 0);  // nothing: no outline
-  int32_t penWidth = 1;                        // pixels
-  std::optional<COLORREF> brush;               // nothing: not filled
-  std::string face;                            // empty: any
+  Ink pen{true, RGB(0, 0, 0)};
+  int32_t penWidth = 1;  // pixels
+  Ink brush{false, RGB(255, 255, 255)};
+  std::string face;  // empty: any
   bool bold = false, italic = false;
 };
 
