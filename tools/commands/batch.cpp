@@ -16,20 +16,20 @@ namespace {
 namespace fs = std::filesystem;
 
 // The result of each picture. No two may be one file, and none the picture itself.
-std::vector<std::string> ResultsOf(const Batch& batch, const std::string& format,
+std::vector<std::string> ResultsOf(const Batch& batch, const FileForm& form,
                                    const std::vector<std::string>& in) {
   std::vector<std::string> results;
   std::map<std::string, std::string> taken;
   for (const std::string& path : in) {
     if (path == "-") throw Failure("standard input has no name in " + batch.into);
     fs::path name = fs::path(path).filename();
-    if (!format.empty()) name.replace_extension(format);
+    if (!form.format.empty()) name.replace_extension(form.format);
     const std::string result = (fs::path(batch.into) / name).string();
     const auto [other, fresh] = taken.emplace(result, path);
     if (!fresh) throw Failure(other->second + " and " + path + " would both become " + result);
     std::error_code apart;
     if (fs::equivalent(path, result, apart)) throw Failure(path + " would become itself");
-    HoldsPages(result, format);  // or is of no known format
+    HoldsPages(result, form);  // or is of no known format
     results.push_back(result);
   }
   return results;
@@ -83,7 +83,7 @@ void Batch::AddTo(CLI::App* command) {
 void ConvertBatch(const Conversion& conversion, const Batch& batch,
                   const std::vector<std::string>& in) {
   MakeFolder(batch.into);
-  const std::vector<std::string> results = ResultsOf(batch, conversion.write.format, in);
+  const std::vector<std::string> results = ResultsOf(batch, conversion.write.form, in);
   std::vector<Piece> pieces;
   {
     const StatusLine line(in.size());

@@ -20,7 +20,8 @@ struct ChartOptions {
 
 void DrawChart(const ChartOptions& options) {
   Chart chart(options.size.width, options.size.height);
-  const auto sink = CreatePicture(OpenPictureFile(options.out, options.format), chart.Info());
+  const auto sink =
+      CreatePicture(OpenPictureFile(options.out, {options.format, std::nullopt}), chart.Info());
   const ProgressBar bar("drawing " + options.out);
   CopyRows(chart, *sink);
   sink->Finish();

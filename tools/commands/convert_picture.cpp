@@ -84,7 +84,7 @@ void ConvertPicture(const Conversion& conversion, const std::string& in, const s
   ReadOptions read = conversion.read;
   auto picture = conversion.allPages ? OpenPicture(in, read) : OpenOnePicture(in, read);
   const int32_t pages = conversion.allPages ? picture->Info().facts.pages : 1;
-  PageFiles files(out, conversion.write.format, pages);
+  PageFiles files(out, conversion.write.form, pages);
   const int32_t storage = conversion.storage.Settle(picture->Info());
   ProgressBar bar("converting " + in);
   for (int32_t page = 0; page < pages; ++page) {

@@ -15,7 +15,7 @@ namespace {
 
 void Paint(const PaintOptions& options, const WriteOptions& write, const std::string& out) {
   PaintSubject subject(options);
-  auto file = OpenPictureFile(out, write.format);
+  auto file = OpenPictureFile(out, write.form);
   subject.Load();
   HeadlessDevice device(subject.size().width, subject.size().height, options.deviceBits);
   {

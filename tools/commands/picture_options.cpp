@@ -43,7 +43,13 @@ void AddStripOption(CLI::App* command, bool* strip) {
 }
 
 void WriteOptions::AddTo(CLI::App* command) {
-  AddFormatOption(command, &format);
+  AddFormatOption(command, &form.format);
+  command
+      ->add_option(
+          "--compression", form.compression,
+          "How hard PNG files are compressed, from 0 (not at all) to 9; if not given, as it "
+          "pays with the picture")
+      ->check(CLI::Range(0, 9));
   AddStripOption(command, &strip);
 }
 

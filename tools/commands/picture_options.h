@@ -27,9 +27,9 @@ void AddFormatOption(CLI::App* command, std::string* format);
 // --strip
 void AddStripOption(CLI::App* command, bool* strip);
 
-// How the result is written, and what it says of itself: --format, --strip.
+// How the result is written, and what it says of itself: --format, --compression, --strip.
 struct WriteOptions {
-  std::string format;
+  FileForm form;
   bool strip = false;
 
   void AddTo(CLI::App* command);

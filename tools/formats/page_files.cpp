@@ -19,15 +19,15 @@ std::string Numbered(const std::string& path, int32_t page) {
 
 }  // namespace
 
-PageFiles::PageFiles(const std::string& path, const std::string& format, int32_t pages)
+PageFiles::PageFiles(const std::string& path, const FileForm& form, int32_t pages)
     : pages_(pages) {
-  if (pages == 1 || HoldsPages(path, format)) {
-    files_.push_back(OpenPictureFile(path, format));
+  if (pages == 1 || HoldsPages(path, form)) {
+    files_.push_back(OpenPictureFile(path, form));
     return;
   }
   if (path == "-") throw Failure("standard output: this format holds one page");
   for (int32_t page = 1; page <= pages; ++page)
-    files_.push_back(OpenPictureFile(Numbered(path, page), format));
+    files_.push_back(OpenPictureFile(Numbered(path, page), form));
 }
 
 PictureSink& PageFiles::Begin(const PictureInfo& info) {

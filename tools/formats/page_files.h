@@ -15,7 +15,7 @@ namespace vn::tool {
 class PageFiles {
  public:
   // Throws Failure, as all here do.
-  PageFiles(const std::string& path, const std::string& format, int32_t pages);
+  PageFiles(const std::string& path, const FileForm& form, int32_t pages);
 
   // Begins the next page, which has its rows before the next call.
   PictureSink& Begin(const PictureInfo& info);

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -89,18 +90,25 @@ std::unique_ptr<PictureSource> OpenPicture(const std::string& path, const ReadOp
 // A file format.
 struct Format;
 
+// How a picture is written.
+struct FileForm {
+  std::string format;                  // "png"; empty: that of the name's extension
+  std::optional<int32_t> compression;  // of PNG, 0 to 9; none: as the picture is
+};
+
 // A file that a picture will be written to.
 struct PictureFile {
   std::unique_ptr<OutputFile> file;
   const Format* format = nullptr;
+  std::optional<int32_t> compression;
 };
 
 // Opens it before the work begins, so that a name that cannot be written fails at once; "-" is
-// standard output. The format is `format` ("png"), or that of the name's extension where it is empty.
-PictureFile OpenPictureFile(const std::string& path, const std::string& format = {});
+// standard output.
+PictureFile OpenPictureFile(const std::string& path, const FileForm& form = {});
 // Whether a file of this name and format holds several pictures.
-bool HoldsPages(const std::string& path, const std::string& format);
-// "png|bmp|...": what `format` may be.
+bool HoldsPages(const std::string& path, const FileForm& form);
+// "png|bmp|...": what a form's format may be.
 std::string FormatNames();
 
 // Starts the picture, the first of so many pages, and warns of what it says of itself and the file

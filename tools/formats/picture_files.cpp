@@ -32,21 +32,29 @@ namespace {
 using Source = std::unique_ptr<PictureSource>;
 using Sink = std::unique_ptr<PictureSink>;
 
+struct Wanted {
+  int32_t pages;
+  std::optional<int32_t> compression;
+};
+
 template <class Reader>
 Source Open(std::unique_ptr<InputFile> file, const ReadOptions& options) {
   return std::make_unique<Reader>(std::move(file), options);
 }
 template <PnmKind Kind>
-Sink CreatePnm(std::unique_ptr<OutputFile> file, const PictureInfo& info, int32_t) {
+Sink CreatePnm(std::unique_ptr<OutputFile> file, const PictureInfo& info, const Wanted&) {
   return std::make_unique<PnmWriter>(std::move(file), info, Kind);
 }
 template <class Writer>
-Sink Create(std::unique_ptr<OutputFile> file, const PictureInfo& info, int32_t) {
+Sink Create(std::unique_ptr<OutputFile> file, const PictureInfo& info, const Wanted&) {
   return std::make_unique<Writer>(std::move(file), info);
 }
+Sink CreatePng(std::unique_ptr<OutputFile> file, const PictureInfo& info, const Wanted& wanted) {
+  return std::make_unique<PngWriter>(std::move(file), info, wanted.compression);
+}
 #ifdef VNCORE_TOOL_TIFF
-Sink CreateTiff(std::unique_ptr<OutputFile> file, const PictureInfo& info, int32_t pages) {
-  return std::make_unique<TiffWriter>(std::move(file), info, pages);
+Sink CreateTiff(std::unique_ptr<OutputFile> file, const PictureInfo& info, const Wanted& wanted) {
+  return std::make_unique<TiffWriter>(std::move(file), info, wanted.pages);
 }
 #endif
 
@@ -57,7 +65,7 @@ struct Format {
   const char* extensions[2];              // the usual one first; the other may be null
   bool (*isThis)(const InputFile& file);  // null: another format reads it
   Source (*open)(std::unique_ptr<InputFile>, const ReadOptions&);
-  Sink (*create)(std::unique_ptr<OutputFile>, const PictureInfo&, int32_t pages);
+  Sink (*create)(std::unique_ptr<OutputFile>, const PictureInfo&, const Wanted&);
   bool seeks;  // it is not written from its start to its end
   bool pages;  // it holds several
 };
@@ -65,7 +73,7 @@ struct Format {
 namespace {
 
 constexpr Format kFormats[] = {
-    {"PNG", {"png", nullptr}, &IsPng, &Open<PngReader>, &Create<PngWriter>, false, false},
+    {"PNG", {"png", nullptr}, &IsPng, &Open<PngReader>, &CreatePng, false, false},
     {"BMP", {"bmp", "dib"}, &IsBmp, &Open<BmpReader>, &Create<BmpWriter>, true, false},
     {"PNM", {"pnm", nullptr}, &IsPnm, &Open<PnmReader>, &CreatePnm<PnmKind::kAny>, false, false},
     {"PBM", {"pbm", nullptr}, nullptr, nullptr, &CreatePnm<PnmKind::kBits>, false, false},
@@ -144,17 +152,17 @@ std::unique_ptr<PictureSource> OpenPicture(const std::string& path, const ReadOp
   throw Failure(path + ": not a " + Listed(known) + others);
 }
 
-PictureFile OpenPictureFile(const std::string& path, const std::string& format) {
-  const Format& chosen = FormatFor(path, format);
-  PictureFile picture{std::make_unique<OutputFile>(path, chosen.seeks), &chosen};
+PictureFile OpenPictureFile(const std::string& path, const FileForm& form) {
+  const Format& chosen = FormatFor(path, form.format);
+  PictureFile picture{std::make_unique<OutputFile>(path, chosen.seeks), &chosen, form.compression};
   if (chosen.seeks && picture.file->Seek(0, SEEK_CUR) < 0) {
     throw Failure("cannot write " + path + ": " + chosen.name + " does not go to a pipe");
   }
   return picture;
 }
 
-bool HoldsPages(const std::string& path, const std::string& format) {
-  return FormatFor(path, format).pages;
+bool HoldsPages(const std::string& path, const FileForm& form) {
+  return FormatFor(path, form.format).pages;
 }
 
 std::string FormatNames() {
@@ -167,7 +175,7 @@ std::string FormatNames() {
 std::unique_ptr<PictureSink> CreatePicture(PictureFile file, const PictureInfo& info,
                                            int32_t pages) {
   const std::string path = file.file->Path();
-  auto picture = file.format->create(std::move(file.file), info, pages);
+  auto picture = file.format->create(std::move(file.file), info, {pages, file.compression});
   const std::vector<std::string> left = LeftBehind(info.metadata, picture->Room());
   if (!left.empty()) Warn(path + " is without: " + Listed(left, " and "));
   return picture;

@@ -6,9 +6,6 @@
 namespace vn::tool {
 namespace {
 
-// Nearly the size of the highest level in a third of its time.
-constexpr int kCompression = 5;
-
 void OnWrite(png_structp png, png_bytep bytes, size_t count) {
   auto* file = static_cast<OutputFile*>(png_get_io_ptr(png));
   if (!file->Write(bytes, count)) png_error(png, file->ErrorText());
@@ -31,11 +28,14 @@ PngWriter::State::State()
   }
 }
 
-PngWriter::PngWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info)
+PngWriter::PngWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info,
+                     std::optional<int32_t> level)
     // Profiles of gray are for gray, which a palette is not.
     : file_(std::move(file)),
       gray_(SpaceOf(info.metadata.profile) == ProfileSpace::kGray && IsGrayRamp(info.colors)),
-      texts_(info.metadata, gray_) {
+      texts_(info.metadata, gray_),
+      data_((static_cast<size_t>(info.width) * static_cast<size_t>(info.bits) + 7) / 8,
+            info.bits == 24, level, this) {
   WriteHeader(info);
 }
 
@@ -54,9 +54,6 @@ void PngWriter::WriteHeader(const PictureInfo& picture) {
   const bool written = GuardPng(png, [=, &palette, &picture] {
     png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
     png_set_write_fn(png, file, &OnWrite, &OnFlush);
-    png_set_compression_level(png, kCompression);
-    // Differences do not compress dithered indexes.
-    png_set_filter(png, PNG_FILTER_TYPE_BASE, paletted ? PNG_FILTER_NONE : PNG_FAST_FILTERS);
     png_set_IHDR(png, info, static_cast<png_uint_32>(picture.width),
                  static_cast<png_uint_32>(picture.height), paletted ? picture.bits : 8,
                  gray       ? PNG_COLOR_TYPE_GRAY
@@ -70,19 +67,26 @@ void PngWriter::WriteHeader(const PictureInfo& picture) {
     }
     texts->Set(png, info);
     png_write_info(png, info);
-    if (!paletted) png_set_bgr(png);
   });
   if (!written) Fail();
 }
 
-void PngWriter::WriteRow(const uint8_t* row) {
+void PngWriter::WriteRow(const uint8_t* row) { data_.WriteRow(row); }
+
+void PngWriter::WriteData(const uint8_t* bytes, size_t count) { WriteChunk("IDAT", bytes, count); }
+
+void PngWriter::WriteChunk(const char* name, const uint8_t* bytes, size_t count) {
   const png_structp png = state_.png;
-  if (!GuardPng(png, [png, row] { png_write_row(png, row); })) Fail();
+  if (!GuardPng(png, [=] {
+        png_write_chunk(png, reinterpret_cast<png_const_bytep>(name), bytes, count);
+      }))
+    Fail();
 }
 
 void PngWriter::Finish() {
-  const png_structp png = state_.png;
-  if (!GuardPng(png, [png] { png_write_end(png, nullptr); })) Fail();
+  data_.Finish();
+  // libpng does not end a file whose pixels it has not seen.
+  WriteChunk("IEND", nullptr, 0);
   file_->Commit();
 }
 

@@ -6,14 +6,17 @@
 
 #include "tools/formats/output_file.h"
 #include "tools/formats/picture.h"
+#include "tools/formats/png_data.h"
 #include "tools/formats/png_guard.h"
 #include "tools/formats/png_texts.h"
 
 namespace vn::tool {
 
-class PngWriter : public PictureSink {
+class PngWriter : public PictureSink, private PngData::Chunks {
  public:
-  PngWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info);
+  // `level` is zlib's, 0 to 9; none: as the picture is.
+  PngWriter(std::unique_ptr<OutputFile> file, const PictureInfo& info,
+            std::optional<int32_t> level);
 
   void WriteRow(const uint8_t* row) override;
   void Finish() override;
@@ -31,12 +34,15 @@ class PngWriter : public PictureSink {
   };
 
   void WriteHeader(const PictureInfo& info);
+  void WriteData(const uint8_t* bytes, size_t count) override;
+  void WriteChunk(const char* name, const uint8_t* bytes, size_t count);
   [[noreturn]] void Fail() const;
 
   std::unique_ptr<OutputFile> file_;
   const bool gray_;
   const PngTexts texts_;
   State state_;
+  PngData data_;
 };
 
 }  // namespace vn::tool
