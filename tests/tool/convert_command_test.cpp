@@ -192,7 +192,8 @@ TEST_F(Convert, StreamedRowsAreThoseOfABitmap) {
       for (const std::string options :
            {"", "--scale 83x20", "--scale 31x41", "--scale 200x300", "--scale 1x1",
             "--crop 7,5,50,30", "--crop 7,5,50,30 --scale 64x7 --crop 3,1,11,5",
-            "--scale 33% --crop 1,1,20,9 --mirror"}) {
+            "--scale 33% --crop 1,1,20,9 --mirror", "--resample 31x7", "--fit 83x20",
+            "--crop 7,5,50,30 --resample 50% --scale 11x11"}) {
         SCOPED_TRACE(in + " " + std::to_string(bits) + " " + options);
         Result(options, in);
       }

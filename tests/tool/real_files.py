@@ -197,6 +197,20 @@ def lost(before, after):
             yield f"text {tag:#x}"
 
 
+def reduced(vncore, pictures):
+    """JPEG files that are read smaller show what the whole picture averaged does, nearly."""
+    size, faults = ["--resample", "22%"], 0
+    wholes = [f"out/.jpg/{path.stem}.bmp" for path in pictures]
+    for folder, files in (("small", pictures), ("whole", wholes)):
+        subprocess.run([vncore, "convert", *files, "--into", folder, "--format", "png", *size])
+    for path in pictures:
+        small, whole = (seen(pathlib.Path(folder, path.stem + ".png")) for folder in ("small", "whole"))
+        if decibels(small, whole) < 30:
+            faults += 1
+            print(f"{path} read smaller: {decibels(small, whole):.1f} dB")
+    return faults
+
+
 def run(vncore, kinds):
     rgb = make_sources()
     made = []
@@ -226,6 +240,7 @@ def run(vncore, kinds):
             if text:
                 faults += 1
                 print(f"{path} to {form}: {text}")
+    faults += reduced(vncore, [path for path in made if path.suffix == ".jpg"])
     print(f"{len(made)} files, {faults} faults")
     return faults
 

@@ -1,5 +1,6 @@
 #include "tools/commands/convert_picture.h"
 
+#include <optional>
 #include <utility>
 
 #include "tools/formats/page_files.h"
@@ -23,6 +24,7 @@ class PageConversion {
         bar_(bar) {}
 
   void Run(int32_t page, int32_t pages) {
+    Reduce();
     // A storage that is asked for is also used.
     if (!conversion_.storage.kind) Stream();
     const auto steps = static_cast<int32_t>(conversion_.operations.size() - done_);
@@ -34,14 +36,39 @@ class PageConversion {
   }
 
  private:
+  // Lets the picture come smaller where it is averaged first.
+  void Reduce() {
+    const std::vector<Operation>& operations = conversion_.operations;
+    const auto* const averaging = operations.empty() ? nullptr : operations[0].AsAveraging();
+    if (!averaging) return;
+    const PictureInfo& info = picture_->Info();
+    const Operation::WideSize size = averaging->sizeOf(info.UprightWidth(), info.UprightHeight());
+    averaged_ = size;
+    info.LiesOnItsSide() ? picture_->Reduce(size.height, size.width)
+                         : picture_->Reduce(size.width, size.height);
+  }
+
   // The first operations, as far as rows can pass them as they come.
   void Stream() {
     const std::vector<Operation>& operations = conversion_.operations;
     for (; done_ < operations.size() && IsStream(*picture_); ++done_) {
+      if (operations[done_].AsAveraging()) {
+        const Operation::WideSize size = AveragedSize();
+        if (!CanAverageRows(*picture_, size.width, size.height)) return;
+        picture_ = AverageRows(std::move(picture_), size.width, size.height);
+        continue;
+      }
       const Operation::Stream& stream = operations[done_].AsStream();
       if (!stream) return;
       picture_ = stream(std::move(picture_));
     }
+  }
+
+  // What the next operation makes of the picture; the first one has seen it before it was reduced.
+  Operation::WideSize AveragedSize() const {
+    if (done_ == 0 && averaged_) return *averaged_;
+    const PictureInfo& info = picture_->Info();
+    return conversion_.operations[done_].AsAveraging()->sizeOf(info.width, info.height);
   }
 
   void BeginStage() { bar_.BeginStage(stage_++, stages_); }
@@ -63,7 +90,9 @@ class PageConversion {
     LoadBitmap(*picture_, storage_, bitmap);
     for (; done_ < conversion_.operations.size(); ++done_) {
       BeginStage();
-      conversion_.operations[done_](bitmap);
+      const Operation& operation = conversion_.operations[done_];
+      done_ == 0 && averaged_ ? operation.AsAveraging()->run(bitmap, *averaged_)
+                              : operation(bitmap);
     }
     BeginStage();
     SaveBitmap(bitmap, BeginPage(InfoOf(bitmap)));
@@ -74,7 +103,8 @@ class PageConversion {
   const int32_t storage_;
   PageFiles& files_;
   ProgressBar& bar_;
-  size_t done_ = 0;  // operations
+  size_t done_ = 0;                              // operations
+  std::optional<Operation::WideSize> averaged_;  // what the first operation makes of the whole
   int32_t stage_ = 0, stages_ = 1;
 };
 

@@ -129,12 +129,29 @@ void JpegReader::ChooseForm() {
 
 void JpegReader::ChooseColors(const ReadOptions& options) {
   if (state_.jpeg.out_color_space == JCS_CMYK) {
-    row_.resize(size_t{4} * state_.jpeg.image_width);
     inks_ = std::make_unique<Inks>(info_.metadata);
   } else if (options.srgb && !info_.colors.empty()) {
     PaletteToSrgb(file_->Path(), info_);
   } else if (options.srgb) {
     toSrgb_ = TakeToSrgb(file_->Path(), info_.metadata, ToSrgb::Samples::kBgr);
+  }
+}
+
+void JpegReader::Reduce(int64_t width, int64_t height) {
+  jpeg_decompress_struct* const jpeg = &state_.jpeg;
+  const int64_t wholeWidth = info_.width, wholeHeight = info_.height;
+  for (const unsigned of : {8u, 4u, 2u}) {
+    const int64_t across = (wholeWidth + of - 1) / of, down = (wholeHeight + of - 1) / of;
+    // Cells of one or two pixels by turns would show: nothing is left to average, or enough.
+    const bool fits =
+        (across == width && down == height) || (across >= 2 * width && down >= 2 * height);
+    if (!fits) continue;
+    jpeg->scale_num = 1;
+    jpeg->scale_denom = of;
+    if (!GuardJpeg(state_.error, [jpeg] { jpeg_calc_output_dimensions(jpeg); })) Fail();
+    info_.width = static_cast<int32_t>(jpeg->output_width);
+    info_.height = static_cast<int32_t>(jpeg->output_height);
+    return;
   }
 }
 
@@ -147,6 +164,7 @@ void JpegReader::Start() {
     jpeg_start_decompress(jpeg);
   });
   if (!startedUp) Fail();
+  if (inks_) row_.resize(size_t{4} * static_cast<size_t>(info_.width));
   started_ = true;
 }
 

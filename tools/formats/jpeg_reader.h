@@ -23,6 +23,8 @@ class JpegReader : public PictureSource {
   JpegReader(std::unique_ptr<InputFile> file, const ReadOptions& options);
 
   const PictureInfo& Info() const override { return info_; }
+  // By half, quarter or eighth, as the blocks of frequencies allow without being taken apart.
+  void Reduce(int64_t width, int64_t height) override;
   int32_t NextLine() const override { return line_; }
   void ReadRow(uint8_t* row) override;
   void Finish() override;

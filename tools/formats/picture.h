@@ -50,6 +50,10 @@ class PictureSource {
   virtual ~PictureSource() = default;
   virtual const PictureInfo& Info() const = 0;
 
+  // Before the first row: whoever reads wants to average the picture down to this size, by its rows as
+  // they lie. Where it is cheaper, it then comes smaller than it is, but not smaller than that.
+  virtual void Reduce(int64_t /*width*/, int64_t /*height*/) {}
+
   // ReadRow calls that deliver the whole picture, and the line (0 is the top) that the next one
   // delivers. As a rule every line once, from the top down.
   virtual int64_t Deliveries() const { return Info().height; }

@@ -22,6 +22,14 @@ class Operation {
   using Run = std::function<void(Bitmap&)>;
   using Stream = std::function<std::unique_ptr<PictureSource>(std::unique_ptr<PictureSource>)>;
 
+  struct WideSize {
+    int64_t width, height;
+  };
+  struct Averaging {
+    std::function<WideSize(int64_t width, int64_t height)> sizeOf;
+    std::function<void(Bitmap&, WideSize)> run;
+  };
+
   // `run` changes a bitmap and reports to the thread's status callback.
   template <std::convertible_to<Run> Function>
   Operation(Function run)
@@ -29,13 +37,23 @@ class Operation {
   // `stream` makes of a stream (see row_streams.h) one whose rows are those that `run` gives.
   Operation(Run run, Stream stream) : run_(std::move(run)), stream_(std::move(stream)) {}
 
+  // Averages a bitmap to the size that `sizeOf` makes of its own.
+  explicit Operation(Averaging averaging)
+      : run_([averaging](Bitmap& bitmap) {
+          averaging.run(bitmap, averaging.sizeOf(bitmap->Width, bitmap->Height));
+        }),
+        averaging_(std::move(averaging)) {}
+
   void operator()(Bitmap& bitmap) const { run_(bitmap); }
   // Empty where the operation needs the whole picture.
   const Stream& AsStream() const { return stream_; }
+  // Null for all others: what is averaged may be read smaller than it is.
+  const Averaging* AsAveraging() const { return averaging_ ? &*averaging_ : nullptr; }
 
  private:
   Run run_;
   Stream stream_;
+  std::optional<Averaging> averaging_;
 };
 
 struct OperationKind {

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
 
+#include "geometry/blend_rows.h"
+#include "geometry/resample_axis.h"
+#include "geometry/row_cells.h"
 #include "geometry/row_scaler.h"
 #include "kernel/progress.h"
 #include "tools/formats/samples.h"
@@ -134,6 +138,50 @@ class ScaledRows : public DerivedRows {
   int32_t held_ = -1;  // the source's line that `scaled_` is of
 };
 
+// Cells of the source's pixels, first across and then down.
+class AveragedRows : public DerivedRows {
+ public:
+  AveragedRows(std::unique_ptr<PictureSource> source, uint32_t width, uint32_t height)
+      : DerivedRows(std::move(source)),
+        across_{static_cast<uint32_t>(info_.width), width},
+        down_{static_cast<uint32_t>(info_.height), height},
+        cells_(down_.Sizes()),
+        bytes_(size_t{width} * static_cast<size_t>(info_.bits / 8)),
+        average_(bytes_, down_.LargestSize()),
+        narrow_(bytes_) {
+    if (!average_) throw std::bad_alloc();
+    if (across_.newSize < across_.oldSize)
+      columns_.emplace(across_, static_cast<uint32_t>(info_.bits / 8));
+    info_.width = static_cast<int32_t>(width);
+    info_.height = static_cast<int32_t>(height);
+  }
+
+  void ReadRow(uint8_t* row) override {
+    const uint32_t size = cells_.Advance();
+    for (uint32_t i = 0; i < size; ++i) {
+      const uint8_t* wide = Fetch(next_++);
+      if (columns_) {
+        columns_->Average(wide, narrow_.data());
+        wide = narrow_.data();
+      }
+      average_.Add(wide, i == 0);
+    }
+    average_.Write(size, row);
+    ++delivered_;
+  }
+
+  void Finish() override { source_->Finish(); }
+
+ private:
+  const ResampleAxis across_, down_;
+  Stepper cells_;
+  const size_t bytes_;
+  RowAverage average_;
+  std::optional<RowCells> columns_;  // none where rows keep their width
+  std::vector<uint8_t> narrow_;
+  int32_t next_ = 0;  // of the source's lines
+};
+
 }  // namespace
 
 bool IsStream(const PictureSource& source) {
@@ -156,6 +204,19 @@ std::unique_ptr<PictureSource> ScaleRows(std::unique_ptr<PictureSource> source,
   RequirePossibleSize("--scale", width, height, info.bits);
   return std::make_unique<ScaledRows>(std::move(source), static_cast<int32_t>(width),
                                       static_cast<int32_t>(height));
+}
+
+bool CanAverageRows(const PictureSource& source, int64_t width, int64_t height) {
+  const PictureInfo& info = source.Info();
+  const bool averages = info.bits == 24 || (info.bits == 8 && IsGrayRamp(info.colors));
+  return averages && ComesInOrder(source) && width >= 1 && height >= 1 && width <= info.width &&
+         height <= info.height;
+}
+
+std::unique_ptr<PictureSource> AverageRows(std::unique_ptr<PictureSource> source, int64_t width,
+                                           int64_t height) {
+  return std::make_unique<AveragedRows>(std::move(source), static_cast<uint32_t>(width),
+                                        static_cast<uint32_t>(height));
 }
 
 void CopyRows(PictureSource& source, PictureSink& sink) {

@@ -20,6 +20,13 @@ std::unique_ptr<PictureSource> CropRows(std::unique_ptr<PictureSource> source, c
 std::unique_ptr<PictureSource> ScaleRows(std::unique_ptr<PictureSource> source,
                                          const NewSize& size);
 
+// Whether a stream can be averaged to that size: it has colours that average, its lines come in order,
+// and it grows in neither direction.
+bool CanAverageRows(const PictureSource& source, int64_t width, int64_t height);
+// A stream at that size, as Vn_ResampleBitmap gives it.
+std::unique_ptr<PictureSource> AverageRows(std::unique_ptr<PictureSource> source, int64_t width,
+                                           int64_t height);
+
 // Writes all rows of a picture whose lines come in order, and reports to the thread's status
 // callback. The sink is not finished. Throws Failure or Interruption.
 void CopyRows(PictureSource& source, PictureSink& sink);
