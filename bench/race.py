@@ -87,12 +87,17 @@ def end_to_end(tool, runs):
     with tempfile.TemporaryDirectory() as folder:
         photo = os.path.join(folder, "photo.jpg")
         made, theirs = os.path.join(folder, "ours.png"), os.path.join(folder, "theirs.png")
-        bands = [os.path.join(folder, f"{band}.v") for band in range(4)]
-        for seed, band in enumerate(bands[:3]):
-            subprocess.run(["vips", "gaussnoise", band, "500", "375", "--mean", "128", "--seed",
-                            str(seed)], check=True)
-        subprocess.run(["vips", "bandjoin", " ".join(bands[:3]), bands[3]], check=True)
-        subprocess.run(["vips", "resize", bands[3], photo + "[Q=90]", "8"], check=True)
+        for seed in range(3):
+            noise = ["vips", "gaussnoise", f"{folder}/n.v", "500", "375", "--mean", "128",
+                     "--sigma", "60", "--seed", str(seed)]
+            subprocess.run(noise, check=True)
+            subprocess.run(["vips", "cast", f"{folder}/n.v", f"{folder}/{seed}.v", "uchar"],
+                           check=True)
+        bands = " ".join(f"{folder}/{seed}.v" for seed in range(3))
+        subprocess.run(["vips", "bandjoin", bands, f"{folder}/rgb.v"], check=True)
+        subprocess.run(["vips", "copy", f"{folder}/rgb.v", f"{folder}/small.v",
+                        "--interpretation", "srgb"], check=True)
+        subprocess.run(["vips", "resize", f"{folder}/small.v", photo + "[Q=90]", "8"], check=True)
         for text, options, peer, goal in [
                 ("JPEG to PNG", [], theirs, 1.0),
                 ("JPEG to PNG of 256 colours", ["--depth", "8"], theirs + "[palette]", 0.6)]:
