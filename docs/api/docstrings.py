@@ -23,9 +23,10 @@ def filtered(text: str) -> str:
         code = text[end:found.start()]
         parts.append(explained(code, last))
         end = found.end()
-        if not parts or found.start() == 0:
+        before = text[:found.start()]
+        if not before:
             parts.append(marked(found[0], "/** @file\n"))
-        elif text.rfind("\n", 0, found.start()) < len(text[:found.start()].rstrip()):
+        elif before.rsplit("\n", 1)[-1].strip():
             parts.append(marked(found[0], "/**<"))
         else:
             last = marked(found[0], "/**")
