@@ -13,6 +13,7 @@ help:
 	@echo "make view [PICTURE=file...]   show pictures in a window, at any depth and with effects"
 	@echo "make test                     run all tests, plain and under the sanitizers"
 	@echo "make test-windows             run the tests as Windows programs under Wine"
+	@echo "make test-windows-64          the same at 64 bits"
 	@echo "make test-clang               the same tests, compiled by clang"
 	@echo "make test-arm                 library, tests and cases on AArch64, under qemu"
 	@echo "make test-32                  library and tests at 32 bits under the sanitizers"
@@ -24,6 +25,7 @@ help:
 	@echo "make bench                    run the benchmarks"
 	@echo "make race                     our speed beside other libraries', as a table"
 	@echo "make python                   the Python package as a wheel, in out/python"
+	@echo "make windows-zip              the Windows library, 32 and 64 bits; make test-windows-zip uses it"
 	@echo "make docs                     pages of all public functions, in out/docs/html"
 
 # PICTURE is a PNG, JPEG or TIFF file; without it the project's own test card is painted.
@@ -52,6 +54,9 @@ test:
 
 test-windows:
 	scripts/test-windows.sh
+
+test-windows-64:
+	scripts/test-windows.sh win64
 
 test-clang:
 	scripts/setup.sh test clang
@@ -136,13 +141,26 @@ race:
 	$(BUILD) native --target vncore_bench vncore_tool
 	bench/race.py build-native $(if $(ONLY),--only '$(ONLY)',--write bench/README.md)
 
+windows-zip:
+	scripts/setup.sh windows
+	$(CONFIGURE) win32
+	$(BUILD) win32 --target vncore vncore_static
+	$(CONFIGURE) win64
+	$(BUILD) win64 --target vncore vncore_static
+	scripts/windows_zip.sh build-win32 build-win64 out
+
+test-windows-zip: windows-zip
+	scripts/setup.sh wine
+	scripts/test_windows_zip.sh out/vncore-*-windows.zip out/windows-zip
+
 docs:
 	scripts/setup.sh docs
 	scripts/docs.sh out/docs
 
 clean:
 	rm -rf build-native build-asan build-asan32 build-clang build-tsan build-arm build-coverage \
-	  build-fuzz build-win32 out
+	  build-fuzz build-win32 build-win64 out
 
-.PHONY: help demo view test test-windows test-clang test-arm test-arm-cases test-32 test-threads \
-  test-races memcheck coverage fuzz bench race python docs clean
+.PHONY: help demo view test test-windows test-windows-64 test-clang test-arm test-arm-cases test-32 \
+  test-threads test-races memcheck coverage fuzz bench race python windows-zip \
+  test-windows-zip docs clean

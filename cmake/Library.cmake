@@ -65,7 +65,9 @@ if(WIN32)
       -DOUTPUT=${def} -P ${PROJECT_SOURCE_DIR}/cmake/GenerateDef.cmake
     DEPENDS vncore_static $<TARGET_OBJECTS:vncore_entry> kernel/vncore32.def cmake/GenerateDef.cmake
     VERBATIM)
-  target_sources(vncore PRIVATE ${def})
+  enable_language(RC)
+  configure_file(cmake/vncore32.rc.in ${PROJECT_BINARY_DIR}/vncore32.rc @ONLY)
+  target_sources(vncore PRIVATE ${def} ${PROJECT_BINARY_DIR}/vncore32.rc)
   set_target_properties(vncore PROPERTIES PREFIX "" OUTPUT_NAME VNCORE32 SUFFIX .DLL
     ARCHIVE_OUTPUT_NAME ${VNCORE_LIBRARY_NAME})
   target_link_options(vncore PRIVATE -Wl,--kill-at)

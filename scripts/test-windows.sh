@@ -2,9 +2,18 @@
 # Builds VNCORE32.DLL and the tests with the cross compiler and runs them under Wine: on a screen of
 # 24 bits, on a palette device of 8 bits, and as on Win32s. Installs what is missing (Debian).
 #
+#   test-windows.sh [win32|win64] [CTEST_ARGUMENT...]      at 32 bits, if nothing is said
+#
 # Exit status: 0 passed; 77 when the cross compiler or Wine cannot be had; anything else failed.
 set -eu
 cd "$(dirname "$0")/.."
+
+preset=win32
+case ${1:-} in win32 | win64) preset=$1 && shift ;; esac
+machine=i686 wine_folder=/usr/lib/i386-linux-gnu/wine wine_package=wine32:i386
+if [ $preset = win64 ]; then
+  machine=x86_64 wine_folder=/usr/lib/x86_64-linux-gnu/wine wine_package=wine64
+fi
 
 # Ends the run, loudly, without calling it a failure.
 unavailable() {
@@ -13,24 +22,24 @@ unavailable() {
 }
 
 complete() {
-  command -v i686-w64-mingw32-g++-posix >/dev/null && command -v wine >/dev/null &&
+  command -v $machine-w64-mingw32-g++-posix >/dev/null && command -v wine >/dev/null &&
     command -v xvfb-run >/dev/null && command -v xauth >/dev/null &&
     command -v cmake >/dev/null && command -v ninja >/dev/null &&
-    [ -e /usr/lib/i386-linux-gnu/wine ] && [ -e /usr/src/googletest/googletest ]
+    [ -e $wine_folder ] && [ -e /usr/src/googletest/googletest ]
 }
 
 install() {
   [ "$(dpkg --print-architecture)" = i386 ] || dpkg --print-foreign-architectures | grep -qx i386 ||
     $([ "$(id -u)" = 0 ] || echo sudo -n) dpkg --add-architecture i386 ||
     unavailable "packages are missing, and only root installs them"
-  scripts/install_packages.sh cmake ninja-build g++-mingw-w64-i686-posix googletest \
-    wine wine32:i386 xvfb xauth ||
+  scripts/install_packages.sh cmake ninja-build g++-mingw-w64-$(echo $machine | tr _ -)-posix googletest \
+    wine $wine_package xvfb xauth ||
     unavailable "the cross compiler and Wine could not be installed"
 }
 
 complete || install
 complete || unavailable "the cross compiler or Wine is incomplete"
 
-cmake --preset win32 -G Ninja
-cmake --build --preset win32
-ctest --preset win32 -j "$(nproc)" "$@"
+cmake --preset $preset -G Ninja
+cmake --build --preset $preset
+ctest --preset $preset -j "$(nproc)" "$@"

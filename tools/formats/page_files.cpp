@@ -19,8 +19,7 @@ std::string Numbered(const std::string& path, int32_t page) {
 
 }  // namespace
 
-PageFiles::PageFiles(const std::string& path, const FileForm& form, int32_t pages)
-    : pages_(pages) {
+PageFiles::PageFiles(const std::string& path, const FileForm& form, int32_t pages) : pages_(pages) {
   if (pages == 1 || HoldsPages(path, form)) {
     files_.push_back(OpenPictureFile(path, form));
     return;
