@@ -193,7 +193,7 @@ TEST_F(Viewer, TakesDroppedFilesCopiesAndPastes) {
   if (std::system("command -v xclip >/dev/null") == 0) {
     setenv("DISPLAY", desktop_.name().c_str(), 1);
     const auto paste = [&](const std::vector<Rgb>& pixels) {
-      for (int tries = 0; tries < 50; ++tries, usleep(100000)) {
+      for (int tries = 0; tries < 300; ++tries, usleep(100000)) {
         if (Run("paste pasted.png").status == 0 && Look("pasted.png").pixels == pixels) return true;
       }
       return false;
