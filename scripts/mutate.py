@@ -26,6 +26,7 @@ TESTS = {  # in the order in which they run, the quick ones first
     "vncore_cases": [],
     "vncore_tests": ["--gtest_fail_fast", "--gtest_brief=1"],
     "vncore_tool_tests": ["--gtest_fail_fast", "--gtest_brief=1"],
+    "vncore_window_tests": ["--gtest_fail_fast", "--gtest_brief=1"],
 }
 # Operators stand between spaces, which no template bracket, pointer or reference does.
 SWAPS = [("<", "<="), ("<=", "<"), (">", ">="), (">=", ">"), ("==", "!="), ("!=", "=="),
@@ -115,8 +116,9 @@ class Tree:
     def verdict(self, path):
         if self.make(900)[0] != 0:
             return None
-        inside = path.relative_to(self.path).parts[0] == "tools"
-        for name in (["vncore_tool_tests"] if inside else TESTS):
+        room, part = path.relative_to(self.path).parts[:2]
+        inside = "vncore_window_tests" if part == "window" else "vncore_tool_tests"
+        for name in ([inside] if room == "tools" else TESTS):
             status, log = self.test(name, 60 + 5 * self.seconds[name])
             if status != 0:
                 found = re.search(r"^\[  FAILED  \] (\S+)|(\S+) +\d+ cases .*DIFFERS", log, re.M)
