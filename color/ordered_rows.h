@@ -5,6 +5,7 @@
 
 #include "color/color_rows.h"
 #include "color/gray_rows.h"
+#include "color/ordered_rows_avx2.h"
 
 namespace vn {
 
@@ -22,15 +23,15 @@ class OrderedRows {
               size_t width) const;
 
  private:
-  // Pixels are four bytes each, or their grays to 1 bit.
+  // Pixels of three or four bytes, or their grays to 1 bit.
   using Loop = void (*)(const uint8_t* pixels, const uint8_t* thresholds, uint8_t* target,
                         size_t count);
-  static Loop LoopTo(int32_t targetBits);
+  static Loop LoopTo(int32_t targetBits, OrderedPixels pixels);
 
   size_t sourceBits_, targetBits_;
   const RGBQUAD* colors_;
+  bool direct_;  // loops, or those to gray, take pixels from the source itself
   ColorRow read_;
-  bool direct_;  // grays come from the source itself
   GrayRow grays_;
   Loop loop_;
 };

@@ -7,10 +7,14 @@
 
 namespace vn {
 
-// Write the indexes of pixels from the first on, in groups of 32. Return how many pixels.
+// How pixels lie: blue, green, red in three bytes, or red first, or with a fourth byte.
+enum class OrderedPixels { k24, k24Swapped, k32 };
+
+// Writes the indexes of pixels from the first on, in groups of 32. Returns how many pixels.
 using OrderedVectors = size_t(const uint8_t* pixels, const uint8_t* thresholds, uint8_t* target,
                               size_t count);
-OrderedVectors Ordered1Avx2, Ordered4Avx2, Ordered8Avx2;
+// By the target's bits (1, 4, 8) and the pixels; to 1 bit from grays of a byte.
+extern OrderedVectors* const kOrderedVectorsAvx2[3][3];
 
 }  // namespace vn
 

@@ -140,10 +140,10 @@ void Convert(const uint8_t* source, uint8_t* target, size_t width) {
   }
   SelectColorRow(From, To, width % 2)(source, target, width, colors);
 }
-template <int Bits>
+template <int From, int To>
 void Ordered(const uint8_t* source, uint8_t* target, size_t width) {
   constexpr uint8_t kThresholds[] = {0, 100, 252, 7, 128, 64, 30, 200};
-  OrderedRows(32, false, nullptr, Bits).Dither(source, 0, kThresholds, target, width);
+  OrderedRows(From, width % 2, nullptr, To).Dither(source, 0, kThresholds, target, width);
 }
 template <int Bits>
 void Indexes(const uint8_t* source, uint8_t* target, size_t width) {
@@ -264,9 +264,11 @@ const Form kForms[] = {
     VNCORE_CONVERT_TO(16),
     VNCORE_CONVERT_TO(24),
     VNCORE_CONVERT_TO(32),
-    {"ordered 1", Block<32>, Block<1>, Ordered<1>},
-    {"ordered 4", Block<32>, Block<4>, Ordered<4>},
-    {"ordered 8", Block<32>, Block<8>, Ordered<8>},
+    {"ordered 32 to 1", Block<32>, Block<1>, Ordered<32, 1>},
+    {"ordered 32 to 4", Block<32>, Block<4>, Ordered<32, 4>},
+    {"ordered 32 to 8", Block<32>, Block<8>, Ordered<32, 8>},
+    {"ordered 24 to 4", Block<24>, Block<4>, Ordered<24, 4>},
+    {"ordered 24 to 8", Block<24>, Block<8>, Ordered<24, 8>},
     {"indexes 1", Block<8>, Block<1>, Indexes<1>},
     {"indexes 4", Block<8>, Block<4>, Indexes<4>},
     {"nearest", Block<32>, Block<1>, Nearest},
