@@ -51,7 +51,8 @@ uint32_t SealOf(const RegionRecord& record, uint32_t order) {
 }  // namespace
 
 BandOrder BandOrderOf(RegionRecord* record) {
-  if (record->header.nCount == 0) return BandOrder::kDown;
+  constexpr uint32_t kShort = 16;  // sooner walked through than looked up
+  if (record->header.nCount < kShort) return BandOrder::kNone;
   BandNote* const note = BandNoteOf(record);
   if (note && note->order <= static_cast<uint32_t>(BandOrder::kUp) &&
       note->seal == SealOf(*record, note->order)) {

@@ -19,10 +19,10 @@ struct BandLook {
 // Walks through the list.
 BandLook LookAtBands(const RegionRecord& record);
 
-// The order of the record's list. It is noted behind the rectangles at the first question, so that
-// the next one takes no walk; a block without room there is walked every time. The order of a list
-// that somebody changed in its middle behind the library's back may be told as it was: whoever
-// bisects by it finds other runs then, but reads nothing outside the list.
+// The order of the record's list, or kNone for a short one. It is noted behind the rectangles at the
+// first question, so that the next one takes no walk; a block without room there is walked every
+// time. The order of a list that somebody changed in its middle behind the library's back may be
+// told as it was: whoever bisects by it finds other runs then, but reads nothing outside the list.
 BandOrder BandOrderOf(RegionRecord* record);
 
 struct Band {
