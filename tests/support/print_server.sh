@@ -3,9 +3,9 @@
 #
 #   print_server.sh FOLDER
 #
-# FOLDER/socket is its address; FOLDER/ready appears when it takes jobs, FOLDER/over when it ends. Its one queue, office, leaves
-# each job in FOLDER/jobs: N.pdf as it came, and N.told, lines of title, copies and options. The
-# printer has 75 dots per inch, A4 and A5 (its default), and margins of 18 points, below 36.
+# FOLDER/socket is its address; FOLDER/ready appears when it takes jobs, FOLDER/over when it ends. Its one
+# queue, office, leaves each job in FOLDER/jobs: N.pdf as it came, and N.told, lines of title, copies and
+# options. The printer has 75 dots per inch, A4 and A5 (its default), and margins of 18 points, below 36.
 set -eu
 cd "$1"
 trap 'touch over' EXIT
@@ -34,55 +34,26 @@ StateDir $PWD/state
 TempDir $PWD/tmp
 ErrorLog $PWD/errors
 AccessLog $PWD/accesses
-PageLog $PWD/pages
 Printcap
-SystemGroup $(id -gn)
 Sandboxing relaxed
 END
 cat >cupsd.conf <<END
 Listen $PWD/socket
 Browsing No
-DefaultAuthType None
 <Policy default>
 <Limit All>
-Order deny,allow
-Allow all
 </Limit>
 </Policy>
-<Location />
-Order allow,deny
-Allow all
-</Location>
 END
 cat >office.ppd <<'END'
 *PPD-Adobe: "4.3"
-*FormatVersion: "4.3"
-*FileVersion: "1.0"
-*LanguageVersion: English
-*LanguageEncoding: ISOLatin1
-*PCFileName: "KEEP.PPD"
-*Manufacturer: "Keep"
-*Product: "(Keep)"
-*ModelName: "Keep"
-*ShortNickName: "Keep"
 *NickName: "Keep"
-*PSVersion: "(3010.000) 0"
-*LanguageLevel: "3"
-*ColorDevice: True
-*FileSystem: False
 *cupsFilter2: "application/pdf application/pdf 0 -"
 *OpenUI *PageSize: PickOne
-*OrderDependency: 10 AnySetup *PageSize
 *DefaultPageSize: A5
 *PageSize A4/A4: ""
 *PageSize A5/A5: ""
 *CloseUI: *PageSize
-*OpenUI *PageRegion: PickOne
-*OrderDependency: 10 AnySetup *PageRegion
-*DefaultPageRegion: A5
-*PageRegion A4/A4: ""
-*PageRegion A5/A5: ""
-*CloseUI: *PageRegion
 *DefaultImageableArea: A5
 *ImageableArea A4/A4: "18 36 577 824"
 *ImageableArea A5/A5: "18 36 402 577"
@@ -90,11 +61,9 @@ cat >office.ppd <<'END'
 *PaperDimension A4/A4: "595 842"
 *PaperDimension A5/A5: "420 595"
 *OpenUI *Resolution: PickOne
-*OrderDependency: 20 AnySetup *Resolution
 *DefaultResolution: 75dpi
 *Resolution 75dpi/75 DPI: ""
 *CloseUI: *Resolution
-*DefaultFont: Courier
 END
 cupsd -f -c "$PWD/cupsd.conf" -s "$PWD/cups-files.conf" &
 trap 'kill $!; wait; touch over' EXIT

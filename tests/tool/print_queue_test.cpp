@@ -8,8 +8,8 @@ namespace vn::test {
 namespace {
 
 constexpr int32_t kWidth = 70, kHeight = 40;
-constexpr int32_t kZoom = 4;  // a renderer that enlarges so much repeats the dots
-constexpr int32_t kLeft = 18, kTop = 18, kRight = 18;  // margins in points
+constexpr int32_t kZoom = 4;     // a renderer that enlarges so much repeats the dots
+constexpr int32_t kMargin = 18;  // points, left, above and right
 
 class PrintQueue : public Command {
  protected:
@@ -38,34 +38,36 @@ TEST_F(PrintQueue, GetsJobsAsTheyWereAsked) {
   EXPECT_NE(Run("print --list").out.find("(default) The office"), std::string::npos);
   EXPECT_NE(Run("print --list --printer office").out.find("iso_a4"), std::string::npos);
 
-  // The queue's own resolution and paper.
   const std::string place = " --at 30,50 --size " + std::to_string(kWidth) + "x" +
                             std::to_string(kHeight) + " --printer ";
-  Print("in.png" + place + "default", 1);
-  const Seen in = Look("in.png"), upright = Page(1, 75);
-  EXPECT_NEAR(upright.width, 148 * 75 * kZoom / 25.4, 20);
-  const auto points = [](int32_t length, int32_t dots) { return length * dots * kZoom / 72; };
-  for (int32_t y = 0; y < kHeight; ++y) {
-    for (int32_t x = 0; x < kWidth; ++x) {
-      const int32_t toX = points(kLeft, 75) + (30 + x) * kZoom + kZoom / 2;
-      const int32_t toY = points(kTop, 75) + (50 + y) * kZoom + kZoom / 2;
-      ASSERT_EQ(upright.At(toX, toY), in.At(x, y)) << x << ", " << y;
+  const auto expect = [&](const Seen& page, const std::string& picture, auto toX, auto toY) {
+    const Seen in = Look(picture);
+    for (int32_t y = 0; y < kHeight; ++y) {
+      for (int32_t x = 0; x < kWidth; ++x) {
+        const Rgb shown = page.At(toX(x, y) + kZoom / 2, toY(x, y) + kZoom / 2);
+        ASSERT_EQ(shown, in.At(x, y)) << x << ", " << y;
+      }
     }
-  }
+  };
+  // The queue's own resolution and paper.
+  Print("in.png" + place + "default", 1);
+  const Seen upright = Page(1, 75);
+  EXPECT_NEAR(upright.width, 148 * 75 * kZoom / 25.4, 20);
+  int32_t margin = kMargin * 75 * kZoom / 72;
+  expect(
+      upright, "in.png", [&](int32_t x, int32_t) { return margin + (30 + x) * kZoom; },
+      [&](int32_t, int32_t y) { return margin + (50 + y) * kZoom; });
 
   // On its side: columns go down the sheet, from its upper right corner on.
   Print("bits.png" + place + "office --paper A4 --landscape --dpi 100 --copies 3", 2);
-  const Seen bits = Look("bits.png"), turned = Page(2, 100);
-  const int32_t left = points(kLeft, 100);
-  const int32_t columns = (turned.width - left - points(kRight, 100)) / kZoom;
+  const Seen turned = Page(2, 100);
   EXPECT_NEAR(turned.height, 297 * 100 * kZoom / 25.4, 20);
-  for (int32_t y = 0; y < kHeight; ++y) {
-    for (int32_t x = 0; x < kWidth; ++x) {
-      const int32_t toX = left + (columns - 1 - 50 - y) * kZoom + kZoom / 2;
-      const int32_t toY = points(kTop, 100) + (30 + x) * kZoom + kZoom / 2;
-      ASSERT_EQ(turned.At(toX, toY), bits.At(x, y)) << x << ", " << y;
-    }
-  }
+  margin = kMargin * 100 * kZoom / 72;
+  const int32_t columns = (turned.width - 2 * margin) / kZoom;
+  expect(
+      turned, "bits.png",
+      [&](int32_t, int32_t y) { return margin + (columns - 1 - 50 - y) * kZoom; },
+      [&](int32_t x, int32_t) { return margin + (30 + x) * kZoom; });
   std::ifstream told(server_.JobFile(2, ".told"));
   std::string title, copies, options;
   std::getline(std::getline(std::getline(told, title), copies), options);

@@ -5,7 +5,6 @@
 
 #include "tools/operations/effect_names.h"
 #include "tools/operations/load_bitmap.h"
-#include "tools/terminal/failure.h"
 #include "tools/terminal/interrupt.h"
 #include "tools/terminal/program.h"
 #include "tools/terminal/progress_bar.h"
@@ -210,17 +209,23 @@ std::unique_ptr<Bitmap> Viewer::Load(const std::string& path) {
     LoadBitmap(*OpenPicture(path, {}), STORAGE_AUTO, *bitmap);
     return bitmap;
   } catch (const Failure& failure) {
-    note_ = failure.what();
-    if (!SDL_HasEvent(SDL_QUIT)) Complain("vnview", note_);
+    TellFailure(failure);
     return nullptr;
   }
 }
 
+void Viewer::TellFailure(const Failure& failure) {
+  note_ = std::exchange(stopped_, false) ? "stopped" : failure.what();
+  if (!SDL_HasEvent(SDL_QUIT)) Complain("vnview", note_);
+}
+
 StatusListener::Hear Viewer::ProgressOf(const std::string& what) {
+  stopped_ = false;
   return [this, what](int32_t percent) {
     stage_->window().SetTitle(what + ": " + std::to_string(percent) + " %");
     SDL_PumpEvents();
-    return SDL_HasEvent(SDL_QUIT) || TakeEscape() ? kStopped : OK;
+    stopped_ |= SDL_HasEvent(SDL_QUIT) || TakeEscape();
+    return stopped_ ? kStopped : OK;
   };
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/terminal/failure.h"
 #include "tools/terminal/status_listener.h"
 #include "tools/window/keys.h"
 #include "tools/window/selection.h"
@@ -36,7 +37,10 @@ class Viewer {
   void ObeyMotion(const SDL_MouseMotionEvent& motion);
   void ObeyButton(const SDL_MouseButtonEvent& button);
 
-  // viewer_desktop.cpp. What fails is told in the title and on standard error.
+  // In the title and on standard error.
+  void TellFailure(const Failure& failure);
+
+  // viewer_desktop.cpp
   void Attempt(void (Viewer::*work)());
   void CopyPicture();
   void PastePicture();
@@ -67,6 +71,7 @@ class Viewer {
   Selection selection_;
   uint32_t shownEffect_ = EFFECT_PLAIN;
   std::string effectName_ = "random";
+  bool stopped_ = false;  // what ProgressOf last told of
   bool panning_ = false, stale_ = true, done_ = false;
   std::mt19937 random_{std::random_device{}()};
 };

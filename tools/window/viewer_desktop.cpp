@@ -6,7 +6,6 @@
 #include "tools/desktop/clipboard.h"
 #include "tools/desktop/queue_pages.h"
 #include "tools/terminal/failure.h"
-#include "tools/terminal/program.h"
 #include "tools/window/viewer.h"
 
 namespace vn::tool {
@@ -40,8 +39,7 @@ void Viewer::Attempt(void (Viewer::*work)()) {
   try {
     (this->*work)();
   } catch (const Failure& failure) {
-    note_ = failure.what();
-    if (!SDL_HasEvent(SDL_QUIT)) Complain("vnview", note_);
+    TellFailure(failure);
   }
 }
 
