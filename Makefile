@@ -25,6 +25,7 @@ help:
 	@echo "make bench                    run the benchmarks"
 	@echo "make race                     our speed beside other libraries', as a table"
 	@echo "make python                   the Python package as a wheel, in out/python"
+	@echo "make deb                      Debian packages, in out/deb; make test-deb uses them in a clean tree"
 	@echo "make windows-zip              the Windows library, 32 and 64 bits; make test-windows-zip uses it"
 	@echo "make docs                     pages of all public functions, in out/docs/html"
 
@@ -141,6 +142,14 @@ race:
 	$(BUILD) native --target vncore_bench vncore_tool
 	bench/race.py build-native $(if $(ONLY),--only '$(ONLY)',--write bench/README.md)
 
+deb:
+	scripts/setup.sh deb
+	scripts/deb.sh out/deb
+
+test-deb:
+	scripts/setup.sh deb
+	scripts/test_deb.sh out/deb
+
 windows-zip:
 	scripts/setup.sh windows
 	$(CONFIGURE) win32
@@ -162,5 +171,5 @@ clean:
 	  build-fuzz build-win32 build-win64 out
 
 .PHONY: help demo view test test-windows test-windows-64 test-clang test-arm test-arm-cases test-32 \
-  test-threads test-races memcheck coverage fuzz bench race python windows-zip \
+  test-threads test-races memcheck coverage fuzz bench race python deb test-deb windows-zip \
   test-windows-zip docs clean

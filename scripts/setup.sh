@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what a purpose needs and this Debian machine lacks; does nothing when all is there.
 #
-#   scripts/setup.sh demo|test|desktop|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python|docs|windows|wine...
+#   scripts/setup.sh demo|test|desktop|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python|docs|deb|windows|wine...
 #
 # Exit status 2: a package cannot be had here, and the last line names what is missing.
 set -eu
@@ -35,11 +35,13 @@ for purpose in "$@"; do
       packages+=(libfreeimage-dev libpixman-1-dev libswscale-dev python3-pil)  # peers
       packages+=(libyuv-dev libleptonica-dev libopencv-imgproc-dev qtbase5-dev libzimg-dev libvips-tools)
       ;;
+    deb)
+      packages+=("${tool[@]}" "${text[@]}" libsdl2-dev libvips-dev debhelper dh-python dpkg-dev lintian mmdebstrap) ;;
     windows) packages+=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix llvm zip) ;;
     wine) packages+=(wine wine32:i386 wine64 xvfb xauth unzip binutils) ;;
     docs) packages+=(doxygen) ;;
     python) packages+=("${python[@]}") ;;
-    *) echo "usage: scripts/setup.sh demo|test|desktop|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python|docs|windows|wine..." >&2; exit 1 ;;
+    *) echo "usage: scripts/setup.sh demo|test|desktop|files|clang|fuzz|arm|bits32|valgrind|coverage|bench|python|docs|deb|windows|wine..." >&2; exit 1 ;;
   esac
 done
 
