@@ -58,38 +58,6 @@ void Ordered(benchmark::State& state, uint32_t bits, QImage::Format format) {
   });
 }
 
-// On a screen of half the photograph's size, by the nearest pixels on both sides.
-void Paint(benchmark::State& state, bool ordered, int32_t bits, QImage::Format format) {
-  PhotographBitmap bitmap;
-  const QImage image = PhotographImage();
-  const int width = image.width() / 2, height = image.height() / 2;
-  Painting painting(bitmap, width, height, bits, ordered ? MODE_ORDERED_DITHER : 0);
-  QImage result;
-  const auto dither = ordered ? ::Qt::OrderedDither : ::Qt::DiffuseDither;
-  const size_t moved = size_t{bitmap->BytesPerLine} * static_cast<size_t>(height) +
-                       static_cast<size_t>(width) * static_cast<size_t>(height * bits) / 8;
-  BesidePeer(
-      state, double{1} * width * height, [&] { painting.Paint(); },
-      [&] {
-        result = image.scaled(width, height, ::Qt::IgnoreAspectRatio, ::Qt::FastTransformation)
-                     .convertToFormat(format, dither | ::Qt::PreferDither);
-      },
-      moved);
-}
-const bool registered = [] {
-  const auto add = [](const char* name, bool ordered, int32_t bits, QImage::Format format) {
-    benchmark::RegisterBenchmark(name, Paint, ordered, bits, format)
-        ->UseManualTime()
-        ->Iterations(15)
-        ->Unit(benchmark::kMillisecond);
-  };
-  add("Paint/ordered/8/Qt", true, 8, QImage::Format_Indexed8);
-  add("Paint/ordered/1/Qt", true, 1, QImage::Format_Mono);
-  add("Paint/diffused/8/Qt", false, 8, QImage::Format_Indexed8);
-  add("Paint/diffused/1/Qt", false, 1, QImage::Format_Mono);
-  return true;
-}();
-
 BENCHMARK_CAPTURE(Ordered, to8, 8, QImage::Format_Indexed8)
     ->Name("Ordered24/8/Qt")
     ->UseManualTime()

@@ -150,7 +150,8 @@ void Paint(benchmark::State& state, uint32_t bits, uint32_t mode, ZimgForm form)
   form.shrink = 2;
   Zimg peer(photograph, form);
   Painting painting(bitmap, static_cast<int32_t>(photograph.width / 2),
-                    static_cast<int32_t>(photograph.height / 2), static_cast<int32_t>(bits), mode);
+                    static_cast<int32_t>(photograph.height / 2), static_cast<int32_t>(bits), mode,
+                    0);
   BesidePeer(
       state, photograph.Pixels() / 4, [&] { painting.Paint(); }, [&] { peer.Run(); },
       Moved(bits, 2));
