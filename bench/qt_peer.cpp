@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "bench/painting.h"
 #include "bench/photograph_bitmap.h"
 #include "bench/turns_beside.h"
 
