@@ -55,6 +55,8 @@ RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width
                    const RECT& bounds) {
   const int32_t low = -(width / 2), high = (width + 1) / 2 + 1;
   const RegionSet nib = RoundRectSet(low, low, high, high, high - low, high - low);
+  const RegionSet within =
+      RegionSet::FromRect(bounds.left, bounds.top, bounds.right, bounds.bottom);
   const auto seen = [&](POINT a, POINT b) {
     return std::min(a.x, b.x) - width < bounds.right && std::max(a.x, b.x) + width >= bounds.left &&
            std::min(a.y, b.y) - width < bounds.bottom && std::max(a.y, b.y) + width >= bounds.top;
@@ -66,6 +68,7 @@ RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width
     piece.Assign(nib);
     piece.Offset(from.x, from.y);
     if (from.x != to.x || from.y != to.y) CombineSets(piece, piece, Bar(from, to, width), RGN_OR);
+    CombineSets(piece, piece, within, RGN_AND);
     return piece;
   });
 }

@@ -7,7 +7,7 @@
 namespace headless {
 
 // What a round pen of `width` pixels covers on its way along the points, and back to the first one
-// when `closed`. Stretches that do not reach the bounds are left out. Throws when memory fails.
+// when `closed`, as far as it lies in the bounds. Throws when memory fails.
 RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width,
                    const RECT& bounds);
 

@@ -35,7 +35,7 @@ using namespace headless;
 // A width of 0 is one pixel as well; its sign is not looked at.
 HPEN CreatePen(int style, int width, COLORREF color) {
   return Enter<HPEN>(nullptr, [&]() -> HPEN {
-    constexpr int kWidest = 1 << 19;
+    constexpr int kWidest = 1 << 14;
     if ((style != PS_SOLID && style != PS_NULL) || width < -kWidest || width > kWidest)
       return nullptr;
     const int32_t across = style == PS_NULL ? 0 : std::max(1, std::abs(width));
