@@ -39,6 +39,21 @@ RegionSet Bar(POINT from, POINT to, int32_t width) {
   return PolygonSet(corners, 4, ALTERNATE);
 }
 
+// What lies in the bounds of a set of a rectangle for each band, moved to a place.
+RegionSet PartAt(const RegionSet& set, POINT place, const RECT& bounds) {
+  RectList part;
+  const RECT* at =
+      std::partition_point(set.rects().begin(), set.rects().end(),
+                           [&](const RECT& rect) { return rect.bottom + place.y <= bounds.top; });
+  for (; at != set.rects().end() && at->top + place.y < bounds.bottom; ++at) {
+    const RECT seen = {
+        std::max(at->left + place.x, bounds.left), std::max(at->top + place.y, bounds.top),
+        std::min(at->right + place.x, bounds.right), std::min(at->bottom + place.y, bounds.bottom)};
+    if (seen.left < seen.right) part.Append(seen);
+  }
+  return RegionSet::FromBands(std::move(part), false);
+}
+
 // Joins pieces by halves: each rectangle is then looked at a few times, not once for each piece.
 template <class Piece>
 RegionSet Join(size_t first, size_t end, const Piece& piece) {
@@ -65,10 +80,11 @@ RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width
     const POINT from = points[i], to = closed || i + 1 < count ? points[(i + 1) % count] : from;
     RegionSet piece;
     if (!seen(from, to)) return piece;
-    piece.Assign(nib);
-    piece.Offset(from.x, from.y);
-    if (from.x != to.x || from.y != to.y) CombineSets(piece, piece, Bar(from, to, width), RGN_OR);
-    CombineSets(piece, piece, within, RGN_AND);
+    piece = PartAt(nib, from, bounds);
+    if (from.x == to.x && from.y == to.y) return piece;
+    RegionSet bar = Bar(from, to, width);
+    CombineSets(bar, bar, within, RGN_AND);
+    CombineSets(piece, piece, bar, RGN_OR);
     return piece;
   });
 }
