@@ -32,8 +32,8 @@ VideoSession::VideoSession() {
   }
   // A window is no reason to keep the screen from sleeping.
   SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
-  // The picture is made in memory. A renderer on OpenGL would bring its own window in the place of the
-  // first, and talk to the first when it is gone, for which an X server may close the connection.
+  // The picture is made in memory; OpenGL would bring windows of its own for a moment, and put another
+  // one in the place of the first.
   SDL_SetHint(SDL_HINT_RENDER_DRIVER, "software");
   SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
   if (SDL_Init(SDL_INIT_VIDEO) != 0) Fail("there is no display to open a window on");
@@ -52,9 +52,9 @@ Window::Window(Size size)
   if (!window_) Fail("cannot open a window");
   // Renderers that the user prefers may put another window in its place, so it shows itself only
   // afterwards.
-  renderer_.reset(SDL_CreateRenderer(window_.get(), -1, 0));
+  renderer_.reset(SDL_CreateRenderer(window_, -1, 0));
   if (!renderer_) Fail("cannot draw in a window");
-  SDL_ShowWindow(window_.get());
+  SDL_ShowWindow(window_);
 }
 
 Size Window::size() const {

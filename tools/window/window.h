@@ -18,17 +18,19 @@ struct Destroyer {
     Destroy(object);
   }
 };
-using OwnedWindow = std::unique_ptr<SDL_Window, Destroyer<&SDL_DestroyWindow>>;
 using OwnedRenderer = std::unique_ptr<SDL_Renderer, Destroyer<&SDL_DestroyRenderer>>;
 using OwnedTexture = std::unique_ptr<SDL_Texture, Destroyer<&SDL_DestroyTexture>>;
 
-// SDL with its video, for as long as it lives. Throws Failure where there is no display.
+// SDL with its video. Throws Failure where there is no display.
+//
+// It and the window end with the process, not before. To wake its own wait SDL sends the window an
+// event over a second connection; when the window is gone before the X server reads that, closing the
+// connection tells of a bad window, and Xlib ends the program as a failure.
 class VideoSession {
  public:
   VideoSession();
   VideoSession(const VideoSession&) = delete;
   VideoSession& operator=(const VideoSession&) = delete;
-  ~VideoSession() { SDL_Quit(); }
 
   // What a window can have of the desktop.
   Size Room() const;
@@ -42,10 +44,10 @@ class Window {
   SDL_Renderer* renderer() const { return renderer_.get(); }
   // Pixels that the renderer has, at least 1 by 1.
   Size size() const;
-  void SetTitle(const std::string& title) { SDL_SetWindowTitle(window_.get(), title.c_str()); }
+  void SetTitle(const std::string& title) { SDL_SetWindowTitle(window_, title.c_str()); }
 
  private:
-  OwnedWindow window_;
+  SDL_Window* window_;
   OwnedRenderer renderer_;
 };
 
