@@ -18,5 +18,5 @@ cd "$folder/vncore-$version"
 dpkg-buildpackage -us -uc -b
 cd ..
 rm -rf "vncore-$version"
-lintian --fail-on error --no-tag-display-limit --allow-root ./*.changes
+lintian --fail-on error --tag-display-limit 0 --allow-root ./*.changes
 ls -l ./*.deb
