@@ -203,6 +203,15 @@ TEST_F(Viewer, TakesDroppedFilesCopiesAndPastes) {
     desktop_.MoveMouse(40, 50);
     desktop_.HoldButton(1, true);
     desktop_.MoveMouse(199, 149);
+    const auto dashed = [&](const Image& shown) {
+      int dashes = 0;
+      for (size_t y = 50; y < 150; ++y) {
+        const uint32_t edge = shown[y * kWidth + 199];
+        dashes += edge == 0 || edge == 0xFFFFFF;
+      }
+      return dashes == 100;
+    };
+    EXPECT_TRUE(WaitFor(dashed));
     desktop_.HoldButton(1, false);
     desktop_.PressWithControl("c");
     ExpectRuns("convert next.png part.png --crop 40,50,160,100");
