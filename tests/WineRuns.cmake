@@ -2,6 +2,7 @@
 #   24      a true-colour screen
 #   8       a palette device: RC_PALETTE, 256 entries, 20 of them reserved
 #   win32s  GetVersion answers as on Win32s: global memory and temporary files
+#   plain   a true-colour screen, and no vector forms
 # Adds the test TARGET-RUN, which runs the program with the arguments that follow.
 function(vncore_add_wine_run target run)
   add_test(NAME ${target}-${run} COMMAND ${target} ${ARGN})
@@ -11,6 +12,8 @@ function(vncore_add_wine_run target run)
     list(APPEND environment VNCORE_WINE_DEPTH=8)
   elseif(run STREQUAL win32s)
     list(APPEND environment VNCORE_WINE_VERSION=win31)
+  elseif(run STREQUAL plain)
+    list(APPEND environment VNCORE_VECTOR=none)
   endif()
   set_tests_properties(${target}-${run} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 900
     LABELS wine)
