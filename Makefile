@@ -116,10 +116,12 @@ coverage:
 # Each target starts from its corpus; what it finds on the way stays in build-fuzz/corpus. A number
 # with an x stands for so many inputs, the same in every run.
 SECONDS := 10
-fuzz:
+fuzz-targets:
 	scripts/setup.sh test fuzz
 	$(CONFIGURE) fuzz
 	$(BUILD) fuzz --target fuzz_targets
+
+fuzz: fuzz-targets
 	scripts/fuzz.sh build-fuzz $(SECONDS)
 
 bench:
@@ -171,5 +173,5 @@ clean:
 	  build-fuzz build-win32 build-win64 out
 
 .PHONY: help demo view test test-windows test-windows-64 test-clang test-arm test-arm-cases test-32 \
-  test-threads test-races memcheck coverage fuzz bench race python deb test-deb windows-zip \
+  test-threads test-races memcheck coverage fuzz-targets fuzz bench race python deb test-deb windows-zip \
   test-windows-zip docs clean

@@ -149,7 +149,8 @@ Face* FindFace(const FontTraits& font) {
   }
   auto face = OpenFace(font);
   if (!face) return nullptr;
-  return known->emplace_back(font, std::move(face)).face.get();
+  known->push_back({font, std::move(face)});
+  return known->back().face.get();
 }
 
 }  // namespace headless
