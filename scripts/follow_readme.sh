@@ -44,6 +44,16 @@ build-native/tools/vnview() {
   xvfb-run -a timeout -s INT 5 "$build/tools/vnview" "\$@" || status=\$?
   [ \$status -eq 124 ] || [ \$status -eq 0 ]
 }
+# What needs a printer or a desktop may say that there is none, in one line.
+build-native/tools/vncore() {
+  status=0
+  "$build/tools/vncore" "\$@" 2>told || status=\$?
+  cat told
+  case " \$*" in *" copy "* | *" paste "* | *" --printer "*)
+    [ \$status -eq 0 ] || [ "\$(wc -l <told)" -eq 1 ] && return ;;
+  esac
+  return \$status
+}
 lpr() { cat >/dev/null; }
 v=build-native/tools/vncore
 END
