@@ -1,5 +1,7 @@
 // Colour: palettes, conversion of rows, match tables, dithering, colour resolution, gray, colour
 // spaces, halftones.
+#include <utility>
+
 #include "fuzz/calls.h"
 #include "kernel/picture_size.h"
 
@@ -127,7 +129,14 @@ const Call kCalls[] = {
     &Decoded<&Vn_CreateGrayPalette>,
     &Decoded<&Vn_DupPalette>,
     &Decoded<&Vn_CreateFixedPalette>,
-    &Decoded<&Vn_PutBitmapColors>,
+    // The palette that is not in force goes out of the record, and is the caller's to delete.
+    [](World& world, Input& input) {
+      BitmapHandle* const bitmap = world.Bitmap(input);
+      const bool fixed = bitmap->Flags & FLAG_FIXED_PALETTE;
+      world.Keep(std::exchange(fixed ? bitmap->Palette : bitmap->PaintPalette, nullptr));
+      const int32_t first = input.Number(), count = input.Number();
+      Vn_PutBitmapColors(bitmap, first, count, world.Colors(input));
+    },
     &Decoded<&Vn_CreatePaletteIndexes>,
     &Decoded<&Vn_CreatePaletteColors>,
     &Decoded<&Vn_CreateBitmapTruePalette>,
