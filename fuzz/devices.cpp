@@ -195,21 +195,23 @@ void Print(World& world, Input& input) {
     const int32_t x = input.Number(), y = input.Number();
     const int32_t width = input.Number(), height = input.Number();
     const auto print = input.Flag() ? &Vn_PrintBitmapFast : &Vn_PrintBitmapExt;
-    const HDC printed = print(job, bitmap, x, y, width, height, last);
+    job = print(job, bitmap, x, y, width, height, last);
     if (last) break;
-    if (!printed && job) DeleteDC(job);
-    job = printed;
   }
 }
 
-// The job that the thread keeps.
+// The job that the thread keeps, and forgets when a later call of it is stopped.
 void PrintInThread(World& world, Input& input) {
   const Printer printer(input);
+  HDC job = nullptr;
   for (uint32_t left = input.Below(3); left > 0; --left) {
     BitmapHandle* const bitmap = world.Bitmap(input);
     const int32_t x = input.Number(), y = input.Number();
     const int32_t width = input.Number(), height = input.Number();
-    Vn_PrintBitmap(bitmap, x, y, width, height, input.Flag());
+    const bool last = input.Flag();
+    const HDC printed = Vn_PrintBitmap(bitmap, x, y, width, height, last);
+    if (!printed && !last && job) DeleteDC(job);
+    job = last ? nullptr : printed;
   }
   Vn_PrintBitmap(nullptr, 0, 0, 0, 0, 1);
 }
