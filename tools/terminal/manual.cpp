@@ -66,7 +66,7 @@ void WriteEntry(std::ostream& page, const OptionEntry& entry) {
   page << '\n' << Sentence(entry.help) << '\n';
 }
 
-void WriteOptions(std::ostream& page, const CommandEntry& command) {
+void WriteOptionEntries(std::ostream& page, const CommandEntry& command) {
   if (!command.positionals.empty()) page << ".SH ARGUMENTS\n";
   for (const OptionEntry& argument : command.positionals)
     WriteEntry(page, argument);
@@ -94,7 +94,7 @@ std::string ManualPage(const CommandEntry& command, const std::string& program,
          << Bold(sub.name) << '\n'
          << Sentence(sub.help) << " See\n.BR " << Escaped(PageName(sub, command.name)) << " (1).\n";
   }
-  WriteOptions(page, command);
+  WriteOptionEntries(page, command);
   if (!command.footer.empty()) page << ".SH NOTES\n.nf\n" << Escaped(command.footer) << "\n.fi\n";
   page << ".SH EXIT STATUS\n0, or 1 after one line on standard error. After a failure there is no "
           "file left that was begun.\n";

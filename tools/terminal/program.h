@@ -2,9 +2,12 @@
 #ifndef VNCORE_TOOLS_PROGRAM_H
 #define VNCORE_TOOLS_PROGRAM_H
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace vn::tool {
 

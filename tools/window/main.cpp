@@ -1,5 +1,8 @@
 // vnview: pictures in a window, painted by the library on the headless platform's screen.
+#include <CLI/CLI.hpp>
+
 #include "tools/operations/effect_names.h"
+#include "tools/operations/option_values.h"
 #include "tools/terminal/program.h"
 #include "tools/window/keys.h"
 #include "tools/window/viewer.h"

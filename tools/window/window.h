@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "tools/operations/option_values.h"
+#include "tools/operations/value_parsers.h"
 
 namespace vn::tool {
 
