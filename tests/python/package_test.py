@@ -137,6 +137,7 @@ class AgainstItself(unittest.TestCase):
 
             def stop(percent):
                 self.assertRaises(RuntimeError, bitmap.array)
+                vncore.gray(NOISE)
                 raise KeyError(percent)
 
             with self.assertRaises(KeyError):
