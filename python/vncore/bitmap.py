@@ -10,7 +10,6 @@ from .calls import call
 from .color_operations import ColorOperations
 from .geometry_operations import GeometryOperations
 from .region_operations import RegionOperations
-from .storage import bottom_first
 
 Self = TypeVar("Self", bound="Bitmap")
 
@@ -79,15 +78,14 @@ class Bitmap(ColorOperations, GeometryOperations, RegionOperations):
             raise ValueError(f"expected a rectangle within {self.width} by {self.height}; got "
                              f"{width} by {height} at {left}, {top}")
         with self._working() as record:
-            first = record.Height - top - height if bottom_first(record) else top
             result = self._new_record()
-            call("Vn_CopyBitmapRect", result, record, left, first, width, height)
+            call("Vn_CopyBitmapRect", result, record, left, top, width, height)
         return self._of(result)
 
     def array(self) -> Bytes:
         """The pixels, copied: RGB of shape (height, width, 3), or up to 8 bits pixel values of shape
         (height, width)."""
-        return self.rgb() if self.bits > 8 else np.ascontiguousarray(self._values())
+        return self.rgb() if self.bits > 8 else self._values()
 
     def rgb(self) -> Bytes:
         """The colours of the pixels, copied: shape (height, width, 3)."""
@@ -97,29 +95,19 @@ class Bitmap(ColorOperations, GeometryOperations, RegionOperations):
         if self.bits == 16:
             with self.copy() as deeper:
                 return deeper.convert(24).rgb()
-        pixels = self._stored()[:, :self.width * self.bits // 8]
-        return np.ascontiguousarray(pixels.reshape(self.height, self.width, -1)[:, :, 2::-1])
-
-    def _stored(self) -> Bytes:
-        """All rows as bytes, copied, wherever they lie: shape (height, bytes from row to row)."""
-        if self.in_memory:
-            return self._visit(np.copy)
-        return np.stack([self.read_row(line) for line in range(self.height)])
+        return self._visit(lambda rows: np.array(self._shaped(rows), order="C"))
 
     def _values(self) -> Bytes:
-        rows = self._stored()
-        if self.bits == 1:
-            return np.unpackbits(rows, axis=1, count=self.width)
-        if self.bits == 4:
-            return np.stack((rows >> 4, rows & 15), axis=2).reshape(self.height, -1)[:, :self.width]
-        return rows[:, :self.width]
+        """The pixel values of a bitmap of up to 8 bits, copied: shape (height, width)."""
+        return self._visit(lambda rows: _unpacked(rows, self.width, self.bits))
 
     def _repr_png_(self) -> bytes:
         """What a notebook shows."""
         if self.bits > 8:
             return png.encode(self.rgb().reshape(self.height, -1), self.width, 24, None)
         stride = (self.width * self.bits + 7) // 8
-        return png.encode(self._stored()[:, :stride], self.width, self.bits, self.palette)
+        stored = self._visit(lambda rows: np.array(rows[:, :stride]))
+        return png.encode(stored, self.width, self.bits, self.palette)
 
     def __repr__(self) -> str:
         if self.closed:
@@ -135,3 +123,13 @@ def _packed(pixels: np.ndarray, bits: int) -> np.ndarray:
         return pixels
     even = pixels if pixels.shape[1] % 2 == 0 else np.pad(pixels, ((0, 0), (0, 1)))
     return even[:, ::2] << 4 | even[:, 1::2]
+
+
+def _unpacked(rows: Bytes, width: int, bits: int) -> Bytes:
+    """The pixel values of rows as a bitmap holds them: a copy."""
+    if bits == 1:
+        return np.unpackbits(rows, axis=1, count=width)
+    if bits == 4:
+        pairs = np.stack((rows >> 4, rows & 15), axis=2)
+        return np.array(pairs.reshape(len(rows), -1)[:, :width], order="C")
+    return np.array(rows[:, :width], order="C")

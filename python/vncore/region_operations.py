@@ -10,7 +10,7 @@ from .arrays import Mask
 from .calls import Progress, call
 from .colors import Color, color_value
 from .library import ffi, lib
-from .storage import Storage, bottom_first, palette_table
+from .storage import Storage, palette_table
 
 Self = TypeVar("Self", bound="RegionOperations")
 
@@ -43,14 +43,13 @@ class RegionOperations(Storage):
             if record.Region == ffi.NULL:
                 return None
             with _BorrowedMask(record.Width, record.Height) as cells:
-                cells._record.ViewOrigin = record.ViewOrigin
                 cells._record.Region = record.Region
                 try:
                     call("Vn_FillBitmap", cells._record, _WHITE)
                 finally:
                     cells._record.Region = ffi.NULL
-                packed = cells._visit(np.copy)
-            return np.unpackbits(packed, axis=1, count=record.Width).view(np.bool_)
+                return cells._visit(
+                    lambda rows: np.unpackbits(rows, axis=1, count=record.Width).view(np.bool_))
 
     @region.setter
     def region(self, cells: Optional[ArrayLike]) -> None:
@@ -61,11 +60,10 @@ class RegionOperations(Storage):
             mask = arrays.mask(cells, record.Height, record.Width)
             with _BorrowedMask(record.Width, record.Height) as picture:
                 other = picture._record
-                other.ViewOrigin = record.ViewOrigin
                 packed = np.packbits(mask, axis=1)
                 picture._visit(lambda rows: np.copyto(rows[:, :packed.shape[1]], packed))
                 call("Vn_SetBitmapRgnColor", other, _WHITE, lib.VN_REGION_COMBINE_REPLACE)
-                # Of two records of one size and row order either may own the region.
+                # Of two records of one size either may own the region.
                 lib.Vn_FreeBitmapRgn(record)
                 record.Region, other.Region = other.Region, ffi.NULL
 
@@ -88,11 +86,7 @@ class RegionOperations(Storage):
             target = held.enter_context(self._working())
             source = target if other is self else held.enter_context(other._working())
             source = _at_depth_of(target, source)
-            if source.ViewOrigin != target.ViewOrigin:
-                raise ValueError("expected bitmaps with their rows in one order")
             x, y = at
-            if bottom_first(target):
-                y = target.Height - y - source.Height
             call("Vn_CombineBitmap", target, x, y, source.Width, source.Height, source, 0, 0, flags,
                  progress=progress)
         return self

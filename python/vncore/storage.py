@@ -10,7 +10,6 @@ from numpy.typing import NDArray
 from .arrays import Bytes
 from .calls import call
 from .colors import colors_of, table_of
-from .errors import error_for
 from .library import ffi, lib
 
 _Result = TypeVar("_Result")
@@ -20,8 +19,6 @@ class _Exported:
     """The rows as bytes, and what every view of them holds on to: while this lives, so do they."""
 
     def __init__(self, record: Any) -> None:
-        if record.Bits == ffi.NULL:
-            raise BufferError("the pixels lie in a temporary file: read_row() and write_row()")
         self.record = record
         self.__array_interface__ = {
             "version": 3, "typestr": "|u1", "shape": (record.Height, record.BytesPerLine),
@@ -47,7 +44,8 @@ class Storage:
 
     @classmethod
     def _created(cls, width: int, height: int, bits: int, palette: Optional[Bytes]) -> Any:
-        """A record with pixels, all 0, top line first; `bits` 0 stands for gray."""
+        """A record with pixels, all 0; `bits` 0 stands for gray. The top line lies first, which no
+        operation changes."""
         record = cls._new_record()
         if not (0 < width < 2**31 and 0 < height < 2**31):
             raise ValueError(f"expected a width and a height from 1 on; got {width} by {height}")
@@ -115,7 +113,6 @@ class Storage:
         of uint8 at 8, and (height, bytes) of packed pixels, the leftmost in the high bits, at 1 and
         4. The storage has blue first, so that RGB steps backwards through the channels. As long as
         such an array is alive, operations that would give the bitmap other pixels raise BufferError.
-        Pixels in a temporary file have no address: BufferError, and read_row() is the way to them.
         """
         return self._shaped(self._row_bytes())
 
@@ -131,11 +128,6 @@ class Storage:
         channels = rows[:, :width * bits // 8].reshape(self.height, width, bits // 8)[:, :, :3]
         return channels[:, :, ::-1]
 
-    @property
-    def in_memory(self) -> bool:
-        """Whether the pixels have an address; else they lie in a temporary file."""
-        return bool(self._record.Flags & lib.VN_FLAG_IN_MEMORY) and self._record.Bits != ffi.NULL
-
     def _row_bytes(self) -> Bytes:
         """The view that all others are made of: shape (height, bytes from row to row)."""
         with self._working() as record:
@@ -143,54 +135,19 @@ class Storage:
             if exported is None:
                 exported = _Exported(record)
                 self._exported = weakref.ref(exported)
-            return _from_top(exported)
+            return np.asarray(exported)
 
     def _visit(self, visitor: Callable[[Bytes], _Result]) -> _Result:
-        """Hands the rows of a bitmap in memory to `visitor`, which keeps no view of them. Unlike
-        `rows` it bars nothing later: a profiler may hold a frame, and with it a view, for a while."""
+        """Hands the rows to `visitor`, which keeps no view of them. Unlike `rows` it bars nothing
+        later: a profiler may hold a frame, and with it a view, for a while."""
         with self._working() as record:
-            return visitor(_from_top(_Exported(record)))
-
-    def read_row(self, line: int) -> Bytes:
-        """The bytes of picture line `line`, 0 at the top: a copy, wherever the pixels lie."""
-        row = np.empty(self._record.BytesPerLine, np.uint8)
-        self._move_row("Vn_GetBitmapRow", line, ffi.from_buffer(row, require_writable=True))
-        return row
-
-    def write_row(self, line: int, row: Bytes) -> None:
-        """Writes picture line `line` from the bytes of a whole row, wherever the pixels lie."""
-        data = np.ascontiguousarray(row, np.uint8)
-        if data.size != self._record.BytesPerLine:
-            raise ValueError(f"expected a row of {self._record.BytesPerLine} bytes; got {data.size}")
-        self._move_row("Vn_PutBitmapRow", line, ffi.from_buffer(data))
-
-    def _move_row(self, function: str, line: int, data: Any) -> None:
-        if not 0 <= line < self.height:
-            raise IndexError(f"expected a line from 0 to {self.height - 1}; got {line}")
-        with self._working() as record:
-            row = record.Height - 1 - line if bottom_first(record) else line
-            state = lib.Vn_LockBitmap(record)
-            moved = getattr(lib, function)(record, data, row, record.BytesPerLine)
-            lib.Vn_UnlockBitmap(record, state)
-        if moved != len(data):  # a temporary file takes less at the end of its disk
-            raise error_for(moved if moved < 0 else lib.VN_ERR_FILE_WRITE, function)
+            return visitor(np.asarray(_Exported(record)))
 
     @property
     def palette(self) -> Optional[Bytes]:
         """The colours of the pixel values, shape (count, 3), RGB; None above 8 bits."""
         with self._working() as record:
             return colors_of(*palette_table(record)) if record.ColorCount else None
-
-
-def _from_top(exported: _Exported) -> Bytes:
-    """The rows as bytes, top line first."""
-    rows = np.asarray(exported)
-    return rows[::-1] if bottom_first(exported.record) else rows
-
-
-def bottom_first(record: Any) -> bool:
-    """Whether the first row of the storage is the picture's bottom line."""
-    return record.ViewOrigin == lib.VN_VIEW_BOTTOM_FIRST
 
 
 def palette_table(record: Any) -> tuple[Any, int]:
