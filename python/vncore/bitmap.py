@@ -71,6 +71,11 @@ class Bitmap(ColorOperations, GeometryOperations, RegionOperations):
             call("Vn_CopyBitmap", result, record)
         return self._of(result)
 
+    __copy__ = copy
+
+    def __deepcopy__(self: Self, memo: object) -> Self:
+        return self.copy()
+
     def crop(self: Self, left: int, top: int, width: int, height: int) -> Self:
         """An independent copy of a rectangle that lies within the bitmap."""
         if not (left >= 0 and top >= 0 and width > 0 and height > 0 and
@@ -101,8 +106,10 @@ class Bitmap(ColorOperations, GeometryOperations, RegionOperations):
         """The pixel values of a bitmap of up to 8 bits, copied: shape (height, width)."""
         return self._visit(lambda rows: _unpacked(rows, self.width, self.bits))
 
-    def _repr_png_(self) -> bytes:
-        """What a notebook shows."""
+    def _repr_png_(self) -> Optional[bytes]:
+        """What a notebook shows, if the pixels are there."""
+        if self.closed:
+            return None
         if self.bits > 8:
             return png.encode(self.rgb().reshape(self.height, -1), self.width, 24, None)
         stride = (self.width * self.bits + 7) // 8

@@ -22,7 +22,7 @@ def color_value(color: Color) -> int:
                 raise ValueError
             red, green, blue = bytes.fromhex(color[1:])
         else:
-            red, green, blue = bytes(color)
+            red, green, blue = bytes(list(color))
     except (TypeError, ValueError):
         raise ValueError(f"expected (red, green, blue) from 0 to 255 or '#rrggbb'; got {color!r}") \
             from None

@@ -25,7 +25,7 @@ class Reduced(NamedTuple):
         """The picture in full colour, shape (height, width, 3)."""
         return self.palette[self.indices]
 
-    def _repr_png_(self) -> bytes:
+    def _repr_png_(self) -> Optional[bytes]:
         with Bitmap.from_array(self.indices, self.palette) as bitmap:
             return bitmap._repr_png_()
 

@@ -82,6 +82,8 @@ class RegionOperations(Storage):
         is brought to this one's depth and palette first; `other` itself stays as it is.
         """
         flags = _combination(operation)
+        if not isinstance(other, Storage):
+            raise TypeError(f"expected a Bitmap; got {type(other).__name__}")
         with ExitStack() as held:
             target = held.enter_context(self._working())
             source = target if other is self else held.enter_context(other._working())
@@ -110,6 +112,8 @@ def _combination(name: str) -> int:
         if prefix is None:
             raise ValueError(f"expected an operation from {', '.join(COMBINATIONS)}; got {name!r}")
         flags, rest = flags | _PREFIXES[prefix], rest[len(prefix):]
+    if rest == "copy" and flags & lib.VN_COMBINE_DST_NOT:
+        raise ValueError(f"expected an operation with the bitmap's own values; got {name!r}")
     return flags | COMBINATIONS[rest]
 
 

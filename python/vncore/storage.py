@@ -2,7 +2,7 @@
 import threading
 import weakref
 from contextlib import contextmanager
-from typing import Any, Callable, Iterator, Optional, TypeVar
+from typing import Any, Callable, Iterator, Optional, Type, TypeVar
 
 import numpy as np
 from numpy.typing import NDArray
@@ -82,8 +82,12 @@ class Storage:
     def __enter__(self) -> Any:
         return self
 
-    def __exit__(self, *exception: object) -> None:
-        self.close()
+    def __exit__(self, kind: Optional[Type[BaseException]], *exception: object) -> None:
+        try:
+            self.close()
+        except BufferError:  # of a view that an exception under way keeps alive
+            if kind is None:
+                raise
 
     @property
     def closed(self) -> bool:

@@ -1,6 +1,7 @@
 """The Python package against the tool and against itself. $VNCORE_TOOL is the tool, and the package
 is the one that this interpreter finds."""
 import contextlib
+import copy
 import doctest
 import gc
 import importlib
@@ -123,10 +124,14 @@ class AgainstItself(unittest.TestCase):
         np.testing.assert_array_equal(bitmap.rgb()[3, 5], (1, 2, 3))
         for replacing in (bitmap.gray, bitmap.close):
             self.assertRaises(BufferError, replacing)
+        copy.copy(bitmap).gray()
         part = view[2:, ::2]
         del bitmap, view, replacing
         gc.collect()
         self.assertEqual(part[1, 0, 0], NOISE[3, 0, 0])
+        with self.assertRaises(IndexError), Bitmap.from_array(NOISE) as bitmap:
+            rows = bitmap.rows
+            rows[100] = 0
 
     def test_what_progress_raises_comes_out_and_the_bitmap_stands(self):
         for name, arguments in (("reduce", (16,)), ("gray", ()), ("halftone", ()), ("rotate", (5,)),
@@ -159,6 +164,9 @@ class AgainstItself(unittest.TestCase):
                 (ValueError, "expected .* epaper-7", lambda: reduce(NOISE, palette="paper")),
                 (ValueError, "an index of 9", lambda: Bitmap.from_array(np.full((1, 1), 9, np.uint8), [(0, 0, 0)] * 9)),
                 (ValueError, r"expected .*\(41, 67\)", lambda: vncore.combine(NOISE, NOISE, mask=np.ones((1, 1), bool))),
+                (ValueError, "own values", lambda: vncore.combine(NOISE, NOISE, "not-picture-copy")),
+                (TypeError, "expected a Bitmap", lambda: Bitmap(1, 1).combine(NOISE)),
+                (ValueError, "expected .*#rrggbb", lambda: Bitmap(1, 1).fill(3)),
                 (vncore.OutOfMemory, "Vn_CreateBitmap: ERR_NO_MEMORY", lambda: Bitmap(100000, 100000))):
             with self.assertRaisesRegex(kind, message):
                 call()
