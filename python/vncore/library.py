@@ -3,7 +3,6 @@
 cffi calls it in ABI mode, which needs no compiler and lets go of the interpreter's lock for the
 length of every call: other Python threads run while the library works.
 """
-import os
 from pathlib import Path
 
 from cffi import FFI
@@ -14,9 +13,9 @@ _NAME = f"libvncore.so.{MAJOR}"
 
 
 def _place() -> str:
-    """The library to open: $VNCORE_LIBRARY, the one in this package, or the system's."""
+    """The library to open: the one in this package, or the system's."""
     bundled = Path(__file__).with_name(_NAME)
-    return os.environ.get("VNCORE_LIBRARY") or (str(bundled) if bundled.exists() else _NAME)
+    return str(bundled) if bundled.exists() else _NAME
 
 
 ffi = FFI()
