@@ -9,10 +9,10 @@ folder=$(mkdir -p "$1" && cd "$1" && pwd)
 cd "$(dirname "$0")/.."
 version=$(cmake -P cmake/Version.cmake 2>&1)
 [ "$(dpkg-parsechangelog -S Version)" = "$version" ] || {
-  echo "deb: debian/changelog does not end with $version" >&2
+  echo "deb: debian/changelog does not begin with $version" >&2
   exit 1
 }
-rm -rf "$folder"/vncore-*/ "$folder"/*.deb
+rm -rf "$folder"/vncore-*/ "$folder"/*.deb "$folder"/*.changes "$folder"/*.buildinfo
 git archive --prefix="vncore-$version/" HEAD | tar -x -C "$folder"
 cd "$folder/vncore-$version"
 dpkg-buildpackage -us -uc -b

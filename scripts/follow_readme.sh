@@ -4,7 +4,7 @@
 # and leaves its picture. Programs that would build everything again use what is built.
 #
 #   follow_readme.sh BUILD WORK_FOLDER
-set -eu
+set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "$1" && pwd)
@@ -62,7 +62,7 @@ count=0
 while IFS= read -r line; do
   case $line in '' | ' '* | v=*) continue ;; esac
   rm -rf "$work/here" && cp -a "$work/files" "$work/here"
-  (cd "$work/here" && . "$work/commands" && eval "set -e; $line") </dev/null >"$work/log" 2>&1 || {
+  (cd "$work/here" && . "$work/commands" && eval "$line") </dev/null >"$work/log" 2>&1 || {
     cat "$work/log"
     echo "follow_readme: this does not work: $line" >&2
     exit 1
