@@ -96,13 +96,19 @@ def run(client: Client, source: Path, target: Path, conversion: Conversion) -> T
     return done, failed
 
 
+def size(text: str) -> Tuple[int, int]:
+    """Width and height, as in 800x480."""
+    width, height = map(int, text.split("x"))
+    return width, height
+
+
 def arguments() -> argparse.Namespace:
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("source", type=Path, metavar="IN")
     parser.add_argument("target", type=Path, metavar="OUT")
     parser.add_argument("--scheduler", help="where a cluster's scheduler listens")
     parser.add_argument("--workers", type=int, default=os.cpu_count(), help="processes here, without one")
-    parser.add_argument("--size", type=lambda text: tuple(map(int, text.split("x"))), metavar="WxH")
+    parser.add_argument("--size", type=size, metavar="WxH")
     parser.add_argument("--colors", type=int, default=16)
     parser.add_argument("--palette", default="optimized", choices=["optimized", "fixed", *vncore.PALETTES])
     parser.add_argument("--dither", default="floyd-steinberg", choices=vncore.DITHERS)

@@ -3,14 +3,14 @@
 # static form, import libraries for mingw-w64 and for Microsoft's linker, the headers, the CMake package;
 # and the examples.
 #
-#   windows_zip.sh WIN32_BUILD WIN64_BUILD FOLDER      the zip file goes to FOLDER
+#   windows_zip.sh WIN32_BUILD WIN64_BUILD FOLDER      the zip file goes to FOLDER, alone of its kind
 set -eu
 
 win32=$(cd "$1" && pwd) win64=$(cd "$2" && pwd) folder=$(mkdir -p "$3" && cd "$3" && pwd)
 cd "$(dirname "$0")/.."
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$win32/CMakeCache.txt")
 name=vncore-$version-windows
-rm -rf "${folder:?}/$name" "$folder/$name.zip"
+rm -rf "${folder:?}/$name" "$folder"/vncore-*-windows.zip
 mkdir "$folder/$name"
 
 # BUILD TREE MACHINE TRIPLE: an installed tree, and what Microsoft's linker reads
