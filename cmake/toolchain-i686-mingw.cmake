@@ -1,29 +1,10 @@
-# 32-bit Windows from Debian's mingw-w64, the flavour with POSIX threads (std::thread and friends).
-# The compiler's runtimes are linked in, so that the library and the programs need nothing beside
-# the system's own DLLs.
-set(CMAKE_SYSTEM_NAME Windows)
+# 32-bit Windows.
 set(CMAKE_SYSTEM_PROCESSOR i686)
-
 set(VNCORE_TRIPLE i686-w64-mingw32)
-set(CMAKE_C_COMPILER ${VNCORE_TRIPLE}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${VNCORE_TRIPLE}-g++-posix)
-set(CMAKE_RC_COMPILER ${VNCORE_TRIPLE}-windres)
-set(CMAKE_NM ${VNCORE_TRIPLE}-nm CACHE STRING "")
-set(CMAKE_OBJDUMP ${VNCORE_TRIPLE}-objdump CACHE STRING "")
-
-set(CMAKE_FIND_ROOT_PATH /usr/${VNCORE_TRIPLE})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)
 
 # i686 guarantees no SSE; every machine that runs this code has SSE2. Wide loads and floating point
 # that rounds as it does natively need it. Callers of a DLL may come with a stack aligned to four
 # bytes only.
 set(CMAKE_C_FLAGS_INIT "-march=i686 -msse2 -mfpmath=sse -mstackrealign")
 set(CMAKE_CXX_FLAGS_INIT "-march=i686 -msse2 -mfpmath=sse -mstackrealign")
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
-set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
-
-# Programs run under Wine on a virtual screen.
-set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine-emulator.sh)
