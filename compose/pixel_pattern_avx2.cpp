@@ -7,8 +7,27 @@
 
 namespace vn {
 
-// The pattern stays in three registers, turned so that all stores are aligned but those of the
-// ends: memory sees the same as from memset.
+namespace {
+
+// Whole periods from a vector's boundary on, out of three registers.
+template <class Store>
+inline void StorePeriods(const uint8_t* pattern, uint8_t* at, size_t count, Store store) {
+  const auto* vectors = reinterpret_cast<const __m256i*>(pattern);
+  const __m256i first = _mm256_loadu_si256(vectors);
+  const __m256i second = _mm256_loadu_si256(vectors + 1);
+  const __m256i third = _mm256_loadu_si256(vectors + 2);
+  for (uint8_t* const end = at + count; at != end; at += kPatternPeriod) {
+    auto* to = reinterpret_cast<__m256i*>(at);
+    store(to, first);
+    store(to + 1, second);
+    store(to + 2, third);
+  }
+}
+
+}  // namespace
+
+// The pattern is turned so that all stores are aligned but those of the ends: memory sees the same
+// as from memset.
 void WritePatternAvx2(const uint8_t* pattern, uint8_t* at, size_t count) {
   if (count < kPatternPeriod) {
     std::memcpy(at, pattern, count);
@@ -20,42 +39,27 @@ void WritePatternAvx2(const uint8_t* pattern, uint8_t* at, size_t count) {
   pattern += head;
   at += head;
   count -= head;
-  const auto* vectors = reinterpret_cast<const __m256i*>(pattern);
-  const __m256i first = _mm256_loadu_si256(vectors);
-  const __m256i second = _mm256_loadu_si256(vectors + 1);
-  const __m256i third = _mm256_loadu_si256(vectors + 2);
-  for (; count >= kPatternPeriod; count -= kPatternPeriod, at += kPatternPeriod) {
-    auto* to = reinterpret_cast<__m256i*>(at);
-    _mm256_store_si256(to, first);
-    _mm256_store_si256(to + 1, second);
-    _mm256_store_si256(to + 2, third);
-  }
-  std::memcpy(at, pattern, count);
+  const size_t rest = count % kPatternPeriod;
+  StorePeriods(pattern, at, count - rest,
+               [](__m256i* to, __m256i bytes) { _mm256_store_si256(to, bytes); });
+  std::memcpy(at + count - rest, pattern, rest);
 }
 
 // Whole cache lines go past the caches; what surrounds them goes through.
 void StreamPatternAvx2(const uint8_t* pattern, uint8_t* at, size_t count) {
   constexpr size_t kLines = 2 * kPatternPeriod, kLeast = 1024;
+  static_assert(kLines % kCacheLine == 0);
   if (count < kLeast) return WritePatternAvx2(pattern, at, count);
   const size_t head = -reinterpret_cast<uintptr_t>(at) % kCacheLine;
   WritePatternAvx2(pattern, at, head);
+  pattern += head;
   at += head;
   count -= head;
-  const auto* vectors = reinterpret_cast<const __m256i*>(pattern + head);
-  const __m256i first = _mm256_loadu_si256(vectors);
-  const __m256i second = _mm256_loadu_si256(vectors + 1);
-  const __m256i third = _mm256_loadu_si256(vectors + 2);
-  for (; count >= kLines; count -= kLines, at += kLines) {
-    auto* to = reinterpret_cast<__m256i*>(at);
-    _mm256_stream_si256(to, first);
-    _mm256_stream_si256(to + 1, second);
-    _mm256_stream_si256(to + 2, third);
-    _mm256_stream_si256(to + 3, first);
-    _mm256_stream_si256(to + 4, second);
-    _mm256_stream_si256(to + 5, third);
-  }
+  const size_t rest = count % kLines;
+  StorePeriods(pattern, at, count - rest,
+               [](__m256i* to, __m256i bytes) { _mm256_stream_si256(to, bytes); });
   _mm_sfence();
-  WritePatternAvx2(pattern + head, at, count);
+  WritePatternAvx2(pattern, at + count - rest, rest);
 }
 
 }  // namespace vn
