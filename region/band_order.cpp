@@ -67,6 +67,7 @@ BandOrder BandOrderOf(RegionRecord* record) {
 }
 
 Band BandAt(const RegionRecord& record, BandOrder order, int32_t row) {
+  if (order == BandOrder::kNone) return {record.begin(), record.end()};
   const bool down = order == BandOrder::kDown;
   const RECT* const end = record.end();
   const RECT* const begin = std::partition_point(record.begin(), end, [=](const RECT& rect) {
@@ -78,21 +79,19 @@ Band BandAt(const RegionRecord& record, BandOrder order, int32_t row) {
   return {begin, last};
 }
 
-int32_t WriteRuns(Band band, int32_t* segments) {
-  const auto count = static_cast<int32_t>(band.end - band.begin);
-  for (int32_t i = 0; i < count; ++i) {
-    segments[2 * i] = band.begin[i].left;
-    segments[2 * i + 1] = band.begin[i].right;
-  }
-  return 2 * count;
-}
-
-int32_t WriteRunsOf(int32_t row, Band list, int32_t* segments) {
+int32_t WriteRuns(BandOrder order, Band band, int32_t row, int32_t* segments) {
   int32_t* out = segments;
-  for (const RECT* rect = list.begin; rect != list.end; ++rect) {
-    if (row < rect->top || row >= rect->bottom) continue;
-    *out++ = rect->left;
-    *out++ = rect->right;
+  if (order == BandOrder::kNone) {
+    for (const RECT* rect = band.begin; rect != band.end; ++rect) {
+      if (row < rect->top || row >= rect->bottom) continue;
+      *out++ = rect->left;
+      *out++ = rect->right;
+    }
+  } else {
+    for (const RECT* rect = band.begin; rect != band.end; ++rect, out += 2) {
+      out[0] = rect->left;
+      out[1] = rect->right;
+    }
   }
   return static_cast<int32_t>(out - segments);
 }

@@ -30,13 +30,12 @@ struct Band {
   const RECT* end;
 };
 
-// The rectangles that hold `row` in a list of an order other than kNone. May be none.
+// Rectangles among which all that hold `row` are: those alone, or the whole list for kNone.
 Band BandAt(const RegionRecord& record, BandOrder order, int32_t row);
 
-// Writes left and right of each, and returns the number of entries.
-int32_t WriteRuns(Band band, int32_t* segments);
-// The same for those of a list in any order that hold `row`.
-int32_t WriteRunsOf(int32_t row, Band list, int32_t* segments);
+// Writes left and right of each in `band` = BandAt(..., order, row) that holds `row`, and returns the
+// number of entries.
+int32_t WriteRuns(BandOrder order, Band band, int32_t row, int32_t* segments);
 
 }  // namespace vn
 

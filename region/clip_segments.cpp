@@ -47,8 +47,6 @@ VnStatus VN_CALL Vn_GetBitmapClipSegments(const BitmapHandle* bitmap, int32_t ro
   *count = 0;
   if (row < bounds.top || row >= bounds.bottom) return OK;
   const vn::BandOrder order = vn::BandOrderOf(bitmap->Region);
-  *count = order == vn::BandOrder::kNone
-               ? vn::WriteRunsOf(row, {bitmap->Region->begin(), bitmap->Region->end()}, segments)
-               : vn::WriteRuns(vn::BandAt(*bitmap->Region, order, row), segments);
+  *count = vn::WriteRuns(order, vn::BandAt(*bitmap->Region, order, row), row, segments);
   return OK;
 }

@@ -5,12 +5,9 @@
 namespace vn {
 
 RegionRows::RegionRows(const RegionRecord* record)
-    : record_(record),
-      look_(LookAtBands(*record)),
-      band_{record->begin(), look_.order == BandOrder::kNone ? record->end() : record->begin()} {}
+    : record_(record), look_(LookAtBands(*record)), band_{record->begin(), record->begin()} {}
 
 void RegionRows::GoTo(int32_t row) {
-  if (look_.order == BandOrder::kNone) return;
   const auto holds = [&](const RECT* rect) {
     return rect != record_->end() && rect->top <= row && row < rect->bottom;
   };
@@ -29,8 +26,7 @@ int32_t RegionRows::Segments(int32_t row, int32_t* segments) {
   const RECT& bounds = record_->header.rcBound;
   if (row < bounds.top || row >= bounds.bottom) return 0;
   GoTo(row);
-  return look_.order == BandOrder::kNone ? WriteRunsOf(row, band_, segments)
-                                         : WriteRuns(band_, segments);
+  return WriteRuns(look_.order, band_, row, segments);
 }
 
 bool RegionRows::Contains(int32_t row, int32_t column) {
