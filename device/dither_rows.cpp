@@ -2,8 +2,6 @@
 // ones from one over the pixel readers and three targets.
 #include "device/dither_rows.h"
 
-#include <algorithm>
-
 #include "color/ordered_rows.h"
 #include "color/threshold_matrices.h"
 #include "device/dither_targets.h"
