@@ -1,5 +1,6 @@
-// FreeImage's fill of a whole image, and its quantiser by Wu, timed on the picture of the colour benchmarks. FreeImage.h declares
-// Win32's types for itself, so nothing of the kernel is included here.
+// FreeImage's quantiser by Wu, timed on the picture of the colour benchmarks, and its fill of a
+// whole image for fill_beside.cpp. FreeImage.h declares Win32's types for itself, so nothing of the
+// kernel is included here.
 #include <FreeImage.h>
 #include <benchmark/benchmark.h>
 

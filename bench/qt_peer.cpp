@@ -1,10 +1,8 @@
-// Qt's mirrors of 1-bit images, in place, and its dithering, which makes its result as ours do, or
-// scales to a half first as our paints do.
+// Qt's mirrors of 1-bit images, in place.
 #include <QImage>
 
 #include <utility>
 
-#include "bench/photograph_bitmap.h"
 #include "bench/turns_beside.h"
 
 namespace vn::bench {
@@ -38,35 +36,6 @@ class Qt {
 void Mirror1(benchmark::State& state) { TurnBeside<Qt<false>>(state, 1, Turn::kMirror); }
 void Half1(benchmark::State& state) { TurnBeside<Qt<true>>(state, 1, Turn::kHalf); }
 
-QImage PhotographImage() {
-  const Photograph& photograph = ThePhotograph();
-  return QImage(photograph.pixels.data(), static_cast<int>(photograph.width),
-                static_cast<int>(photograph.height), static_cast<int>(photograph.RowBytes()),
-                QImage::Format_BGR888);
-}
-
-void Ordered(benchmark::State& state, uint32_t bits, QImage::Format format) {
-  PhotographBitmap bitmap;
-  const QImage image = PhotographImage();
-  QImage result;
-  const auto ours = [&] {
-    ReduceOnce(bitmap, bits, RES_FIXED_PALETTE | RES_DITHER_METHOD(DITHER_ORDERED));
-  };
-  BesidePeer(state, ThePhotograph().Pixels(), ours, [&] {
-    result = image.convertToFormat(format, ::Qt::OrderedDither | ::Qt::PreferDither);
-  });
-}
-
-BENCHMARK_CAPTURE(Ordered, to8, 8, QImage::Format_Indexed8)
-    ->Name("Ordered24/8/Qt")
-    ->UseManualTime()
-    ->Iterations(15)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Ordered, to1, 1, QImage::Format_Mono)
-    ->Name("Ordered24/1/Qt")
-    ->UseManualTime()
-    ->Iterations(15)
-    ->Unit(benchmark::kMillisecond);
 BENCHMARK(Mirror1)->Name("Mirror/1/Qt")->UseManualTime()->Iterations(15);
 BENCHMARK(Half1)->Name("HalfTurn/1/Qt")->UseManualTime()->Iterations(15);
 

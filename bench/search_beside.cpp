@@ -1,12 +1,12 @@
 // The nearest of 256 colours for every pixel of the 12-megapixel picture: exactly, beside Qt, and
 // by cells of 15 bits, beside Pillow, which has cells of 18.
-#include <QImage>
 #include <cstdlib>
 #include <memory>
 
 #include "bench/beside_peer.h"
 #include "bench/photograph_bitmap.h"
 #include "bench/pillow_seconds.h"
+#include "bench/qt_photograph.h"
 #include "color/color_match.h"
 #include "color/row_converter.h"
 
@@ -53,10 +53,7 @@ void Exact(benchmark::State& state) {
   for (const RGBQUAD& c : palette.colors)
     table.push_back(qRgb(c.rgbRed, c.rgbGreen, c.rgbBlue));
   // Qt searches for pixels of 32 bits.
-  const QImage image = QImage(photograph.pixels.data(), static_cast<int>(photograph.width),
-                              static_cast<int>(photograph.height),
-                              static_cast<int>(photograph.RowBytes()), QImage::Format_BGR888)
-                           .convertToFormat(QImage::Format_RGB32);
+  const QImage image = QtPhotograph().convertToFormat(QImage::Format_RGB32);
   QImage result;
   BesidePeer(
       state, photograph.Pixels(), ours,
