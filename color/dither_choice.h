@@ -21,9 +21,9 @@ inline constexpr Rgb AddClamped(Rgb c, int32_t offset) {
 class FixedChoice2 {
  public:
   explicit FixedChoice2(const DitherRecord&) {}
-  uint32_t Choose(Rgb c) const { return GrayOf(c) >> 7; }
+  static uint32_t Choose(Rgb c) { return GrayOf(c) >> 7; }
   // Against a threshold of the matrix.
-  uint32_t ChooseOrdered(Rgb c, int32_t threshold) const {
+  static uint32_t ChooseOrdered(Rgb c, int32_t threshold) {
     return static_cast<uint32_t>(threshold) < GrayOf(c);
   }
 };
@@ -33,8 +33,8 @@ class FixedChoice2 {
 class FixedChoice16 {
  public:
   explicit FixedChoice16(const DitherRecord&) {}
-  uint32_t Choose(Rgb c) const { return FullColor(c.red > 127, c.green > 127, c.blue > 127); }
-  uint32_t ChooseOrdered(Rgb c, int32_t threshold) const {
+  static uint32_t Choose(Rgb c) { return FullColor(c.red > 127, c.green > 127, c.blue > 127); }
+  static uint32_t ChooseOrdered(Rgb c, int32_t threshold) {
     return FullColor(threshold < c.red, threshold < c.green, threshold < c.blue);
   }
 
@@ -48,10 +48,10 @@ class FixedChoice16 {
 class FixedChoice256 {
  public:
   explicit FixedChoice256(const DitherRecord&) {}
-  uint32_t Choose(Rgb c) const {
+  static uint32_t Choose(Rgb c) {
     return static_cast<uint32_t>((c.red & 0xE0) | c.green >> 5 << 2 | c.blue >> 6);
   }
-  uint32_t ChooseOrdered(Rgb c, int32_t threshold) const {
+  static uint32_t ChooseOrdered(Rgb c, int32_t threshold) {
     return Choose(AddClamped(c, (threshold >> 3) - 16));
   }
 };

@@ -1,7 +1,9 @@
 #include "color/ordered_rows.h"
 
 #include <algorithm>
+#include <type_traits>
 
+#include "color/dither_choice.h"
 #include "color/index_rows.h"
 #include "color/ordered_rows_avx2.h"
 #include "kernel/vector.h"
@@ -17,19 +19,8 @@ uint32_t IndexOf(const uint8_t* pixels, size_t x, int32_t t) {
   } else {
     const uint8_t* const pixel = pixels + (Pixels == OrderedPixels::k32 ? 4 : 3) * x;
     constexpr size_t kRed = Pixels == OrderedPixels::k24Swapped ? 0 : 2;
-    const int32_t blue = pixel[2 - kRed], green = pixel[1], red = pixel[kRed];
-    if constexpr (Bits == 4) {
-      // Black, or one of the seven full colours at 9 to 15; no others of the palette.
-      const auto bits = uint32_t{t < red} | uint32_t{t < green} << 1 | uint32_t{t < blue} << 2;
-      return bits ? bits + 8 : 0;
-    } else {
-      // Channels are shifted by -16 to 15; 3, 3 and 2 of their bits count.
-      const int32_t shift = (t >> 3) - 16;
-      const auto level = [shift](int32_t channel) {
-        return static_cast<uint32_t>(std::clamp(channel + shift, 0, 255));
-      };
-      return (level(red) & 0xE0) | level(green) >> 5 << 2 | level(blue) >> 6;
-    }
+    using Choice = std::conditional_t<Bits == 4, FixedChoice16, FixedChoice256>;
+    return Choice::ChooseOrdered({pixel[kRed], pixel[1], pixel[2 - kRed]}, t);
   }
 }
 
