@@ -2,7 +2,7 @@
 #include "device/band_rows.h"
 #include "device/paint_tools.h"
 #include "device/row_source.h"
-#include "device/scale_mapping.h"
+#include "device/scaled_rows.h"
 #include "geometry/row_scaler.h"
 #include "kernel/pixel_format.h"
 
@@ -56,35 +56,6 @@ class ScaledRows {
   uint8_t* fetched_;
 };
 
-// Calls `use(row, changed, y)` for the device rows from the bottom up, which is the order of a band.
-// A work row that repeats has not changed.
-template <class Use>
-void ForEachRow(const ScaleMapping& mapping, Use use) {
-  Stepper step = mapping.row;
-  uint32_t row = mapping.firstRow;
-  bool changed = true;
-  for (int32_t y = mapping.y1; y > mapping.y0;) {
-    --y;
-    use(row, changed, y);
-    const uint32_t advance = step.Advance();
-    row += advance;
-    changed = advance != 0;
-  }
-}
-
-// Rows that go out as they are scaled.
-void PaintScaledRows(const ScaleMapping& mapping, const ScaledRows& rows, Band* band) {
-  ForEachRow(mapping, [&](uint32_t row, bool changed, int32_t y) {
-    if (changed) {
-      rows.Scale(row, band->Row());
-    } else {
-      band->RepeatRow();
-    }
-    band->Commit(y);
-  });
-  band->Finish();
-}
-
 // Rows that are worked on. The pattern counts from the destination's corner.
 void PaintRows(const PaintJob& job, const ScaleMapping& mapping, RowOutput* output,
                const ScaledRows& rows, uint8_t* scaled, Band* band) {
@@ -92,7 +63,7 @@ void PaintRows(const PaintJob& job, const ScaleMapping& mapping, RowOutput* outp
   const auto top = static_cast<uint32_t>(job.destination.top);
   BandRows to(output, 0, static_cast<int32_t>(mapping.Pixels()),
               static_cast<uint32_t>(mapping.x0) - left, band);
-  ForEachRow(mapping, [&](uint32_t row, bool changed, int32_t y) {
+  ForEachScaledRow(mapping, [&](uint32_t row, bool changed, int32_t y) {
     if (changed) rows.Scale(row, scaled);
     to.Add(scaled, static_cast<int32_t>(static_cast<uint32_t>(y) - top), y);
   });
@@ -126,7 +97,7 @@ VnStatus PaintScaled(const PaintJob& job, int32_t deviceBits, int32_t kind, Pain
   tools->table.SetColors(job, bits, output.Dithers(), bits > 8 ? 0 : FullColorCount(bits));
   band.Describe(tools->table);
   if (output.Direct()) {
-    PaintScaledRows(mapping, rows, &band);
+    SendScaledRows(mapping, &band, [&](uint32_t row) { rows.Scale(row, band.Row()); });
   } else {
     PaintRows(job, mapping, &output, rows, scaled, &band);
   }

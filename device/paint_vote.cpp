@@ -5,6 +5,7 @@
 
 #include "device/bit_rows.h"
 #include "device/paint_tools.h"
+#include "device/scaled_rows.h"
 
 namespace vn {
 namespace {
@@ -118,24 +119,6 @@ class InkVote {
   uint32_t* counts_;
 };
 
-void PaintRows(const ScaleMapping& mapping, InkVote* vote, Band* band) {
-  Stepper step = mapping.row;
-  uint64_t row = mapping.firstRow;
-  uint64_t held = UINT64_MAX;
-  for (int32_t y = mapping.y1; y > mapping.y0;) {
-    --y;
-    if (row != held) {
-      vote->Write(row, band->Row(), band->Stride());
-      held = row;
-    } else {
-      band->RepeatRow();
-    }
-    band->Commit(y);
-    row += step.Advance();
-  }
-  band->Finish();
-}
-
 }  // namespace
 
 VnStatus PaintBitonalVote(const PaintJob& job, bool invert, PaintTools* tools) {
@@ -149,7 +132,7 @@ VnStatus PaintBitonalVote(const PaintJob& job, bool invert, PaintTools* tools) {
   if (!band || !vote) return ERR_NO_MEMORY;
   tools->table.SetInks(job);
   band.Describe(tools->table);
-  PaintRows(mapping, &vote, &band);
+  SendScaledRows(mapping, &band, [&](uint32_t row) { vote.Write(row, band.Row(), band.Stride()); });
   tools->table.Restore();
   return OK;
 }
