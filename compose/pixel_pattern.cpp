@@ -25,7 +25,7 @@ bool IsOneByte(const uint8_t* pixel, uint32_t pixelBytes) {
 }
 
 // From here on a fill past the caches takes half the time of one through them, and whoever reads
-// the pixels next waits no longer: they are not in the caches either way.
+// the pixels next waits little longer: few of them are in the caches either way.
 constexpr uint64_t kStreamed = 16 << 20;
 
 PatternWriter WriterFor(const uint8_t* pixel, uint32_t pixelBytes, uint64_t total) {
