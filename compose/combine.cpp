@@ -82,7 +82,8 @@ class Combination {
         choice_(ChooseCombineLoop(plan, bits_, ShiftOf(bits_, all_.left, all_.sourceLeft))) {}
 
   VnStatus Run() {
-    const SourceLock sourceLock(source_);
+    std::optional<BitmapLock> sourceLock;
+    if (source_) sourceLock.emplace(source_);
     const BitmapLock targetLock(destination_);
     inPlace_ = PixelAddress(*destination_);
     sourceInPlace_ = source_ && PixelAddress(*source_) && !SharesRows();
@@ -102,22 +103,6 @@ class Combination {
   }
 
  private:
-  // The lock of a source that may be none.
-  class SourceLock {
-   public:
-    explicit SourceLock(BitmapHandle* source)
-        : source_(source), state_(source ? Vn_LockBitmap(source) : 0) {}
-    SourceLock(const SourceLock&) = delete;
-    SourceLock& operator=(const SourceLock&) = delete;
-    ~SourceLock() {
-      if (source_) Vn_UnlockBitmap(source_, state_);
-    }
-
-   private:
-    BitmapHandle* source_;
-    int32_t state_;
-  };
-
   bool TakeMemory() {
     segments_.emplace(destination_);
     targetRow_ = ScratchBuffer<uint8_t>(BytesOfRun(bits_, all_.left, all_.right), Fill::kZero);
