@@ -11,30 +11,38 @@
 
 namespace headless {
 
+// What is called of them.
+#define VNCORE_FREETYPE_CALLS(CALL) \
+  CALL(FT_Init_FreeType)            \
+  CALL(FT_New_Face)                 \
+  CALL(FT_Request_Size)             \
+  CALL(FT_Set_Transform)            \
+  CALL(FT_Get_Char_Index)           \
+  CALL(FT_Load_Glyph)               \
+  CALL(FT_Render_Glyph)             \
+  CALL(FT_GlyphSlot_Embolden)
+#define VNCORE_FONTCONFIG_CALLS(CALL) \
+  CALL(FcInit)                        \
+  CALL(FcPatternCreate)               \
+  CALL(FcPatternDestroy)              \
+  CALL(FcPatternAddString)            \
+  CALL(FcPatternAddInteger)           \
+  CALL(FcPatternAddBool)              \
+  CALL(FcPatternGetString)            \
+  CALL(FcPatternGetInteger)           \
+  CALL(FcPatternGetBool)              \
+  CALL(FcPatternGetMatrix)            \
+  CALL(FcWeightFromOpenType)          \
+  CALL(FcConfigSubstitute)            \
+  CALL(FcDefaultSubstitute)           \
+  CALL(FcFontMatch)                   \
+  CALL(FcStrCmpIgnoreCase)
+
 struct FontLibraries {
-  decltype(&::FT_Init_FreeType) FT_Init_FreeType;
-  decltype(&::FT_New_Face) FT_New_Face;
-  decltype(&::FT_Request_Size) FT_Request_Size;
-  decltype(&::FT_Set_Transform) FT_Set_Transform;
-  decltype(&::FT_Get_Char_Index) FT_Get_Char_Index;
-  decltype(&::FT_Load_Glyph) FT_Load_Glyph;
-  decltype(&::FT_Render_Glyph) FT_Render_Glyph;
-  decltype(&::FT_GlyphSlot_Embolden) FT_GlyphSlot_Embolden;
-  decltype(&::FcInit) FcInit;
-  decltype(&::FcPatternCreate) FcPatternCreate;
-  decltype(&::FcPatternDestroy) FcPatternDestroy;
-  decltype(&::FcPatternAddString) FcPatternAddString;
-  decltype(&::FcPatternAddInteger) FcPatternAddInteger;
-  decltype(&::FcPatternAddBool) FcPatternAddBool;
-  decltype(&::FcPatternGetString) FcPatternGetString;
-  decltype(&::FcPatternGetInteger) FcPatternGetInteger;
-  decltype(&::FcPatternGetBool) FcPatternGetBool;
-  decltype(&::FcPatternGetMatrix) FcPatternGetMatrix;
-  decltype(&::FcWeightFromOpenType) FcWeightFromOpenType;
-  decltype(&::FcConfigSubstitute) FcConfigSubstitute;
-  decltype(&::FcDefaultSubstitute) FcDefaultSubstitute;
-  decltype(&::FcFontMatch) FcFontMatch;
-  decltype(&::FcStrCmpIgnoreCase) FcStrCmpIgnoreCase;
+#define VNCORE_POINTER(name) decltype(&::name) name;
+  VNCORE_FREETYPE_CALLS(VNCORE_POINTER)
+  VNCORE_FONTCONFIG_CALLS(VNCORE_POINTER)
+#undef VNCORE_POINTER
 
   FT_Library freeType;  // started, as fontconfig is
 };
