@@ -19,7 +19,7 @@ struct Glyph {
   std::vector<uint8_t> coverage;  // width * height: 0 for none of the pixel, 255 for all of it
 };
 
-// A face at one size. Lives as long as the process.
+// A face at one size.
 class Face {
  public:
   virtual ~Face() = default;
@@ -33,7 +33,8 @@ class Face {
   virtual const Glyph* Find(char32_t letter, bool smooth) = 0;
 };
 
-// The face that answers a font best, null where there is none. Throws when memory fails.
+// The face that answers a font best, null where there is none. It and its letters live until the
+// next call. Throws when memory fails.
 Face* FindFace(const FontTraits& font);
 
 }  // namespace headless

@@ -11,6 +11,7 @@ namespace headless {
 namespace {
 
 using Pattern = std::unique_ptr<FcPattern, decltype(&::FcPatternDestroy)>;
+using OpenFace = std::unique_ptr<FT_FaceRec, decltype(&::FT_Done_Face)>;
 
 // Lengths of FreeType are in 64ths of a pixel, its factors in 65536ths.
 constexpr int32_t Pixels(FT_Pos length) { return static_cast<int32_t>((length + 32) >> 6); }
@@ -80,27 +81,34 @@ void CopyBitmap(const FT_Bitmap& from, Glyph& glyph) {
 
 class FreeTypeFace : public Face {
  public:
-  FreeTypeFace(const FontLibraries& fonts, const FontFile& file, FT_Face face)
-      : fonts_(fonts), face_(face), embolden_(file.embolden) {
+  FreeTypeFace(const FontLibraries& fonts, const FontFile& file, OpenFace face)
+      : fonts_(fonts), face_(std::move(face)), embolden_(file.embolden) {
     name = file.name;
-    ascent = Pixels(face->size->metrics.ascender);
-    descent = Pixels(-face->size->metrics.descender);
+    ascent = Pixels(face_->size->metrics.ascender);
+    descent = Pixels(-face_->size->metrics.descender);
     FT_Matrix slant = file.slant.value_or(FT_Matrix{});
-    if (file.slant) fonts.FT_Set_Transform(face, &slant, nullptr);
+    if (file.slant) fonts.FT_Set_Transform(face_.get(), &slant, nullptr);
   }
 
   const Glyph* Find(char32_t letter, bool smooth) override {
     const auto key = std::pair(letter, smooth);
     if (const auto known = glyphs_.find(key); known != glyphs_.end()) return &known->second;
     auto glyph = Draw(letter, smooth);
-    return glyph ? &glyphs_.emplace(key, std::move(*glyph)).first->second : nullptr;
+    if (!glyph) return nullptr;
+    const Glyph* const kept = &glyphs_.emplace(key, std::move(*glyph)).first->second;
+    bytes_ += sizeof *kept + kept->coverage.size();
+    return kept;
   }
+
+  // Memory that the letters found so far take.
+  size_t bytes() const { return bytes_; }
 
  private:
   std::optional<Glyph> Draw(char32_t letter, bool smooth) {
-    const FT_UInt index = fonts_.FT_Get_Char_Index(face_, letter);
+    const FT_UInt index = fonts_.FT_Get_Char_Index(face_.get(), letter);
     const FT_Int32 target = smooth ? FT_LOAD_TARGET_LIGHT : FT_LOAD_TARGET_MONO;
-    if (fonts_.FT_Load_Glyph(face_, index, FT_LOAD_NO_BITMAP | target) != 0) return std::nullopt;
+    if (fonts_.FT_Load_Glyph(face_.get(), index, FT_LOAD_NO_BITMAP | target) != 0)
+      return std::nullopt;
     const FT_GlyphSlot slot = face_->glyph;
     if (embolden_) fonts_.FT_GlyphSlot_Embolden(slot);
     if (fonts_.FT_Render_Glyph(slot, smooth ? FT_RENDER_MODE_NORMAL : FT_RENDER_MODE_MONO) != 0)
@@ -114,25 +122,27 @@ class FreeTypeFace : public Face {
   }
 
   const FontLibraries& fonts_;
-  const FT_Face face_;
+  const OpenFace face_;
   const bool embolden_;
   std::map<std::pair<char32_t, bool>, Glyph> glyphs_;
+  size_t bytes_ = 0;
 };
 
-std::unique_ptr<Face> OpenFace(const FontTraits& traits) {
+std::unique_ptr<FreeTypeFace> MakeFace(const FontTraits& traits) {
   constexpr int32_t kUsualHeight = 16;
   const FontLibraries* const fonts = LoadedFontLibraries();
   if (!fonts) return nullptr;
   const auto file = FindFile(*fonts, traits);
-  FT_Face face = nullptr;
-  if (!file || fonts->FT_New_Face(fonts->freeType, file->path.c_str(), file->index, &face) != 0)
+  FT_Face opened = nullptr;
+  if (!file || fonts->FT_New_Face(fonts->freeType, file->path.c_str(), file->index, &opened) != 0)
     return nullptr;
+  OpenFace face(opened, fonts->FT_Done_Face);
   const int32_t height = traits.height ? traits.height : kUsualHeight;
   FT_Size_RequestRec size{};
   size.type = height < 0 ? FT_SIZE_REQUEST_TYPE_NOMINAL : FT_SIZE_REQUEST_TYPE_CELL;
   size.height = std::abs(height) * 64;
-  if (fonts->FT_Request_Size(face, &size) != 0) return nullptr;
-  return std::make_unique<FreeTypeFace>(*fonts, *file, face);
+  if (fonts->FT_Request_Size(opened, &size) != 0) return nullptr;
+  return std::make_unique<FreeTypeFace>(*fonts, *file, std::move(face));
 }
 
 }  // namespace
@@ -140,15 +150,22 @@ std::unique_ptr<Face> OpenFace(const FontTraits& traits) {
 Face* FindFace(const FontTraits& font) {
   struct Known {
     FontTraits font;
-    std::unique_ptr<Face> face;
+    std::unique_ptr<FreeTypeFace> face;
   };
-  // Texts of a program have few fonts, and a lookup takes longer than a line of text.
+  // Texts of a program have few fonts, and a lookup takes longer than a line of text. A program that
+  // goes through sizes and faces without end must not keep them all.
+  constexpr size_t kMostFaces = 32, kMostBytes = size_t{32} << 20;
   static auto* known = new std::vector<Known>;
+  size_t bytes = 0;
+  for (const Known& each : *known)
+    bytes += each.face->bytes();
+  if (bytes > kMostBytes) known->clear();
   for (const Known& each : *known) {
     if (each.font == font) return each.face.get();
   }
-  auto face = OpenFace(font);
+  auto face = MakeFace(font);
   if (!face) return nullptr;
+  if (known->size() == kMostFaces) known->clear();
   known->push_back({font, std::move(face)});
   return known->back().face.get();
 }

@@ -15,6 +15,7 @@ namespace headless {
 #define VNCORE_FREETYPE_CALLS(CALL) \
   CALL(FT_Init_FreeType)            \
   CALL(FT_New_Face)                 \
+  CALL(FT_Done_Face)                \
   CALL(FT_Request_Size)             \
   CALL(FT_Set_Transform)            \
   CALL(FT_Get_Char_Index)           \
