@@ -299,6 +299,33 @@ HEADLESS_TEST(PlatformGdi, ASurfaceOfOtherFieldsTakesEveryPixel) {
   DeleteDC(context);
 }
 
+// Lines and polygons of one slope look the same however far away they begin.
+HEADLESS_TEST(PlatformGdi, FiguresComeFromAfar) {
+  constexpr LONG kFar = (1 << 27) - 50;
+  for (const int width : {0, 1, 2, 9}) {
+    std::vector<uint8_t> seen[2];
+    for (const LONG reach : {LONG{100}, kFar}) {
+      void* bits = nullptr;
+      const HDC context = CreateCompatibleDC(nullptr);
+      const OwnedObject<HBITMAP> section(
+          CreateDIBSection(context, DibOf(64, 40, 24).get(), DIB_RGB_COLORS, &bits, nullptr, 0));
+      const OwnedObject<HPEN> pen(CreatePen(width ? PS_SOLID : PS_NULL, width, 0x332211));
+      const HGDIOBJ before = SelectObject(context, section.get());
+      SelectObject(context, pen.get());
+      const POINT shape[] = {
+          {-reach, -reach}, {reach, reach}, {reach + 17, reach}, {17 - reach, -reach}};
+      EXPECT_TRUE(Polygon(context, shape, 4));
+      const POINT line[] = {{-reach, 30 + reach}, {reach, 30 - reach}};
+      EXPECT_TRUE(Polyline(context, line, 2));
+      SelectObject(context, before);
+      DeleteDC(context);
+      const auto* const first = static_cast<const uint8_t*>(bits);
+      seen[reach == kFar].assign(first, first + 64 * 40 * 3);
+    }
+    EXPECT_EQ(seen[0], seen[1]) << width;
+  }
+}
+
 TEST(PlatformGdi, GetPixelEndsWithTheSurface) {
   const HDC memory = CreateCompatibleDC(nullptr);
   for (const LONG height : {3L, -3L}) {

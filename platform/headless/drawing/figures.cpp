@@ -71,7 +71,9 @@ BOOL Polygon(HDC context, const POINT* points, int count) {
     const auto corners = static_cast<size_t>(count);
     const Draughtsman draughtsman(found);
     RegionSet interior;
-    if (draughtsman.fills()) interior = PolygonSet(points, corners, found->state.fillRule);
+    const RECT& seen = draughtsman.bounds();
+    if (draughtsman.fills())
+      interior = PolygonSet(points, corners, found->state.fillRule, seen.top, seen.bottom);
     return BOOL{draughtsman.Figure(std::move(interior), points, corners)};
   });
 }

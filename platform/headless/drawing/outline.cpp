@@ -57,6 +57,7 @@ Draughtsman::Draughtsman(const Context* context)
   pen_ = Find<Pen>(context->state.pen);
   brush_ = Find<Brush>(context->state.brush);
   operation_ = BinaryOp(context->state.operation);
+  bounds_ = VisibleBounds(*context);
 }
 
 bool Draughtsman::Reaches(const RECT& box) const {
@@ -68,8 +69,7 @@ bool Draughtsman::Line(const POINT* points, size_t count) const {
   if (!context_ || !WithinReach(points, count)) return false;
   if (penWidth() == 1) ThinLine(points, count, false);
   if (penWidth() > 1)
-    PaintSet(*context_, WideLine(points, count, false, penWidth(), VisibleBounds(*context_)),
-             pen_->ink, operation_);
+    PaintSet(*context_, WideLine(points, count, false, penWidth(), bounds_), pen_->ink, operation_);
   return true;
 }
 
@@ -80,7 +80,7 @@ bool Draughtsman::Figure(RegionSet interior, const POINT* outline, size_t count)
     if (penWidth() == 1) ThinLine(outline, count, true);
     return true;
   }
-  const RegionSet covered = WideLine(outline, count, true, penWidth(), VisibleBounds(*context_));
+  const RegionSet covered = WideLine(outline, count, true, penWidth(), bounds_);
   if (fills()) {
     CombineSets(interior, interior, covered, RGN_DIFF);
     PaintSet(*context_, interior, *brush_, operation_);
@@ -91,11 +91,10 @@ bool Draughtsman::Figure(RegionSet interior, const POINT* outline, size_t count)
 
 void Draughtsman::ThinLine(const POINT* points, size_t count, bool closed) const {
   constexpr size_t kMany = 4096;  // runs that are kept before they are painted
-  const RECT bounds = VisibleBounds(*context_);
   RectList runs;
   const size_t lines = closed ? count : count - 1;
   for (size_t i = 0; i < lines; ++i) {
-    AppendThinLine(runs, points[i], points[i + 1 < count ? i + 1 : 0], bounds);
+    AppendThinLine(runs, points[i], points[i + 1 < count ? i + 1 : 0], bounds_);
     if (runs.size() < kMany) continue;
     PaintRects(*context_, runs, pen_->ink, operation_);
     runs.Clear();

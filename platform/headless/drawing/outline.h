@@ -29,6 +29,8 @@ class Draughtsman {
   // Whether there is something to draw on, and the box is not too far away.
   bool Reaches(const RECT& box) const;
   int32_t penWidth() const { return pen_ ? pen_->width : 0; }
+  // What can be seen of the drawing.
+  const RECT& bounds() const { return bounds_; }
 
   // The pen along some points, without the last pixel of the last line.
   bool Line(const POINT* points, size_t count) const;
@@ -43,6 +45,7 @@ class Draughtsman {
   const Pen* pen_ = nullptr;
   const Brush* brush_ = nullptr;
   RasterOp operation_{0};
+  RECT bounds_{0, 0, 0, 0};
 };
 
 }  // namespace headless

@@ -11,8 +11,9 @@ namespace {
 
 int32_t Rounded(double length) { return static_cast<int32_t>(std::lround(length)); }
 
-// A straight stretch without its ends. Of an even width the odd pixel lies to the left and above.
-RegionSet Bar(POINT from, POINT to, int32_t width) {
+// A straight stretch without its ends, in the rows of the bounds at least. Of an even width the odd
+// pixel lies to the left and above.
+RegionSet Bar(POINT from, POINT to, int32_t width, const RECT& bounds) {
   const int32_t dx = to.x - from.x, dy = to.y - from.y, before = width / 2;
   if (dy == 0) {
     return RegionSet::FromRect(std::min(from.x, to.x), from.y - before, std::max(from.x, to.x),
@@ -36,7 +37,7 @@ RegionSet Bar(POINT from, POINT to, int32_t width) {
                            {from.x + other.x, from.y - other.y},
                            {to.x + other.x, to.y - other.y},
                            {to.x - one.x, to.y + one.y}};
-  return PolygonSet(corners, 4, ALTERNATE);
+  return PolygonSet(corners, 4, ALTERNATE, bounds.top, bounds.bottom);
 }
 
 // What lies in the bounds of a set of a rectangle for each band, moved to a place.
@@ -82,7 +83,7 @@ RegionSet WideLine(const POINT* points, size_t count, bool closed, int32_t width
     if (!seen(from, to)) return piece;
     piece = PartAt(nib, from, bounds);
     if (from.x == to.x && from.y == to.y) return piece;
-    RegionSet bar = Bar(from, to, width);
+    RegionSet bar = Bar(from, to, width, bounds);
     CombineSets(bar, bar, within, RGN_AND);
     CombineSets(piece, piece, bar, RGN_OR);
     return piece;

@@ -143,6 +143,22 @@ struct Edge {
     remainder = across - step * divisor;
     accumulated = 0;
   }
+  // Leaves out the rows above `first` and those from `end` on. False when none is left.
+  bool Cut(int32_t first, int32_t end) {
+    bottom = std::min(bottom, end);
+    if (bottom <= first) return false;
+    if (top < first) {
+      // Both factors are below the divisor, which is below 2^32.
+      const int64_t rows = int64_t{first} - top;
+      const auto whole = static_cast<uint64_t>(divisor);
+      const uint64_t over = static_cast<uint64_t>(rows) * static_cast<uint64_t>(remainder);
+      const uint64_t columns = over / whole + (over % whole != 0);
+      x += step * rows + static_cast<int64_t>(columns);
+      accumulated = static_cast<int64_t>(over - columns * whole);
+      top = first;
+    }
+    return top < bottom;
+  }
   void Down() {
     x += step;
     accumulated += remainder;
@@ -154,12 +170,14 @@ struct Edge {
   }
 };
 
-std::vector<Edge> EdgesOf(const POINT* points, size_t count) {
+std::vector<Edge> EdgesOf(const POINT* points, size_t count, int32_t firstRow, int32_t endRow) {
   std::vector<Edge> edges;
   edges.reserve(count);
   for (size_t i = 0; i < count; ++i) {
     const POINT from = points[i == 0 ? count - 1 : i - 1], to = points[i];
-    if (from.y != to.y) edges.emplace_back(from, to);
+    if (from.y == to.y) continue;
+    edges.emplace_back(from, to);
+    if (!edges.back().Cut(firstRow, endRow)) edges.pop_back();
   }
   std::stable_sort(edges.begin(), edges.end(), [](const Edge& a, const Edge& b) {
     return a.top != b.top ? a.top < b.top : a.x < b.x;
@@ -237,8 +255,9 @@ void Down(std::vector<Edge*>& active) {
 
 }  // namespace
 
-RegionSet PolygonSet(const POINT* points, size_t count, int fillRule) {
-  std::vector<Edge> edges = EdgesOf(points, count);
+RegionSet PolygonSet(const POINT* points, size_t count, int fillRule, int32_t firstRow,
+                     int32_t endRow) {
+  std::vector<Edge> edges = EdgesOf(points, count, firstRow, endRow);
   RectList rects;
   if (edges.empty()) return RegionSet();
   int32_t bottom = edges[0].bottom;

@@ -17,8 +17,10 @@ RegionSet RoundRectSet(int32_t left, int32_t top, int32_t right, int32_t bottom,
 std::vector<POINT> EllipseOutline(const RECT& box);
 
 // A pixel is covered when its upper left point is inside, where edges themselves are inside on the
-// left and the top only. `fillRule` is ALTERNATE or WINDING.
-RegionSet PolygonSet(const POINT* points, size_t count, int fillRule);
+// left and the top only. `fillRule` is ALTERNATE or WINDING. Rows above `firstRow` and from `endRow`
+// on are left out, and cost nothing. Throws when memory fails, or for more rows than 2^22.
+RegionSet PolygonSet(const POINT* points, size_t count, int fillRule, int32_t firstRow = INT32_MIN,
+                     int32_t endRow = INT32_MAX);
 
 }  // namespace headless
 
