@@ -1,7 +1,6 @@
 // Contexts: making, selection, saved states, colours.
 #include "platform/headless/devices/context.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/headless/objects/font.h"
@@ -51,10 +50,9 @@ Surface* Context::Target() const {
 bool Context::Shows(int x, int y) const {
   const Surface* target = Target();
   if (!target || x < 0 || y < 0 || x >= target->width || y >= target->height) return false;
-  const ClipRects* clip = state.clip.get();
-  return !clip || std::any_of(clip->begin(), clip->end(), [&](const RECT& r) {
-    return x >= r.left && x < r.right && y >= r.top && y < r.bottom;
-  });
+  bool shows = false;
+  ForEachSeen(state.clip.get(), {x, y, x + 1, y + 1}, [&](const RECT&) { shows = true; });
+  return shows;
 }
 
 // A bitmap is in one context at a time; the default one can be in all.

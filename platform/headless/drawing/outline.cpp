@@ -12,15 +12,14 @@ namespace {
 // What can be seen of the context's drawing.
 RECT VisibleBounds(const Context& context) {
   const Surface& target = *context.Target();
-  RECT bounds = {0, 0, target.width, target.height};
+  const RECT bounds = {0, 0, target.width, target.height};
   const ClipRects* clip = context.state.clip.get();
   if (!clip) return bounds;
   if (clip->empty()) return {0, 0, 0, 0};
   RECT box = clip->front();
   for (const RECT& rect : *clip)
     box = {std::min(box.left, rect.left), box.top, std::max(box.right, rect.right), rect.bottom};
-  return {std::max(bounds.left, box.left), std::max(bounds.top, box.top),
-          std::min(bounds.right, box.right), std::min(bounds.bottom, box.bottom)};
+  return Common(bounds, box);
 }
 
 }  // namespace

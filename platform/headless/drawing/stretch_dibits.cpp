@@ -95,7 +95,6 @@ int DrawPixels(const Headless_StretchCall& call, const DibFormat& format, const 
   }
   // The source is only read.
   const Surface source = DibSurface(format, const_cast<uint8_t*>(rowsGiven));
-  const MonochromeColors monochrome = {RgbOf(context.state.text), RgbOf(context.state.background)};
   if (!Meets(call.srcX, call.srcWidth, format.width) ||
       !Meets(call.srcY, call.srcHeight, format.height)) {
     return 0;
@@ -124,7 +123,7 @@ int DrawPixels(const Headless_StretchCall& call, const DibFormat& format, const 
   }
   const RasterOp operation(call.rasterOp);
   const Brush* brush = operation.NeedsPattern() ? Find<Brush>(context.state.brush) : nullptr;
-  Blit({&target, clip, columns, rows, &source, &map, brush, monochrome, operation});
+  Blit({&target, clip, columns, rows, &source, &map, brush, context.Monochrome(), operation});
   return copies || !format.topDown ? format.height : -format.height;
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/headless/regions/region_shapes.h"
+#include "platform/headless/surfaces/clip.h"
 
 namespace headless {
 namespace {
@@ -47,9 +48,8 @@ RegionSet PartAt(const RegionSet& set, POINT place, const RECT& bounds) {
       std::partition_point(set.rects().begin(), set.rects().end(),
                            [&](const RECT& rect) { return rect.bottom + place.y <= bounds.top; });
   for (; at != set.rects().end() && at->top + place.y < bounds.bottom; ++at) {
-    const RECT seen = {
-        std::max(at->left + place.x, bounds.left), std::max(at->top + place.y, bounds.top),
-        std::min(at->right + place.x, bounds.right), std::min(at->bottom + place.y, bounds.bottom)};
+    const RECT seen = Common(
+        {at->left + place.x, at->top + place.y, at->right + place.x, at->bottom + place.y}, bounds);
     if (seen.left < seen.right) part.Append(seen);
   }
   return RegionSet::FromBands(std::move(part), false);

@@ -285,24 +285,8 @@ void BlitParts(const BlitJob& job, const RECT* parts, size_t count) {
   Painter painter(job);
   const RECT area = {job.columns.first, job.rows.first, job.columns.first + job.columns.count,
                      job.rows.first + job.rows.count};
-  const auto paint = [&](const RECT& part, const RECT& within) {
-    const RECT r = {std::max(within.left, part.left), std::max(within.top, part.top),
-                    std::min(within.right, part.right), std::min(within.bottom, part.bottom)};
-    if (r.left < r.right && r.top < r.bottom) painter.Paint(r);
-  };
-  for (; count > 0; --count, ++parts) {
-    const RECT part = {std::max(area.left, parts->left), std::max(area.top, parts->top),
-                       std::min(area.right, parts->right), std::min(area.bottom, parts->bottom)};
-    if (!job.clip) {
-      paint(part, area);
-      continue;
-    }
-    // Bands lie one below the other, so bottoms rise as tops do.
-    auto rect = std::partition_point(job.clip->begin(), job.clip->end(),
-                                     [&](const RECT& r) { return r.bottom <= part.top; });
-    for (; rect != job.clip->end() && rect->top < part.bottom; ++rect)
-      paint(part, *rect);
-  }
+  for (; count > 0; --count, ++parts)
+    ForEachSeen(job.clip, Common(area, *parts), [&](const RECT& r) { painter.Paint(r); });
 }
 
 }  // namespace headless

@@ -36,20 +36,13 @@ void MixRow(const PixelLayout& layout, uint8_t* row, int32_t x, int32_t count,
 void LayOn(const Surface& target, const ClipRects* clip, const Coverage& coverage, uint32_t rgb) {
   const RECT& area = coverage.area;
   const RECT whole = {0, 0, target.width, target.height};
-  const auto mix = [&](const RECT& within) {
-    const int32_t left = std::max({area.left, within.left, whole.left});
-    const int32_t right = std::min({area.right, within.right, whole.right});
-    const int32_t top = std::max({area.top, within.top, whole.top});
-    const int32_t bottom = std::min({area.bottom, within.bottom, whole.bottom});
-    for (int32_t y = top; y < bottom && left < right; ++y) {
+  ForEachSeen(clip, Common(area, whole), [&](const RECT& r) {
+    for (int32_t y = r.top; y < r.bottom; ++y) {
       const auto at = static_cast<ptrdiff_t>(y - area.top) * (area.right - area.left);
-      MixRow(target.layout, target.Row(y), left, right - left,
-             coverage.values + at + (left - area.left), rgb);
+      MixRow(target.layout, target.Row(y), r.left, r.right - r.left,
+             coverage.values + at + (r.left - area.left), rgb);
     }
-  };
-  if (!clip) return mix(whole);
-  for (const RECT& rect : *clip)
-    mix(rect);
+  });
 }
 
 }  // namespace headless
