@@ -107,7 +107,9 @@ HGDIOBJ AddObject(std::unique_ptr<Object> object) {
 }
 
 HGDIOBJ AddStockObject(std::unique_ptr<Object> object) {
-  return ObjectTable::Get().Add(std::move(object), true);
+  const HGDIOBJ handle = ObjectTable::Get().Add(std::move(object), true);
+  if (!handle) throw std::bad_alloc();
+  return handle;
 }
 
 Object* FindObject(HGDIOBJ handle) { return ObjectTable::Get().Find(handle); }

@@ -50,7 +50,8 @@ class Object {
 // Enters an object and gives its handle. Null when memory fails or a failure was asked for
 // (HEADLESS_OBJECT); the object is gone then.
 HGDIOBJ AddObject(std::unique_ptr<Object> object);
-// The same for an object that lives with the process. Never fails by request.
+// The same for an object that lives with the process. Never fails by request; throws when memory
+// fails.
 HGDIOBJ AddStockObject(std::unique_ptr<Object> object);
 
 // Null for a handle that is dead, foreign or of another type.
