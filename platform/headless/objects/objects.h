@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <stdexcept>
 #include <typeinfo>
 #include <utility>
 #include <vector>
@@ -82,13 +83,16 @@ void CountLiveObjects(uint32_t* objects, uint32_t* contexts);
 // because calls are made of calls.
 std::recursive_mutex& GdiMutex();
 
-// Runs the body of a platform call under the lock. Exhausted memory is the call's failure.
+// Runs the body of a platform call under the lock. Exhausted memory is the call's failure, as are
+// more elements than a 32-bit process has bytes for.
 template <class Result, class Body>
 Result Enter(Result failure, Body body) {
   const std::lock_guard lock(GdiMutex());
   try {
     return body();
   } catch (const std::bad_alloc&) {
+    return failure;
+  } catch (const std::length_error&) {
     return failure;
   }
 }
