@@ -35,13 +35,6 @@ std::vector<std::string> ResultsOf(const Batch& batch, const FileForm& form,
   return results;
 }
 
-void MakeFolder(const std::string& path) {
-  std::error_code error;
-  fs::create_directories(path, error);
-  if (fs::is_directory(path)) return;
-  throw Failure("cannot write " + path + ": " + (error ? error.message() : "not a folder"));
-}
-
 // A line that is written over, on terminals, also by what a picture's own process has to tell.
 class StatusLine {
  public:
@@ -82,8 +75,8 @@ void Batch::AddTo(CLI::App* command) {
 
 void ConvertBatch(const Conversion& conversion, const Batch& batch,
                   const std::vector<std::string>& in) {
-  MakeFolder(batch.into);
   const std::vector<std::string> results = ResultsOf(batch, conversion.write.form, in);
+  MakeFolder(batch.into);
   std::vector<Piece> pieces;
   {
     const StatusLine line(in.size());

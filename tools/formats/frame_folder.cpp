@@ -6,7 +6,6 @@
 #include "tools/formats/frame_sink.h"
 #include "tools/formats/gif_animation.h"
 #include "tools/formats/surface_picture.h"
-#include "tools/terminal/failure.h"
 
 namespace vn::tool {
 namespace {
@@ -15,37 +14,27 @@ class FrameFolder final : public FrameSink {
  public:
   FrameFolder(const std::string& path, int32_t frames)
       : folder_(path), digits_(std::max<size_t>(3, std::to_string(frames).size())) {
-    std::error_code error;
-    std::filesystem::create_directories(folder_, error);
-    if (!std::filesystem::is_directory(folder_)) {
-      throw Failure("cannot write " + path + ": " +
-                    (error ? error.message() : std::string("not a folder")));
-    }
-  }
-  ~FrameFolder() override {
-    if (finished_) return;
-    std::error_code ignored;
-    for (const auto& name : names_)
-      std::filesystem::remove(name, ignored);
+    MakeFolder(path);
   }
 
   void Add(const Headless_Surface& surface) override {
-    std::string number = std::to_string(names_.size() + 1);
+    std::string number = std::to_string(complete_.size() + 1);
     number.insert(0, digits_ - std::min(digits_, number.size()), '0');
     const std::string name = folder_ / ("frame-" + number + ".png");
-    const auto sink = CreatePicture(OpenPictureFile(name), SurfaceInfo(surface));
+    const auto sink = CreatePicture(OpenPictureFile(name, {}, &complete_), SurfaceInfo(surface));
     WriteSurface(surface, *sink);
     sink->Finish();
-    names_.push_back(name);
   }
 
-  void Finish() override { finished_ = true; }
+  void Finish() override {
+    for (HiddenFile& frame : complete_)
+      frame.Appear();
+  }
 
  private:
-  std::filesystem::path folder_;
-  size_t digits_;
-  std::vector<std::string> names_;
-  bool finished_ = false;
+  const std::filesystem::path folder_;
+  const size_t digits_;
+  std::vector<HiddenFile> complete_;
 };
 
 }  // namespace

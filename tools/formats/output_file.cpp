@@ -36,7 +36,19 @@ std::filesystem::path BehindLinks(std::filesystem::path path) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path, bool seeks) : path_(path) {
+HiddenFile::~HiddenFile() {
+  if (!temporary_.empty()) unlink(temporary_.c_str());
+}
+
+void HiddenFile::Appear() {
+  if (temporary_.empty()) return;
+  if (std::rename(temporary_.c_str(), target_.c_str()) != 0)
+    throw Failure("cannot write " + target_ + ": " + std::strerror(errno));
+  temporary_.clear();
+}
+
+OutputFile::OutputFile(const std::string& path, bool seeks, std::vector<HiddenFile>* waiting)
+    : path_(path), waiting_(waiting) {
   if (path == "-") {
     OpenStandardOutput(seeks);
     return;
@@ -44,15 +56,15 @@ OutputFile::OutputFile(const std::string& path, bool seeks) : path_(path) {
   struct stat status;
   const bool exists = stat(path.c_str(), &status) == 0;
   if (!exists && errno != ENOENT) Fail(errno);  // a circle of links ends here
-  target_ = BehindLinks(path).string();
+  const std::string target = BehindLinks(path).string();
   if (!exists) {
-    OpenTemporary(UsualMode());
+    OpenTemporary(target, UsualMode());
   } else if (S_ISDIR(status.st_mode)) {
     Fail(EISDIR);
   } else if (S_ISREG(status.st_mode)) {
     if (access(path.c_str(), W_OK) != 0) Fail(errno);
     // Who may do what, but never as whom: that was granted to the old contents.
-    OpenTemporary(status.st_mode & 0777);
+    OpenTemporary(target, status.st_mode & 0777);
   } else {
     file_ = std::fopen(path.c_str(), "wb");
     if (!file_) Fail(errno);
@@ -61,7 +73,6 @@ OutputFile::OutputFile(const std::string& path, bool seeks) : path_(path) {
 
 OutputFile::~OutputFile() {
   if (file_) std::fclose(file_);
-  if (!temporary_.empty()) unlink(temporary_.c_str());
 }
 
 void OutputFile::OpenStandardOutput(bool seeks) {
@@ -88,8 +99,8 @@ void OutputFile::CopyToStandardOutput() {
   if (std::ferror(file_) || std::fflush(stdout) != 0) Fail(errno);
 }
 
-void OutputFile::OpenTemporary(unsigned mode) {
-  const auto folder = std::filesystem::path(target_).parent_path();
+void OutputFile::OpenTemporary(const std::string& target, unsigned mode) {
+  const auto folder = std::filesystem::path(target).parent_path();
   std::string name = (folder / ".vncore-XXXXXX").string();
   const int descriptor = mkstemp(name.data());
   if (descriptor < 0) Fail(errno);
@@ -102,7 +113,7 @@ void OutputFile::OpenTemporary(unsigned mode) {
     unlink(name.c_str());
     Fail(error);
   }
-  temporary_ = std::move(name);
+  hidden_ = HiddenFile(std::move(name), target);
 }
 
 bool OutputFile::Write(const void* bytes, size_t count) noexcept {
@@ -132,13 +143,18 @@ void OutputFile::Commit() {
   errno = 0;
   if (copied_) CopyToStandardOutput();
   if (std::fclose(std::exchange(file_, nullptr)) != 0) Fail(errno);
-  if (temporary_.empty()) return;
-  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail(errno);
-  temporary_.clear();
+  waiting_ ? waiting_->push_back(std::move(hidden_)) : hidden_.Appear();
 }
 
 void OutputFile::Fail(int error) const {
   throw Failure("cannot write " + path_ + ": " + std::strerror(error));
+}
+
+void MakeFolder(const std::string& path) {
+  std::error_code error;
+  std::filesystem::create_directories(path, error);
+  if (std::filesystem::is_directory(path)) return;
+  throw Failure("cannot write " + path + ": " + (error ? error.message() : "not a folder"));
 }
 
 }  // namespace vn::tool

@@ -6,18 +6,47 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace vn::tool {
 
-// Bytes go to a temporary name in the same folder; Commit() renames it, which also replaces an
-// earlier file in one step. A destructor without Commit() removes it. What is no regular file (a
+// A file under a temporary name, or none. The destructor removes one that has not appeared.
+class HiddenFile {
+ public:
+  HiddenFile() = default;
+  HiddenFile(std::string temporary, std::string target)
+      : temporary_(std::move(temporary)), target_(std::move(target)) {}
+  HiddenFile(HiddenFile&& other) noexcept { Swap(other); }
+  HiddenFile& operator=(HiddenFile&& other) noexcept {
+    Swap(other);
+    return *this;
+  }
+  ~HiddenFile();
+
+  // Gives it its name, which also replaces an earlier file in one step. Throws Failure.
+  void Appear();
+
+ private:
+  void Swap(HiddenFile& other) noexcept {
+    temporary_.swap(other.temporary_);
+    target_.swap(other.target_);
+  }
+
+  std::string temporary_;  // empty: none, or it has appeared
+  std::string target_;
+};
+
+// Bytes go to a temporary name in the same folder, until Commit(): then the file appears, or joins the
+// `waiting` ones, complete. A destructor without Commit() removes it. What is no regular file (a
 // device, a pipe) is written directly.
 //
 // "-" is standard output, also written directly, unless whoever writes `seeks`: then the bytes wait in
 // a file without a name until Commit() copies them.
 class OutputFile {
  public:
-  explicit OutputFile(const std::string& path, bool seeks = false);
+  explicit OutputFile(const std::string& path, bool seeks = false,
+                      std::vector<HiddenFile>* waiting = nullptr);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
   ~OutputFile();
@@ -39,17 +68,20 @@ class OutputFile {
 
  private:
   void OpenStandardOutput(bool seeks);
-  void OpenTemporary(unsigned mode);
+  void OpenTemporary(const std::string& target, unsigned mode);
   void CopyToStandardOutput();
   [[noreturn]] void Fail(int error) const;
 
-  std::string path_;       // as the user wrote it, for messages
-  std::string target_;     // the name that appears in the end, links resolved
-  std::string temporary_;  // empty: none, or it became the target
+  std::string path_;   // as the user wrote it, for messages
+  HiddenFile hidden_;  // none: it is written directly
+  std::vector<HiddenFile>* waiting_;
   std::FILE* file_ = nullptr;
   bool copied_ = false;  // to standard output in the end
   int error_ = 0;
 };
+
+// Makes a folder, and those above it, where they are missing. Throws Failure.
+void MakeFolder(const std::string& path);
 
 }  // namespace vn::tool
 

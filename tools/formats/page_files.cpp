@@ -19,30 +19,33 @@ std::string Numbered(const std::string& path, int32_t page) {
 
 }  // namespace
 
-PageFiles::PageFiles(const std::string& path, const FileForm& form, int32_t pages) : pages_(pages) {
-  if (pages == 1 || HoldsPages(path, form)) {
-    files_.push_back(OpenPictureFile(path, form));
+PageFiles::PageFiles(const std::string& path, const FileForm& form, int32_t pages)
+    : path_(path), form_(form), pages_(pages), apart_(pages > 1 && !HoldsPages(path, form)) {
+  if (!apart_) {
+    file_ = OpenPictureFile(path, form);
     return;
   }
   if (path == "-") throw Failure("standard output: this format holds one page");
   for (int32_t page = 1; page <= pages; ++page)
-    files_.push_back(OpenPictureFile(Numbered(path, page), form));
+    OpenPictureFile(Numbered(path, page), form);
 }
 
 PictureSink& PageFiles::Begin(const PictureInfo& info) {
-  if (files_.size() == 1 && !pictures_.empty()) {
-    pictures_.front()->NextPage(info);
-    return *pictures_.front();
+  if (apart_) {
+    if (picture_) picture_->Finish();
+    picture_ = CreatePicture(OpenPictureFile(Numbered(path_, ++page_), form_, &complete_), info);
+  } else if (picture_) {
+    picture_->NextPage(info);
+  } else {
+    picture_ = CreatePicture(std::move(file_), info, pages_);
   }
-  const bool alone = files_.size() == 1;
-  PictureFile& file = files_.at(pictures_.size());
-  pictures_.push_back(CreatePicture(std::move(file), info, alone ? pages_ : 1));
-  return *pictures_.back();
+  return *picture_;
 }
 
 void PageFiles::Finish() {
-  for (const auto& picture : pictures_)
-    picture->Finish();
+  if (picture_) picture_->Finish();
+  for (HiddenFile& file : complete_)
+    file.Appear();
 }
 
 }  // namespace vn::tool

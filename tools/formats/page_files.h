@@ -11,10 +11,10 @@
 namespace vn::tool {
 
 // One file where its format holds several pages or there is one; otherwise NAME-1.png, NAME-2.png and
-// so on. All are opened at once, and appear together.
+// so on, which are written one after the other and appear together.
 class PageFiles {
  public:
-  // Throws Failure, as all here do.
+  // Throws Failure, as all here do, also for a name of a page that cannot be written.
   PageFiles(const std::string& path, const FileForm& form, int32_t pages);
 
   // Begins the next page, which has its rows before the next call.
@@ -23,9 +23,14 @@ class PageFiles {
   void Finish();
 
  private:
-  std::vector<PictureFile> files_;
-  std::vector<std::unique_ptr<PictureSink>> pictures_;
+  const std::string path_;
+  const FileForm form_;
   const int32_t pages_;
+  const bool apart_;  // a file each
+  PictureFile file_;  // of all pages, until they begin
+  int32_t page_ = 0;  // the present one
+  std::vector<HiddenFile> complete_;
+  std::unique_ptr<PictureSink> picture_;
 };
 
 }  // namespace vn::tool

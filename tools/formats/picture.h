@@ -108,8 +108,9 @@ struct PictureFile {
 };
 
 // Opens it before the work begins, so that a name that cannot be written fails at once; "-" is
-// standard output.
-PictureFile OpenPictureFile(const std::string& path, const FileForm& form = {});
+// standard output. Finished, it joins the `waiting` ones, if any.
+PictureFile OpenPictureFile(const std::string& path, const FileForm& form = {},
+                            std::vector<HiddenFile>* waiting = nullptr);
 // Whether a file of this name and format holds several pictures.
 bool HoldsPages(const std::string& path, const FileForm& form);
 // "png|bmp|...": what a form's format may be.

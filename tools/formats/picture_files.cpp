@@ -152,9 +152,11 @@ std::unique_ptr<PictureSource> OpenPicture(const std::string& path, const ReadOp
   throw Failure(path + ": not a " + Listed(known) + others);
 }
 
-PictureFile OpenPictureFile(const std::string& path, const FileForm& form) {
+PictureFile OpenPictureFile(const std::string& path, const FileForm& form,
+                            std::vector<HiddenFile>* waiting) {
   const Format& chosen = FormatFor(path, form.format);
-  PictureFile picture{std::make_unique<OutputFile>(path, chosen.seeks), &chosen, form.compression};
+  PictureFile picture{std::make_unique<OutputFile>(path, chosen.seeks, waiting), &chosen,
+                      form.compression};
   if (chosen.seeks && picture.file->Seek(0, SEEK_CUR) < 0) {
     throw Failure("cannot write " + path + ": " + chosen.name + " does not go to a pipe");
   }
