@@ -54,8 +54,7 @@ PdfPages::PdfPages(const std::string& path, std::optional<PdfSheet> sheet)
 
 void PdfPages::Add(const Headless_Page& page) {
   const PictureInfo info = SurfaceInfo(page.surface);
-  const std::unique_ptr<cairo_surface_t, CairoDeleter> image(
-      cairo_image_surface_create(CAIRO_FORMAT_RGB24, info.width, info.height));
+  const CairoSurface image(cairo_image_surface_create(CAIRO_FORMAT_RGB24, info.width, info.height));
   Check(cairo_surface_status(image.get()));
   ImageRows rows(image.get(), info);
   WriteSurface(page.surface, rows);
@@ -65,7 +64,7 @@ void PdfPages::Add(const Headless_Page& page) {
   const double width = info.width * points, height = info.height * points;
   const PdfSheet sheet = sheet_.value_or(PdfSheet{width, height, 0, 0, false});
   cairo_pdf_surface_set_size(document_.get(), sheet.width, sheet.height);
-  const std::unique_ptr<cairo_t, CairoDeleter> context(cairo_create(document_.get()));
+  const std::unique_ptr<cairo_t, Destroyer<&cairo_destroy>> context(cairo_create(document_.get()));
   cairo_translate(context.get(), sheet.left, sheet.top);
   if (sheet.onItsSide) {
     cairo_translate(context.get(), height, 0);

@@ -7,15 +7,13 @@
 #include <memory>
 #include <optional>
 
+#include "tools/formats/destroyer.h"
 #include "tools/formats/output_file.h"
 #include "tools/formats/page_sink.h"
 
 namespace vn::tool {
 
-struct CairoDeleter {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-  void operator()(cairo_t* context) const { cairo_destroy(context); }
-};
+using CairoSurface = std::unique_ptr<cairo_surface_t, Destroyer<&cairo_surface_destroy>>;
 
 inline constexpr double kPointsPerInch = 72;
 
@@ -39,7 +37,7 @@ class PdfPages : public PageSink {
 
   const std::optional<PdfSheet> sheet_;
   OutputFile file_;
-  std::unique_ptr<cairo_surface_t, CairoDeleter> document_;
+  CairoSurface document_;
 };
 
 }  // namespace vn::tool

@@ -7,23 +7,15 @@
 #include <libimagequant.h>
 
 #include <memory>
-#include <type_traits>
 
 #include "kernel/guards.h"
 #include "kernel/pixel_format.h"
+#include "tools/formats/destroyer.h"
 #include "tools/operations/save_bitmap.h"
 #include "tools/terminal/interrupt.h"
 
 namespace vn::tool {
 namespace {
-
-template <auto Destroy>
-struct Destroyer {
-  template <class Object>
-  void operator()(Object* object) const {
-    Destroy(object);
-  }
-};
 
 // Rows of a locked bitmap for the library, which may ask for each several times.
 class QuantRows {

@@ -6,18 +6,11 @@
 #include <memory>
 #include <string>
 
+#include "tools/formats/destroyer.h"
 #include "tools/operations/value_parsers.h"
 
 namespace vn::tool {
 
-// Owners of what SDL makes.
-template <auto Destroy>
-struct Destroyer {
-  template <class Object>
-  void operator()(Object* object) const {
-    Destroy(object);
-  }
-};
 using OwnedRenderer = std::unique_ptr<SDL_Renderer, Destroyer<&SDL_DestroyRenderer>>;
 using OwnedTexture = std::unique_ptr<SDL_Texture, Destroyer<&SDL_DestroyTexture>>;
 
