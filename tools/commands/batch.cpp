@@ -9,6 +9,7 @@
 
 #include "tools/terminal/failure.h"
 #include "tools/terminal/processes.h"
+#include "tools/terminal/program.h"
 
 namespace vn::tool {
 namespace {
@@ -51,9 +52,12 @@ class StatusLine {
   const bool terminal_;
 };
 
-void TellResult(const std::vector<Piece>& pieces) {
+void TellResult(const std::vector<std::string>& in, const std::vector<Piece>& pieces) {
+  for (size_t i = 0; i < in.size(); ++i) {
+    if (pieces[i] == Piece::kKilled) Complain("vncore", in[i] + ": its process was killed");
+  }
   const auto count = [&](Piece piece) { return std::count(pieces.begin(), pieces.end(), piece); };
-  const auto failed = count(Piece::kFailed), left = count(Piece::kNotBegun);
+  const auto failed = count(Piece::kFailed) + count(Piece::kKilled), left = count(Piece::kNotBegun);
   if (failed == 0) return;
   std::string text = std::to_string(failed);
   text += " of " + std::to_string(pieces.size()) + " pictures failed";
@@ -86,7 +90,7 @@ void ConvertBatch(const Conversion& conversion, const Batch& batch,
          [&](size_t piece) { ConvertPicture(conversion, in[piece], results[piece]); },
          [&](size_t done) { line.Tell(done); }});
   }
-  TellResult(pieces);
+  TellResult(in, pieces);
 }
 
 }  // namespace vn::tool

@@ -39,8 +39,7 @@ class Processes {
     if (process < 0) throw Failure(std::string("cannot start a process: ") + std::strerror(errno));
     if (process == 0) {
       ProgressBar::Hide();
-      const int status = RunProgram("vncore", [&] { work_.run(piece); });
-      _exit(status);
+      _exit(RunProgram("vncore", [&] { Run(piece); }));
     }
     running_[process] = piece;
   }
@@ -53,13 +52,25 @@ class Processes {
     if (process < 0) return running_.clear();  // somebody else has heard of them
     const auto found = running_.find(process);
     if (found == running_.end()) return;
-    const bool done = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    pieces_[found->second] = done ? Piece::kDone : Piece::kFailed;
+    const bool done = status == 0;
+    pieces_[found->second] = done                ? Piece::kDone
+                             : WIFEXITED(status) ? Piece::kFailed
+                                                 : Piece::kKilled;
     failed_ |= !done;
     running_.erase(found);
   }
 
  private:
+  void Run(size_t piece) const {
+    try {
+      work_.run(piece);
+    } catch (...) {
+      // Of a signal the program tells once, and not each of its processes.
+      if (const int signal = PendingSignal()) DieOf(signal);
+      throw;
+    }
+  }
+
   const Work& work_;
   std::vector<Piece> pieces_;
   std::map<pid_t, size_t> running_;
@@ -70,7 +81,7 @@ class Processes {
 
 std::vector<Piece> RunSideBySide(const Work& work) {
   Processes processes(work);
-  for (size_t next = 0, done = 0;;) {
+  for (size_t next = 0;;) {
     ThrowIfInterrupted();
     const bool goOn = next < work.pieces && (work.keepGoing || !processes.Failed());
     if (goOn && processes.Running() < static_cast<size_t>(work.atOnce)) {
@@ -79,8 +90,7 @@ std::vector<Piece> RunSideBySide(const Work& work) {
     }
     if (processes.Running() == 0) break;
     processes.Await();
-    done = next - processes.Running();
-    work.tell(done);
+    work.tell(next - processes.Running());
   }
   return processes.Pieces();
 }

@@ -18,7 +18,12 @@ struct Work {
   std::function<void(size_t done)> tell;
 };
 
-enum class Piece { kNotBegun, kDone, kFailed };
+enum class Piece {
+  kNotBegun,
+  kDone,
+  kFailed,  // it has told why
+  kKilled   // its process ended by a signal and told nothing
+};
 
 // Throws Interruption after a signal, which the processes then got as well and have heeded.
 std::vector<Piece> RunSideBySide(const Work& work);
