@@ -252,7 +252,10 @@ TEST_F(Convert, PagesAreTakenOrTold) {
     expectPage("out.tif", page, page);
     expectPage("out-" + std::to_string(page) + ".png", 0, page);
   }
-  ExpectRuns("print three.tif in.png --all-pages --paper A6 --dpi 30 -o pages.tif");
+  EXPECT_EQ(Run("print three.tif - --all-pages --paper A6 --dpi 30 -o pages.tif <pipe",
+                "mkfifo pipe; cat in.png >pipe & ")
+                .error,
+            "");
   EXPECT_NE(Run("info pages.tif").out.find("pages       4"), std::string::npos);
   ExpectFails("convert three.tif out.png --page 4");
   ExpectFails("convert three.tif - --format png --all-pages");

@@ -37,9 +37,11 @@ struct PrintOptions {
 struct Page {
   const std::string* in;
   int32_t number;
+  std::unique_ptr<PictureSource> picture;  // open already, or null
 };
 
-std::unique_ptr<PictureSource> OpenPage(const PrintOptions& options, const Page& page) {
+std::unique_ptr<PictureSource> OpenPage(const PrintOptions& options, Page& page) {
+  if (page.picture) return std::move(page.picture);
   ReadOptions read = options.read;
   if (!options.allPages) return OpenOnePicture(*page.in, read);
   read.page = page.number;
@@ -49,9 +51,11 @@ std::unique_ptr<PictureSource> OpenPage(const PrintOptions& options, const Page&
 std::vector<Page> PagesOf(const PrintOptions& options) {
   std::vector<Page> pages;
   for (const std::string& in : options.in) {
-    const int32_t count = options.allPages ? OpenPicture(in, options.read)->Info().facts.pages : 1;
+    auto first = options.allPages ? OpenPicture(in, options.read) : nullptr;
+    const int32_t count = first ? first->Info().facts.pages : 1;
+    if (in != "-") first.reset();  // a pipe brings its picture once
     for (int32_t page = 1; page <= count; ++page)
-      pages.push_back({&in, page});
+      pages.push_back({&in, page, std::move(first)});
   }
   return pages;
 }
@@ -116,11 +120,10 @@ Destination QueueOf(const PrintOptions& options, const PrintQueue& queue, std::s
   return {page, CreateQueuePages(queue, wish, job)};
 }
 
-void PrintPages(const PrintOptions& options, const std::vector<Page>& pages,
-                Destination destination) {
+void PrintPages(const PrintOptions& options, std::vector<Page> pages, Destination destination) {
   const int32_t dots = destination.paper.dotsPerInch;
   PrintJob job(destination.paper, std::move(destination.pages));
-  for (const Page& page : pages) {
+  for (Page& page : pages) {
     const auto picture = OpenPage(options, page);
     const ProgressBar bar("printing " + *page.in);
     Bitmap bitmap;
@@ -134,14 +137,15 @@ void PrintPages(const PrintOptions& options, const std::vector<Page>& pages,
 void Print(const PrintOptions& options) {
   if (options.list) return options.printer ? ListPapers(*options.printer) : ListPrinters();
   if (options.in.empty()) throw CLI::RequiredError("IN");
-  const std::vector<Page> pages = PagesOf(options);
+  std::vector<Page> pages = PagesOf(options);
   if (!options.printer) {
     if (options.out.empty()) throw CLI::RequiredError("--output or --printer");
-    return PrintPages(options, pages, FilesOf(options, pages.size()));
+    Destination files = FilesOf(options, pages.size());
+    return PrintPages(options, std::move(pages), std::move(files));
   }
   const auto queue = OpenQueue(*options.printer);
   std::string job;
-  PrintPages(options, pages, QueueOf(options, *queue, job));
+  PrintPages(options, std::move(pages), QueueOf(options, *queue, job));
   std::printf("%s\n", job.c_str());
 }
 
