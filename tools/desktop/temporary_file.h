@@ -7,9 +7,9 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
+#include "platform/headless/files/temp_names.h"
 #include "tools/terminal/failure.h"
 
 namespace vn::tool {
@@ -19,8 +19,7 @@ class TemporaryFile {
  public:
   // Its name is "vncore-", `subject`, letters of chance and `extension`. Throws Failure.
   TemporaryFile(const std::string& subject, const std::string& extension) {
-    path_ = (std::filesystem::temp_directory_path() / ("vncore-" + subject + "-XXXXXX" + extension))
-                .string();
+    path_ = headless::TempFolder() + "vncore-" + subject + "-XXXXXX" + extension;
     const int descriptor = mkstemps(path_.data(), static_cast<int>(extension.size()));
     if (descriptor < 0) throw Failure("cannot write " + path_ + ": " + std::strerror(errno));
     close(descriptor);
