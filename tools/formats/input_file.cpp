@@ -63,6 +63,14 @@ int64_t InputFile::Seek(int64_t offset, int whence) noexcept {
   return ftello(file_.get());
 }
 
+void InputFile::Rewind() {
+  if (Seek(0, SEEK_SET) == 0) return;
+  if (error_ == ESPIPE)
+    throw Failure(path_ +
+                  ": a file of its format is not read in its order, so it cannot be a pipe");
+  throw Failure("cannot read " + path_ + ": " + std::strerror(error_));
+}
+
 bool InputFile::SpoolStandardInput() noexcept {
   const int descriptor = headless::OpenUnlinkedTempFile();
   std::FILE* const copy = descriptor < 0 ? nullptr : fdopen(descriptor, "w+b");

@@ -30,6 +30,8 @@ class InputFile {
   // Moves the position as lseek does and returns it, or a negative value: a pipe cannot do this,
   // unless it is standard input of which nothing but the head was read.
   int64_t Seek(int64_t offset, int whence) noexcept;
+  // Goes to the start, for whoever reads here and there. Throws Failure.
+  void Rewind();
   // Whether the system, and not the file's end, stopped the last read or seek.
   bool HasError() const noexcept { return error_ != 0; }
   const char* ErrorText() const noexcept;

@@ -33,9 +33,7 @@ toff_t OnSize(thandle_t handle) {
 }  // namespace
 
 TiffInput::TiffInput(std::unique_ptr<InputFile> file, int32_t page) : file_(std::move(file)) {
-  if (file_->Seek(0, SEEK_SET) < 0) {
-    Fail("a TIFF file is not read in its order, so it cannot be a pipe");
-  }
+  file_->Rewind();
   // With the places of strips left for whoever wants rows: there may be many.
   tiff_ = OpenTiff(Path(), "rD", file_.get(), {&OnRead, &OnWrite, &OnSeek, &OnSize}, &error_);
   if (!tiff_) Fail();

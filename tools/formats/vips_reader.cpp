@@ -217,7 +217,7 @@ VipsOwned<VipsImage> OpenImage(const InputFile& file, const std::string& options
 std::unique_ptr<PictureSource> OpenByVips(std::unique_ptr<InputFile> file,
                                           const ReadOptions& options) {
   if (!VipsLibrary::Get()) return nullptr;
-  file->Seek(0, SEEK_SET);  // standard input is in a file then
+  file->Rewind();  // standard input is in a file then
   auto image = OpenImage(
       *file, options.page > 1 ? "page=" + std::to_string(options.page - 1) : std::string());
   if (!image) return nullptr;
