@@ -164,7 +164,9 @@ QueuePaper PrintQueue::UsualPaper() const {
 
 QueuePaper PrintQueue::PaperOf(double width, double height) const {
   cups_size_t size;
-  const auto hundredths = [](double side) { return static_cast<int>(side * kPerMillimetre); };
+  const auto hundredths = [](double side) {
+    return static_cast<int>(std::lround(side * kPerMillimetre));
+  };
   if (cupsGetDestMediaBySize(CUPS_HTTP_DEFAULT, state_->queue, state_->info, hundredths(width),
                              hundredths(height), CUPS_MEDIA_FLAGS_DEFAULT, &size)) {
     return PaperOfSize(size);
