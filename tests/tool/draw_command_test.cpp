@@ -48,8 +48,9 @@ TEST_F(Draw, SaysWhatItCannotDraw) {
   for (const char* options :
        {"--draw line:1,2,3", "--draw circle:1,2,3,4", "--draw rect:1,1,0,5",
         "--draw polygon:1,2,3,4", "--draw text:1,2,0,a", "--draw line:0,0,99999999,1",
-        "--pen 1,2 --draw line:1,2,3,4", "--pen red,0", "--brush blur",
-        "--low-memory --draw line:0,0,9,9", "--font 'No such face' --draw text:0,0,9,a"}) {
+        "--draw text:1,99999999,9,a", "--pen 1,2 --draw line:1,2,3,4", "--pen red,0",
+        "--brush blur", "--low-memory --draw line:0,0,9,9",
+        "--font 'No such face' --draw text:0,0,9,a"}) {
     ExpectFails(std::string("convert in.png out.png ") + options);
   }
   // A machine without fonts.

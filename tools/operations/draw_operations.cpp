@@ -145,6 +145,14 @@ struct Text : Shape {
   const std::string text;
 };
 
+// Whole numbers, each a coordinate or a size that can be drawn.
+std::optional<std::vector<int32_t>> ParsePlaces(const std::string& text) {
+  auto numbers = ParseNumberList(text);
+  const auto inRange = [](int32_t n) { return n >= -kMost && n <= kMost; };
+  if (numbers && !std::all_of(numbers->begin(), numbers->end(), inRange)) return std::nullopt;
+  return numbers;
+}
+
 std::shared_ptr<Shape> ParsePath(const std::vector<int32_t>& numbers, bool closed) {
   if (numbers.size() < (closed ? 6u : 4u) || numbers.size() % 2) return nullptr;
   std::vector<POINT> points;
@@ -166,7 +174,7 @@ std::shared_ptr<Shape> ParseText(const std::string& value) {
     end = value.find(',', i ? end + 1 : 0);
     if (end == value.npos) return nullptr;
   }
-  const auto numbers = ParseNumberList(value.substr(0, end));
+  const auto numbers = ParsePlaces(value.substr(0, end));
   if (!numbers || (*numbers)[2] < 1 || (*numbers)[2] > kTallest) return nullptr;
   return std::make_shared<Text>(POINT{(*numbers)[0], (*numbers)[1]}, (*numbers)[2],
                                 value.substr(end + 1));
@@ -177,9 +185,8 @@ std::shared_ptr<Shape> ParseShape(const std::string& value) {
   if (colon == value.npos) return nullptr;
   const std::string name = value.substr(0, colon), rest = value.substr(colon + 1);
   if (name == "text") return ParseText(rest);
-  const auto numbers = ParseNumberList(rest);
-  const auto inRange = [](int32_t n) { return n >= -kMost && n <= kMost; };
-  if (!numbers || !std::all_of(numbers->begin(), numbers->end(), inRange)) return nullptr;
+  const auto numbers = ParsePlaces(rest);
+  if (!numbers) return nullptr;
   if (name == "line" || name == "polygon") return ParsePath(*numbers, name == "polygon");
   if (name == "rect" || name == "ellipse") return ParseBox(*numbers, name == "ellipse");
   return nullptr;
