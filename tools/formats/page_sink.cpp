@@ -1,7 +1,5 @@
 #include "tools/formats/page_sink.h"
 
-#include <filesystem>
-
 #include "tools/formats/page_files.h"
 #include "tools/formats/surface_picture.h"
 #include "tools/terminal/failure.h"
@@ -31,9 +29,8 @@ class PicturePages : public PageSink {
 }  // namespace
 
 std::unique_ptr<PageSink> CreatePages(const std::string& path, int32_t pages) {
-  if (std::filesystem::path(path).extension() != ".pdf") {
+  if (!path.ends_with(".pdf") && !path.ends_with(".PDF"))
     return std::make_unique<PicturePages>(path, pages);
-  }
 #ifdef VNCORE_TOOL_PDF
   return std::make_unique<PdfPages>(path);
 #else
