@@ -48,6 +48,11 @@ TEST_F(Effect, FailuresLeaveNothing) {
   for (const std::string options : {"--effect 29", "--effect wipe", "--frames 1",
                                     "--from missing.png", "--device-bits 2", "--source 60,0,5,5"})
     ExpectFails("effect in.png states.gif " + options);
+  // Nor do they touch the states of an earlier run.
+  std::filesystem::create_directories(work_.File("states/frame-002.png"));
+  WriteFile(work_.File("states/frame-001.png"), "earlier");
+  ExpectFails("effect in.png states --frames 2");
+  EXPECT_EQ(ReadFile(work_.File("states/frame-001.png")), "earlier");
 #ifdef VNCORE_TOOL_GIF
   ExpectFails("effect in.png states.gif --device-bits 24");
   ExpectRuns("effect in.png states.gif --effect spiral-in --frames 7");
