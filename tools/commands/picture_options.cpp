@@ -9,7 +9,7 @@ void AddReadOptions(CLI::App* command, ReadOptions* read, const std::string& unc
   AddParsed(command, "--background", &read->background, &ParseColor, "COLOUR",
             "Under transparent pixels" + uncovered + ", white if not given");
   command->add_option("--page", read->page, "The page of a file of several, 1 if not given")
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Range(1, INT32_MAX, "POSITIVE"));
   command->add_flag("--srgb", read->srgb,
                     "Turn colours to sRGB out of the picture's colour profile");
   command->add_flag("--ignore-orientation", read->ignoreOrientation,
