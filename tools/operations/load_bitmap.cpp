@@ -15,26 +15,20 @@ void RequireMoved(int32_t moved, uint32_t wanted) {
   if (static_cast<uint32_t>(moved) != wanted) throw Failure(StatusText(ERR_FILE_WRITE));
 }
 
-void RequireStep(bool goOn) {
-  if (goOn) return;
-  ThrowIfInterrupted();
-  throw Failure("stopped");
-}
-
 void ReadRows(PictureSource& source, Bitmap& bitmap) {
   const BitmapLock lock(bitmap);
   const uint32_t stride = bitmap->BytesPerLine;
   std::vector<uint8_t> row(stride);
   const int64_t deliveries = source.Deliveries();
   Progress progress(static_cast<uint32_t>(deliveries));
-  RequireStep(progress.Begin());
+  RequireGoOn(progress.Begin());
   for (int64_t i = 0; i < deliveries; ++i) {
     ThrowIfInterrupted();
     const auto at = static_cast<uint32_t>(StorageRow(*bitmap.get(), source.NextLine()));
     if (source.Merges()) RequireMoved(Vn_GetBitmapRow(bitmap, row.data(), at, stride), stride);
     source.ReadRow(row.data());
     RequireMoved(Vn_PutBitmapRow(bitmap, row.data(), at, stride), stride);
-    RequireStep(progress.Step());
+    RequireGoOn(progress.Step());
   }
 }
 

@@ -13,7 +13,6 @@
 #include "geometry/row_scaler.h"
 #include "kernel/progress.h"
 #include "tools/formats/samples.h"
-#include "tools/terminal/failure.h"
 #include "tools/terminal/interrupt.h"
 
 namespace vn::tool {
@@ -223,17 +222,14 @@ void CopyRows(PictureSource& source, PictureSink& sink) {
   const PictureInfo& info = source.Info();
   std::vector<uint8_t> row(RowBytes(info));
   Progress progress(static_cast<uint32_t>(info.height));
-  bool goOn = progress.Begin();
-  for (int32_t line = 0; goOn && line < info.height; ++line) {
+  RequireGoOn(progress.Begin());
+  for (int32_t line = 0; line < info.height; ++line) {
     ThrowIfInterrupted();
     source.ReadRow(row.data());
     ClearBehind(row.data(), info.width, info.bits);
     sink.WriteRow(row.data());
-    goOn = progress.Step();
+    RequireGoOn(progress.Step());
   }
-  if (goOn) return;
-  ThrowIfInterrupted();
-  throw Failure("stopped");
 }
 
 }  // namespace vn::tool

@@ -35,8 +35,8 @@ void SaveBitmap(BitmapHandle* bitmap, PictureSink& sink) {
   const bool convert = bits > 8 && (bits != 24 || bitmap->ColorOrder != ORDER_BGR);
   std::vector<uint8_t> row(Vn_CalcConvertSize(width, bits, width, 24));
   Progress progress(static_cast<uint32_t>(bitmap->Height));
-  bool goOn = progress.Begin();
-  for (int32_t line = 0; goOn && line < bitmap->Height; ++line) {
+  RequireGoOn(progress.Begin());
+  for (int32_t line = 0; line < bitmap->Height; ++line) {
     ThrowIfInterrupted();
     const auto at = static_cast<uint32_t>(StorageRow(*bitmap, line));
     const int32_t got = Vn_GetBitmapRow(bitmap, row.data(), at, stride);
@@ -47,11 +47,7 @@ void SaveBitmap(BitmapHandle* bitmap, PictureSink& sink) {
     }
     ClearBehind(row.data(), bitmap->Width, bitmap->BitsPerPixel);
     sink.WriteRow(row.data());
-    goOn = progress.Step();
-  }
-  if (!goOn) {
-    ThrowIfInterrupted();
-    throw Failure("stopped");
+    RequireGoOn(progress.Step());
   }
 }
 

@@ -5,6 +5,8 @@
 
 #include <initializer_list>
 
+#include "tools/terminal/failure.h"
+
 namespace vn::tool {
 namespace {
 
@@ -31,6 +33,12 @@ int PendingSignal() { return pendingSignal; }
 
 void ThrowIfInterrupted() {
   if (pendingSignal) throw Interruption{pendingSignal};
+}
+
+void RequireGoOn(bool goOn) {
+  if (goOn) return;
+  ThrowIfInterrupted();
+  throw Failure("stopped");
 }
 
 void DieOf(int number) {

@@ -15,6 +15,9 @@ void CatchSignals();
 // The signal that came, or 0.
 int PendingSignal();
 void ThrowIfInterrupted();
+// What a status callback answers, heeded: throws, where it stopped the work, the Interruption that it
+// did so for, or else Failure.
+void RequireGoOn(bool goOn);
 // Ends the process as the signal would have.
 [[noreturn]] void DieOf(int signal);
 
