@@ -68,7 +68,9 @@ void InputFile::Rewind() {
   if (error_ == ESPIPE)
     throw Failure(path_ +
                   ": a file of its format is not read in its order, so it cannot be a pipe");
-  throw Failure("cannot read " + path_ + ": " + std::strerror(error_));
+  const std::string failed =
+      standard_ ? "cannot keep standard input in a temporary file" : "cannot read " + path_;
+  throw Failure(failed + ": " + std::strerror(error_));
 }
 
 bool InputFile::SpoolStandardInput() noexcept {
