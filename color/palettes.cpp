@@ -25,7 +25,7 @@ struct LogicalPalette {
 static_assert(offsetof(LogicalPalette, entries) == offsetof(LOGPALETTE, palPalEntry));
 
 PALETTEENTRY EntryOf(const RGBQUAD& c) { return {c.rgbRed, c.rgbGreen, c.rgbBlue, c.rgbReserved}; }
-RGBQUAD ColorOf(const PALETTEENTRY& e) { return {e.peBlue, e.peGreen, e.peRed, e.peFlags}; }
+RGBQUAD ColorOfEntry(const PALETTEENTRY& e) { return {e.peBlue, e.peGreen, e.peRed, e.peFlags}; }
 
 bool SameColor(const RGBQUAD& a, const RGBQUAD& b) {
   return a.rgbRed == b.rgbRed && a.rgbGreen == b.rgbGreen && a.rgbBlue == b.rgbBlue;
@@ -57,7 +57,7 @@ uint32_t VN_CALL Vn_GetPaletteEntries(HPALETTE palette, uint32_t first, uint32_t
   // Asked for none, a platform may answer with the size of the palette.
   const uint32_t read =
       std::min<uint32_t>(count, GetPaletteEntries(palette, first, count, entries.data()));
-  std::transform(entries.begin(), entries.begin() + read, colors, vn::ColorOf);
+  std::transform(entries.begin(), entries.begin() + read, colors, vn::ColorOfEntry);
   return read;
 }
 

@@ -67,7 +67,7 @@ VnStatus PaintOnPage(HDC context, BitmapHandle* bitmap, const Placement& wanted)
 }
 
 // A bitmap without storage prints as none at all: the job goes on.
-bool HasPixels(const BitmapHandle* bitmap) { return bitmap && (bitmap->Flags & FLAG_ALLOCATED); }
+bool HasPicture(const BitmapHandle* bitmap) { return bitmap && (bitmap->Flags & FLAG_ALLOCATED); }
 
 void DescribeForDevice(const BitmapHandle& bitmap, BitmapInfo256* info) {
   info->header.biSize = sizeof info->header;
@@ -122,7 +122,7 @@ HDC VN_CALL Vn_PrintBitmapExt(HDC hDC, BitmapHandle* bitmap, int32_t x, int32_t 
   const HDC job = hDC ? hDC : vn::OpenPrintJob();
   if (!job) return nullptr;
   const VnStatus status =
-      vn::HasPixels(bitmap) ? vn::PaintOnPage(job, bitmap, {x, y, width, height}) : OK;
+      vn::HasPicture(bitmap) ? vn::PaintOnPage(job, bitmap, {x, y, width, height}) : OK;
   if (status != OK && !hDC) {
     vn::AbortPrintJob(job);
     return nullptr;
@@ -133,7 +133,7 @@ HDC VN_CALL Vn_PrintBitmapExt(HDC hDC, BitmapHandle* bitmap, int32_t x, int32_t 
 
 HDC VN_CALL Vn_PrintBitmapFast(HDC hDC, BitmapHandle* bitmap, int32_t x, int32_t y, int32_t width,
                                int32_t height, int32_t last) {
-  const bool pixels = vn::HasPixels(bitmap);
+  const bool pixels = vn::HasPicture(bitmap);
   if (pixels && ((bitmap->Flags & FLAG_ON_DISK) || bitmap->BitsPerPixel == 16 ||
                  bitmap->BitsPerPixel == 32)) {
     return Vn_PrintBitmapExt(hDC, bitmap, x, y, width, height, last);

@@ -66,7 +66,7 @@ BandOrder BandOrderOf(RegionRecord* record) {
   return order;
 }
 
-Band BandAt(const RegionRecord& record, BandOrder order, int32_t row) {
+RectBand BandAt(const RegionRecord& record, BandOrder order, int32_t row) {
   if (order == BandOrder::kNone) return {record.begin(), record.end()};
   const bool down = order == BandOrder::kDown;
   const RECT* const end = record.end();
@@ -79,7 +79,7 @@ Band BandAt(const RegionRecord& record, BandOrder order, int32_t row) {
   return {begin, last};
 }
 
-int32_t WriteRuns(BandOrder order, Band band, int32_t row, int32_t* segments) {
+int32_t WriteRuns(BandOrder order, RectBand band, int32_t row, int32_t* segments) {
   int32_t* out = segments;
   if (order == BandOrder::kNone) {
     for (const RECT* rect = band.begin; rect != band.end; ++rect) {

@@ -25,17 +25,17 @@ BandLook LookAtBands(const RegionRecord& record);
 // told as it was: whoever bisects by it finds other runs then, but reads nothing outside the list.
 BandOrder BandOrderOf(RegionRecord* record);
 
-struct Band {
+struct RectBand {
   const RECT* begin;
   const RECT* end;
 };
 
 // Rectangles among which all that hold `row` are: those alone, or the whole list for kNone.
-Band BandAt(const RegionRecord& record, BandOrder order, int32_t row);
+RectBand BandAt(const RegionRecord& record, BandOrder order, int32_t row);
 
 // Writes left and right of each in `band` = BandAt(..., order, row) that holds `row`, and returns the
 // number of entries.
-int32_t WriteRuns(BandOrder order, Band band, int32_t row, int32_t* segments);
+int32_t WriteRuns(BandOrder order, RectBand band, int32_t row, int32_t* segments);
 
 }  // namespace vn
 

@@ -25,7 +25,7 @@ class RegionRows {
 
   const RegionRecord* record_;
   BandLook look_;
-  Band band_;  // rectangles among which all those of the row are: where the last search ended
+  RectBand band_;  // rectangles among which all those of the row are: where the last search ended
 };
 
 // The entries that a list for any row of the bitmap can need: at least twice what

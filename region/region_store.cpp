@@ -262,6 +262,6 @@ int32_t VN_CALL Vn_IsPtInBitmapRgn(const BitmapHandle* bitmap, int32_t row, int3
   };
   if (!bitmap->Region) return holds(vn::WholeBitmap(bitmap));
   if (!holds(bitmap->Region->header.rcBound)) return 0;
-  const vn::Band among = vn::BandAt(*bitmap->Region, vn::BandOrderOf(bitmap->Region), row);
+  const vn::RectBand among = vn::BandAt(*bitmap->Region, vn::BandOrderOf(bitmap->Region), row);
   return std::any_of(among.begin, among.end, holds);
 }

@@ -18,7 +18,8 @@
 namespace headless {
 namespace {
 
-constexpr size_t kHugeFrom = size_t{4} << 20;  // shorter ones can miss most of their huge pages
+constexpr size_t kHugeBlockFrom = size_t{4}
+                                  << 20;  // shorter ones can miss most of their huge pages
 
 void AdviseHugePages(void* block, size_t bytes) {
   static const auto page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
@@ -32,7 +33,7 @@ void AdviseHugePages(void* block, size_t bytes) {
 void* PlainMemory(size_t bytes, bool zeroed) {
   const size_t size = std::max<size_t>(bytes, 1);
   void* const block = zeroed ? std::calloc(1, size) : std::malloc(size);
-  if (block && size >= kHugeFrom) AdviseHugePages(block, size);
+  if (block && size >= kHugeBlockFrom) AdviseHugePages(block, size);
   return block;
 }
 
