@@ -3,6 +3,8 @@
 # compiled, the tool converts, and Python makes of a picture what the tool makes of it.
 #
 #   test_deb.sh FOLDER      where the packages are; needs root, and a Debian mirror
+#
+# Exit status: 0 passed; 77 when no clean tree can be had; anything else failed.
 set -eu
 
 packages=$(cd "$1" && pwd)
@@ -37,8 +39,13 @@ END
 
 . /etc/os-release
 mmdebstrap --quiet --variant=minbase --include=gcc,libc6-dev,libstdc++-12-dev,pkg-config,python3-pil \
-  --customize-hook="mkdir \"\$1/packages\" && cp $work/* \"\$1/packages\"" \
+  --customize-hook="touch $work/tree && mkdir \"\$1/packages\" && cp $work/*.* \"\$1/packages\"" \
   --customize-hook='chroot "$1" sh -c "apt-get install -qq --no-install-recommends /packages/*.deb >/dev/null"' \
   --customize-hook='chroot "$1" sh /packages/use.sh' \
-  "$VERSION_CODENAME" /dev/null
+  "$VERSION_CODENAME" /dev/null || {
+  status=$?
+  [ ! -e "$work/tree" ] || exit $status
+  echo "!!! THE DEBIAN PACKAGES WERE NOT INSTALLED: no clean tree can be had !!!" >&2
+  exit 77
+}
 echo 'the packages install into a clean tree and work there'
