@@ -8,8 +8,9 @@
 
 namespace headless {
 
-// Slots are used again, with another generation. A handle is (generation, slot, 4), generation on
-// top: never null, never a small number (SelectObject also answers with those), never -1.
+// Slots are used again, the one that rested longest first, with another generation. A handle is
+// (generation, slot, 4), generation on top: never null, never a small number (SelectObject also
+// answers with those), never -1.
 class ObjectTable {
  public:
   static ObjectTable& Get() {
@@ -18,14 +19,16 @@ class ObjectTable {
   }
 
   HGDIOBJ Add(std::unique_ptr<Object> object, bool stock) {
-    if (free_.empty()) {
-      if (slots_.size() == kSlotLimit) return nullptr;
-      free_.reserve(slots_.size() + 1);  // so that Remove never allocates
+    size_t slot = longest_;
+    if (resting_ < kLeastResting && slots_.size() < kSlotLimit) {
+      slot = slots_.size();
       slots_.emplace_back();
-      free_.push_back(slots_.size() - 1);
+    } else if (resting_ == 0) {
+      return nullptr;
+    } else {
+      longest_ = slots_[slot].next;
+      --resting_;
     }
-    const size_t slot = free_.back();
-    free_.pop_back();
     object->stock_ = stock;
     if (!stock) ++CounterOf(*object);
     slots_[slot].object = std::move(object);
@@ -49,8 +52,7 @@ class ObjectTable {
     --CounterOf(*object);
     // Out of the table first: a context that dies lets its own objects go.
     const std::unique_ptr<Object> dying = std::move(slots_[slot].object);
-    ++slots_[slot].generation;
-    free_.push_back(slot);
+    Rest(slot);
     return true;
   }
 
@@ -77,12 +79,26 @@ class ObjectTable {
   uint32_t contexts() const { return contexts_; }
 
  private:
-  static constexpr unsigned kSlotBits = 20;
+  // Where generations are few, slots rest in a crowd, so that a handle is long dead when its value
+  // comes again.
+  static constexpr bool kNarrow = sizeof(HGDIOBJ) == 4;
+  static constexpr unsigned kSlotBits = kNarrow ? 18 : 20;
   static constexpr size_t kSlotLimit = (size_t{1} << kSlotBits) - 2;
+  static constexpr size_t kLeastResting = kNarrow ? 1024 : 1;
+  static constexpr uintptr_t kMostGenerations = UINTPTR_MAX >> (kSlotBits + 4);
   struct Slot {
     std::unique_ptr<Object> object;
     uintptr_t generation = 1;
+    size_t next = 0;  // of those that rest
   };
+
+  void Rest(size_t slot) {
+    uintptr_t& generation = slots_[slot].generation;
+    generation = generation == kMostGenerations ? 1 : generation + 1;
+    (resting_ ? slots_[latest_].next : longest_) = slot;
+    latest_ = slot;
+    ++resting_;
+  }
 
   HGDIOBJ HandleOf(size_t slot) const {
     return reinterpret_cast<HGDIOBJ>(
@@ -96,7 +112,7 @@ class ObjectTable {
   }
 
   std::vector<Slot> slots_;
-  std::vector<size_t> free_;
+  size_t resting_ = 0, longest_ = 0, latest_ = 0;  // a list through the slots that rest
   uint32_t objects_ = 0;
   uint32_t contexts_ = 0;
 };

@@ -1,5 +1,6 @@
 // The table of GDI objects: typed handles with generations, so that a dead or foreign handle is
-// known for what it is. A handle's value is never given out twice.
+// known for what it is. A handle's value is never given out twice, in a 32-bit process not before a
+// million others have died.
 #ifndef VNCORE_PLATFORM_HEADLESS_OBJECTS_H
 #define VNCORE_PLATFORM_HEADLESS_OBJECTS_H
 
