@@ -21,9 +21,11 @@ VN_BEGIN_C
  * reported.
  *
  * All return the job's context, or 0: no printer, no document, a stop, or a page that could not be
- * ended; after `last` the context is dead either way. */
+ * ended; after `last` the context is dead either way. A stop in a later call but the last leaves the
+ * job open: its context is still the caller's, to go on with or to end. */
 
-/* Keeps the job's context per thread. */
+/* Keeps the job's context per thread, and forgets it at a stop: a caller that stops jobs keeps the
+ * result of the call before, or uses Vn_PrintBitmapExt. */
 VN_API Vn_HDC VN_CALL Vn_PrintBitmap(Vn_BitmapHandle* bitmap, int32_t x, int32_t y, int32_t width,
                                      int32_t height, int32_t last);
 /* Takes the job's context, or null for a new job. The caller of a context of its own has called

@@ -44,3 +44,4 @@
 #include "vn_storage.h"
 #include "vn_system.h"
 #include "vn_underlay.h"
+#include "vn_version.h"
