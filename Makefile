@@ -70,8 +70,8 @@ test-arm-cases:
 	scripts/setup.sh test arm
 	$(CONFIGURE) arm
 	$(BUILD) arm --target vncore_cases
-	qemu-aarch64-static build-arm/tests/cases/vncore_cases
-	qemu-aarch64-static build-arm/tests/cases/vncore_cases --win32s
+	qemu-aarch64-static build-arm/tests/cases/vncore_cases & plain=$$!; \
+	  qemu-aarch64-static build-arm/tests/cases/vncore_cases --win32s && wait $$plain
 
 test-arm: test-arm-cases
 	$(BUILD) arm --target vncore_tests
