@@ -27,15 +27,16 @@
 #endif
 
 namespace vn::tool {
-namespace {
-
-using Source = std::unique_ptr<PictureSource>;
-using Sink = std::unique_ptr<PictureSink>;
 
 struct Wanted {
   int32_t pages;
   std::optional<int32_t> compression;
 };
+
+namespace {
+
+using Source = std::unique_ptr<PictureSource>;
+using Sink = std::unique_ptr<PictureSink>;
 
 template <class Reader>
 Source Open(std::unique_ptr<InputFile> file, const ReadOptions& options) {

@@ -7,7 +7,7 @@
 namespace vn::tool {
 namespace {
 
-constexpr uint32_t kMostSide = 1'000'000, kMostSample = 0xFFFF;
+constexpr uint32_t kMostPnmSide = 1'000'000, kMostSample = 0xFFFF;
 
 bool IsSpace(uint8_t c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
@@ -24,8 +24,8 @@ PnmReader::PnmReader(std::unique_ptr<InputFile> file, const ReadOptions&) : file
   const int kind = Next() - '1';
   const int channels = kind % 3;  // 0: bits
   digits_ = kind < 3;
-  info_.width = static_cast<int32_t>(Number(kMostSide));
-  info_.height = static_cast<int32_t>(Number(kMostSide));
+  info_.width = static_cast<int32_t>(Number(kMostPnmSide));
+  info_.height = static_cast<int32_t>(Number(kMostPnmSide));
   if (channels > 0) most_ = Number(kMostSample);
   if (most_ == 0) Fail("no range of samples");
   info_.bits = channels == 0 ? 1 : channels == 1 ? 8 : 24;
