@@ -1,6 +1,7 @@
 // Painting and devices: bitmaps onto screens and surfaces of every depth, and the platform's own
 // drawing beneath.
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include <vncore/platform/headless/headless.h>
@@ -11,6 +12,13 @@ namespace vn::fuzz {
 namespace {
 
 // The arguments that all paints share; the palette of the paint is realised as long as they live.
+// All rows of the target's clip are painted, also those that no device shows.
+bool TakesLong(const RECT* target, const RECT* clip) {
+  if (!target) return false;
+  const int64_t rows = std::abs(int64_t{target->bottom} - target->top);
+  return (clip ? std::min(rows, std::abs(int64_t{clip->bottom} - clip->top)) : rows) > 1 << 14;
+}
+
 struct Paint {
   Paint(World& world, Input& input)
       : bitmap(world.Bitmap(input)),
@@ -35,6 +43,7 @@ struct Paint {
   // Calls one of the paints; `more` are the arguments that it has beyond the others.
   template <class Function, class... More>
   void Run(Function function, More... more) {
+    if (TakesLong(target.get(), targetClip.get())) return;
     function(context, bitmap, source.get(), sourceClip.get(), target.get(), targetClip.get(),
              rasterOp, more...);
   }
@@ -45,6 +54,19 @@ struct Paint {
   Argument<const RECT*> source, sourceClip, target, targetClip;
   uint32_t rasterOp;
 };
+
+// The paints with whatever comes.
+template <auto paint>
+void DecodedPaint(World& world, Input& input) {
+  Argument<HDC> context(world, input);
+  Argument<BitmapHandle*> bitmap(world, input);
+  Argument<const RECT*> source(world, input), sourceClip(world, input);
+  Argument<const RECT*> target(world, input), targetClip(world, input);
+  const auto rasterOp = static_cast<uint32_t>(input.Number());
+  if (TakesLong(target.get(), targetClip.get())) return;
+  paint(context.get(), bitmap.get(), source.get(), sourceClip.get(), target.get(), targetClip.get(),
+        rasterOp);
+}
 
 void PaintRealised(World& world, Input& input) { Paint(world, input).Run(&Vn_PaintDC); }
 
@@ -238,7 +260,7 @@ void Frame(World& world, Input& input) {
 
 const Call kCalls[] = {
     &PaintRealised,
-    &Decoded<&Vn_PaintDC>,
+    &DecodedPaint<&Vn_PaintDC>,
     &Decoded<&Vn_GetDitherFlags>,
     &Decoded<&Vn_CreatePaintPalette>,
     &Decoded<&Vn_SetDisplayMode>,
@@ -257,7 +279,7 @@ const Call kCalls[] = {
       PatBlt(context, x, y, width, height, static_cast<DWORD>(input.Number()));
     },
     &Decoded<&Vn_SetBitmapRgnColor>,
-    &Decoded<&Vn_PaintRgnDC>,
+    &DecodedPaint<&Vn_PaintRgnDC>,
     &Frame,
     &FromDib,
     &ToDib,

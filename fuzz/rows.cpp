@@ -28,9 +28,8 @@ void ChangeHeight(World& world, Input& input) {
 void MoveRow(World& world, Input& input) {
   BitmapHandle* const bitmap = world.Bitmap(input);
   if (bitmap->Flags & FLAG_ALLOCATED && (bitmap->Width < 1 || bitmap->Height < 1)) return;
-  const auto row = static_cast<uint32_t>(input.Between(0, bitmap->Height ? bitmap->Height - 1 : 0));
-  const auto column =
-      static_cast<uint32_t>(input.Between(0, bitmap->Width ? bitmap->Width - 1 : 0));
+  const auto row = static_cast<uint32_t>(input.Between(0, std::max(bitmap->Height, 1) - 1));
+  const auto column = static_cast<uint32_t>(input.Between(0, std::max(bitmap->Width, 1) - 1));
   const uint64_t first = uint64_t{column} * static_cast<uint32_t>(bitmap->BitsPerPixel) / 8;
   if (first > bitmap->BytesPerLine) return;
   const auto left = static_cast<int32_t>(bitmap->BytesPerLine - first);

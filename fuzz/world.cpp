@@ -14,12 +14,13 @@ namespace {
 constexpr std::initializer_list<int32_t> kDepths = {1, 4, 8, 16, 24, 32};
 // What thousands of inputs a second can afford; wide rows are worth more than many.
 constexpr uint32_t kMostBytes = 1 << 14, kMostInRow = 1 << 17;
+constexpr int32_t kMostRowsOnWin32s = 1 << 14;
 
 Headless_Counts counts;
 
 }  // namespace
 
-World::World(bool win32s) {
+World::World(bool win32s) : win32s_(win32s) {
   const Headless_Display display = {64, 48, 24, 0, 20, DT_RASDISPLAY, 96};
   Headless_SetDisplay(&display);
   Headless_SetVersion(win32s ? HEADLESS_VERSION_WIN32S : HEADLESS_VERSION_WIN32);
@@ -78,6 +79,12 @@ Size World::TakeSize(Input& input, int32_t bits, int32_t least) {
 
 void World::Create(Input& input) {
   BitmapHandle* const bitmap = Fresh();
+  Make(input, bitmap);
+  // A region takes a rectangle a row there, of a record without storage too.
+  if (win32s_) bitmap->Height = std::min(bitmap->Height, kMostRowsOnWin32s);
+}
+
+void World::Make(Input& input, BitmapHandle* bitmap) {
   const uint8_t kind = input.Byte();
   const int32_t bits = kind & 1 ? input.Number() : input.OneOf(kDepths);
   const Size size = TakeSize(input, bits);

@@ -54,10 +54,12 @@ class World {
   static void Scribble(Input& input, BitmapHandle* bitmap);
 
  private:
+  void Make(Input& input, BitmapHandle* bitmap);
   HGDIOBJ AnyObject(Input& input);
   void ReleaseDevice();
 
   static constexpr size_t kBitmaps = 3;
+  const bool win32s_;
   BitmapHandle bitmaps_[kBitmaps] = {};
   size_t fresh_ = 0;
   std::vector<HGDIOBJ> objects_;
