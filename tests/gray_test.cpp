@@ -21,6 +21,9 @@ TEST(GrayScale, OtherDepthsReadAs32BitsWhereTheRowsAreLongEnough) {
     Bitmap narrow(9, 2, 24);
     narrow->BitsPerPixel = 20;
     EXPECT_EQ(run(narrow), ERR_NO_BITMAP);
+    Bitmap paletteless(9, 2, 24);
+    paletteless->BitsPerPixel = 8;
+    EXPECT_EQ(run(paletteless), ERR_NO_BITMAP);
   }
 }
 

@@ -10,8 +10,11 @@ namespace {
 TEST_F(Command, A24BitDeviceShowsAPictureAsItIs) {
   Make("in.png", 61, 34);
   const Seen in = Look("in.png");
-  ExpectRuns("paint in.png out.png --device-bits 24");
-  ExpectShows(Look("out.png"), [&](int32_t x, int32_t y) { return in.At(x, y); });
+  for (const auto& [bits, lost] : {std::pair{16, 8}, {24, 0}}) {
+    ExpectRuns("paint in.png out.png --device-bits " + std::to_string(bits));
+    ExpectShows(
+        Look("out.png"), [&](int32_t x, int32_t y) { return in.At(x, y); }, lost);
+  }
   ExpectRuns("paint in.png part.png --device-bits 24 --source 7,5,20,11");
   const Seen part = Look("part.png");
   EXPECT_TRUE(part.width == 20 && part.height == 11);

@@ -43,6 +43,22 @@ TEST_F(Draw, StaysInTheRegionAndInTheTable) {
   }
 }
 
+TEST_F(Draw, MovesLettersWhole) {
+  Make("in.png", 90, 40);
+  const std::string black = "convert in.png out.png --fill black --pen white --draw ";
+  if (Run(black + "text:0,0,9,a").status) GTEST_SKIP() << "no fonts";
+  constexpr int32_t kRight = 17, kDown = 5;
+  ExpectRuns(black + "text:2,4,24,Tj");
+  const Seen first = Look("out.png");
+  ExpectRuns(black + "text:19,9,24,Tj");
+  const Seen moved = Look("out.png");
+  for (int32_t y = 0; y < 40 - kDown; ++y) {
+    for (int32_t x = 0; x < 90 - kRight; ++x)
+      ASSERT_EQ(first.pixels[y * 90 + x], moved.pixels[(y + kDown) * 90 + x + kRight])
+          << x << ", " << y;
+  }
+}
+
 TEST_F(Draw, SaysWhatItCannotDraw) {
   Make("in.png", 20, 10);
   for (const char* options :
