@@ -83,7 +83,7 @@ test-32:
 	$(BUILD) asan32 --target vncore_cases vncore_tests
 	build-asan32/tests/cases/vncore_cases
 	build-asan32/tests/cases/vncore_cases --win32s
-	build-asan32/tests/vncore_tests --gtest_brief=1
+	ASAN_OPTIONS=allocator_may_return_null=1 build-asan32/tests/vncore_tests --gtest_brief=1
 
 test-threads:
 	scripts/setup.sh test
