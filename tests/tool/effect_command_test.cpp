@@ -45,7 +45,7 @@ TEST_F(Effect, EveryEffectEndsWithThePaint) {
 
 TEST_F(Effect, FailuresLeaveNothing) {
   Make("in.png", 61, 34);
-  for (const std::string options : {"--effect 29", "--effect wipe", "--frames 1",
+  for (const std::string options : {"--effect 29", "--effect wipe", "--frames 1", "--seconds 601",
                                     "--from missing.png", "--device-bits 2", "--source 60,0,5,5"})
     ExpectFails("effect in.png states.gif " + options);
   // Nor do they touch the states of an earlier run.
