@@ -11,14 +11,19 @@ namespace vn::fuzz {
 
 namespace {
 
-// The arguments that all paints share; the palette of the paint is realised as long as they live.
-// All rows of the target's clip are painted, also those that no device shows.
-bool TakesLong(const RECT* target, const RECT* clip) {
+// Rows that no device shows are painted all the same, and so are an effect's pieces of four pixels.
+bool TakesLong(const RECT* target, const RECT* clip, bool effect) {
   if (!target) return false;
-  const int64_t rows = std::abs(int64_t{target->bottom} - target->top);
-  return (clip ? std::min(rows, std::abs(int64_t{clip->bottom} - clip->top)) : rows) > 1 << 14;
+  int64_t rows = std::abs(int64_t{target->bottom} - target->top);
+  int64_t columns = std::abs(int64_t{target->right} - target->left);
+  if (clip) {
+    rows = std::min(rows, std::abs(int64_t{clip->bottom} - clip->top));
+    columns = std::min(columns, std::abs(int64_t{clip->right} - clip->left));
+  }
+  return rows > 1 << 14 || (effect && rows * columns > 1 << 18);
 }
 
+// The arguments that all paints share; the palette of the paint is realised as long as they live.
 struct Paint {
   Paint(World& world, Input& input)
       : bitmap(world.Bitmap(input)),
@@ -43,7 +48,7 @@ struct Paint {
   // Calls one of the paints; `more` are the arguments that it has beyond the others.
   template <class Function, class... More>
   void Run(Function function, More... more) {
-    if (TakesLong(target.get(), targetClip.get())) return;
+    if (TakesLong(target.get(), targetClip.get(), sizeof...(more) > 0)) return;
     function(context, bitmap, source.get(), sourceClip.get(), target.get(), targetClip.get(),
              rasterOp, more...);
   }
@@ -63,7 +68,7 @@ void DecodedPaint(World& world, Input& input) {
   Argument<const RECT*> source(world, input), sourceClip(world, input);
   Argument<const RECT*> target(world, input), targetClip(world, input);
   const auto rasterOp = static_cast<uint32_t>(input.Number());
-  if (TakesLong(target.get(), targetClip.get())) return;
+  if (TakesLong(target.get(), targetClip.get(), false)) return;
   paint(context.get(), bitmap.get(), source.get(), sourceClip.get(), target.get(), targetClip.get(),
         rasterOp);
 }
