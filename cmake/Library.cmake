@@ -13,7 +13,7 @@ endfunction()
 # The rooms' code, compiled once for both forms. Each room lists its own files.
 add_library(vncore_objects OBJECT)
 vncore_library_options(vncore_objects)
-option(VNCORE_UNITY "Compile the library's files several at a time: all of them sooner, one of them later" OFF)
+option(VNCORE_UNITY "Compile files several at a time: all of them sooner, one of them later" OFF)
 set_target_properties(vncore_objects PROPERTIES UNITY_BUILD ${VNCORE_UNITY} UNITY_BUILD_BATCH_SIZE 12)
 include(cmake/Vector.cmake)
 foreach(room kernel color geometry compose region device platform)

@@ -18,8 +18,8 @@
 namespace headless {
 namespace {
 
-constexpr size_t kHugeBlockFrom = size_t{4}
-                                  << 20;  // shorter ones can miss most of their huge pages
+// Shorter ones can miss most of their huge pages.
+constexpr size_t kHugeBlockFrom = size_t{4} << 20;
 
 void AdviseHugePages(void* block, size_t bytes) {
   static const auto page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
