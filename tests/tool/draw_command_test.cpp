@@ -50,6 +50,7 @@ TEST_F(Draw, MovesLettersWhole) {
   constexpr int32_t kRight = 17, kDown = 5;
   ExpectRuns(black + "text:2,4,24,Tj");
   const Seen first = Look("out.png");
+  EXPECT_GT(std::count(first.pixels.begin(), first.pixels.end(), kWhite), 10);
   ExpectRuns(black + "text:19,9,24,Tj");
   const Seen moved = Look("out.png");
   for (int32_t y = 0; y < 40 - kDown; ++y) {

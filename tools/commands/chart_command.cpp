@@ -5,8 +5,8 @@
 #include "tools/commands/chart.h"
 #include "tools/commands/commands.h"
 #include "tools/commands/picture_options.h"
-#include "tools/operations/option_values.h"
 #include "tools/operations/row_streams.h"
+#include "tools/terminal/option_values.h"
 #include "tools/terminal/progress_bar.h"
 
 namespace vn::tool {

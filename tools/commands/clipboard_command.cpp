@@ -7,7 +7,7 @@
 #include "tools/commands/commands.h"
 #include "tools/commands/convert_picture.h"
 #include "tools/desktop/clipboard.h"
-#include "tools/operations/option_values.h"
+#include "tools/terminal/option_values.h"
 
 namespace vn::tool {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "tools/formats/picture.h"
 #include "tools/operations/bitmap.h"
-#include "tools/operations/option_values.h"
 #include "tools/operations/storage_choice.h"
+#include "tools/terminal/option_values.h"
 
 namespace vn::tool {
 

@@ -1,6 +1,6 @@
 #include "tools/commands/picture_options.h"
 
-#include "tools/operations/option_values.h"
+#include "tools/terminal/option_values.h"
 #include "tools/terminal/warning.h"
 
 namespace vn::tool {

@@ -11,9 +11,9 @@
 #include "tools/desktop/queue_pages.h"
 #include "tools/operations/lengths.h"
 #include "tools/operations/load_bitmap.h"
-#include "tools/operations/option_values.h"
 #include "tools/operations/print_job.h"
 #include "tools/terminal/failure.h"
+#include "tools/terminal/option_values.h"
 #include "tools/terminal/progress_bar.h"
 
 namespace vn::tool {

@@ -2,7 +2,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/operations/effect_names.h"
-#include "tools/operations/option_values.h"
+#include "tools/terminal/option_values.h"
 #include "tools/terminal/program.h"
 #include "tools/window/keys.h"
 #include "tools/window/viewer.h"
