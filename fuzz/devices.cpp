@@ -11,7 +11,8 @@ namespace vn::fuzz {
 
 namespace {
 
-// Rows that no device shows are painted all the same, and so are an effect's pieces of four pixels.
+// Rows and columns that no device shows are painted all the same, and so are an effect's pieces of
+// four pixels.
 bool TakesLong(const RECT* target, const RECT* clip, bool effect) {
   if (!target) return false;
   int64_t rows = std::abs(int64_t{target->bottom} - target->top);
@@ -20,7 +21,8 @@ bool TakesLong(const RECT* target, const RECT* clip, bool effect) {
     rows = std::min(rows, std::abs(int64_t{clip->bottom} - clip->top));
     columns = std::min(columns, std::abs(int64_t{clip->right} - clip->left));
   }
-  return rows > 1 << 14 || (effect && rows * columns > 1 << 18);
+  if (rows > 1 << 14) return true;
+  return columns <= INT32_MAX && rows * columns > (effect ? 1 << 18 : 1 << 22);
 }
 
 // The arguments that all paints share; the palette of the paint is realised as long as they live.
@@ -125,7 +127,7 @@ void DrawOnPixels(World& world, Input& input) {
   if (!context) return;
   BitmapHandle* const other = world.Bitmap(input);
   Argument<const RECT*> target(world, input);
-  if (other != bitmap) {
+  if (other != bitmap && !TakesLong(target.get(), nullptr, false)) {
     Vn_PaintDC(context, other, nullptr, nullptr, target.get(), nullptr, SRCCOPY);
   }
   const int32_t x = input.Number(), y = input.Number();
@@ -243,15 +245,16 @@ void PrintInThread(World& world, Input& input) {
   Vn_PrintBitmap(nullptr, 0, 0, 0, 0, 1);
 }
 
-// Sizes that are possible are small ones.
+// Sizes that are possible on some device are small ones, upside down too.
 void Capture(World& world, Input& input) {
   const HDC context = world.Device(input);
   Argument<const RECT*> argument(world, input);
   const RECT* const rect = argument.get();
   if (!rect) return;
   const int64_t width = int64_t{rect->right} - rect->left;
-  const int64_t height = int64_t{rect->bottom} - rect->top;
-  if (width > 0 && height > 0 && width <= UINT32_MAX / height && width * height > 1 << 18) return;
+  const int64_t height = std::abs(int64_t{rect->bottom} - rect->top);
+  constexpr int64_t kMostPixels = int64_t{8} * UINT32_MAX;  // of 1 bit
+  if (width > 0 && height > 0 && width <= kMostPixels / height && width * height > 1 << 18) return;
   Vn_ScreenCaptureBitmap(context, world.Fresh(), rect);
 }
 

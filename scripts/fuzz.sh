@@ -17,6 +17,9 @@ corpus=$(cd "$(dirname "$0")/../fuzz/corpus" && pwd)
 # A block that no small machine has is refused, as a machine refuses it.
 export ASAN_OPTIONS=allocator_may_return_null=1:max_allocation_size_mb=1024:malloc_context_size=3:quarantine_size_mb=8
 export UBSAN_OPTIONS=print_stacktrace=1
+# What other libraries keep is no finding.
+LSAN_OPTIONS=suppressions=$(cd "$(dirname "$0")/../tests/support" && pwd)/leaks.supp:print_suppressions=0
+export LSAN_OPTIONS
 # Temporary files of Win32s bitmaps go to memory where there is such a place.
 TMPDIR=$(mktemp -d -p "$([ -w /dev/shm ] && echo /dev/shm || echo "${TMPDIR:-/tmp}")")
 export TMPDIR
