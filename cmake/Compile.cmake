@@ -43,3 +43,11 @@ function(vncore_precompile target)
     target_precompile_headers(${target} PRIVATE ${ARGN})
   endif()
 endfunction()
+
+# What is tested is optimised; the tests themselves need only compile soon.
+function(vncore_test_options target)
+  vncore_compile_options(${target})
+  target_compile_options(${target} PRIVATE -O1)
+  vncore_precompile(${target} <gtest/gtest.h>)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${VNCORE_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+endfunction()

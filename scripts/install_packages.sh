@@ -26,6 +26,12 @@ install() {
   apt -y -q --no-install-recommends --no-remove "$@"
 }
 
+# Packages of 32 bits, which a fresh machine does not look for.
+case "$*" in *:i386*)
+  [ "$(dpkg --print-architecture)" = i386 ] || dpkg --print-foreign-architectures | grep -qx i386 ||
+    $as_root dpkg --add-architecture i386 || cannot "32-bit packages cannot be asked for: $*" ;;
+esac
+
 echo "install: $*"
 # Lists first: on a fresh machine there are none. An index that cannot be fetched is no reason to
 # stop: the packages may all be elsewhere.

@@ -29,9 +29,6 @@ complete() {
 }
 
 install() {
-  [ "$(dpkg --print-architecture)" = i386 ] || dpkg --print-foreign-architectures | grep -qx i386 ||
-    $([ "$(id -u)" = 0 ] || echo sudo -n) dpkg --add-architecture i386 ||
-    unavailable "packages are missing, and only root installs them"
   scripts/install_packages.sh cmake ninja-build g++-mingw-w64-$(echo $machine | tr _ -)-posix googletest \
     wine $wine_package xvfb xauth ||
     unavailable "the cross compiler and Wine could not be installed"

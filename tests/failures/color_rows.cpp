@@ -6,7 +6,7 @@
 namespace vn::test {
 namespace {
 
-constexpr unsigned kUnreported = kMemory | kObjects;  // palettes that could not be made
+constexpr unsigned kPalettes = kMemory | kObjects;  // palettes that could not be made
 
 // A run of each dithering method over one row.
 VnStatus DitherByEachMethod(Scene& s) {
@@ -39,7 +39,7 @@ constexpr unsigned kAll = kRecord | kPixels | kAttachments;
 // The colours of DibColors in their colour form.
 void ColorForm(Scene& s) { Vn_CreatePaletteColors(s.bitmap); }
 
-const AddRows rows({
+const AddRows colorRows({
     {"Vn_CreatePalette", [](Scene& s) { return s.Keep(Vn_CreatePalette(s.colors.data(), 9)); }},
     {"Vn_GetPaletteSize Vn_GetPaletteEntries", Done([](Scene& s) {
        s.bytes.resize(sizeof(RGBQUAD) * Vn_GetPaletteSize(s.bitmap->Palette));
@@ -65,12 +65,12 @@ const AddRows rows({
      [](Scene& s) {
        return Vn_CreateBitmap(s.result, s.kind.request, 4, 4, 8, 0, nullptr, VIEW_TOP_FIRST);
      },
-     {.hides = kUnreported, .open = kResult}},
+     {.hides = kPalettes, .open = kResult}},
     {"Vn_GetBitmapColors",
      [](Scene& s) { return Vn_GetBitmapColors(s.bitmap, 1, 9, s.colors.data()); }},
     {"Vn_PutBitmapColors",
      [](Scene& s) { return Vn_PutBitmapColors(s.bitmap, 1, 9, s.colors.data() + 70); },
-     {.hides = kUnreported}},
+     {.hides = kPalettes}},
     {"Vn_CreatePaletteIndexes Vn_CreatePaletteColors Vn_IsGrayScaleBitmap",
      [](Scene& s) -> VnStatus {
        Vn_CreatePaletteIndexes(s.bitmap);
@@ -79,10 +79,10 @@ const AddRows rows({
      }},
     {"Vn_CreateBitmapFixedPalette",
      [](Scene& s) -> VnStatus { return Vn_CreateBitmapFixedPalette(s.result); },
-     {.hides = kUnreported, .prepare = [](Scene& s) { Vn_InitBitmap(s.result, 4, 4, 8); }}},
+     {.hides = kPalettes, .prepare = [](Scene& s) { Vn_InitBitmap(s.result, 4, 4, 8); }}},
     {"Vn_CreateBitmapTruePalette",
      [](Scene& s) -> VnStatus { return Vn_CreateBitmapTruePalette(s.bitmap); },
-     {.hides = kUnreported, .prepare = ColorForm}},
+     {.hides = kPalettes, .prepare = ColorForm}},
 
     {"Vn_ConvertBuffer Vn_CalcConvertSize",
      [](Scene& s) {
@@ -103,22 +103,22 @@ const AddRows rows({
 
     {"Vn_ColorResBitmap, to another",
      Reduce(&Scene::result, 0),
-     {.bits = 24, .hides = kUnreported | kFiles, .stopSpoils = kResult}},
+     {.bits = 24, .hides = kPalettes | kFiles, .stopSpoils = kResult}},
     {"Vn_ColorResBitmap, in place",
      Reduce(&Scene::bitmap, RES_DITHER_METHOD(DITHER_STUCKI)),
-     {.bits = 24, .hides = kUnreported | kFiles, .stopSpoils = kAll}},
+     {.bits = 24, .hides = kPalettes | kFiles, .stopSpoils = kAll}},
     {"Vn_ColorResBitmap, fixed palette",
      Reduce(&Scene::bitmap, RES_FIXED_PALETTE),
-     {.bits = 24, .hides = kUnreported | kFiles, .stopSpoils = kAll}},
+     {.bits = 24, .hides = kPalettes | kFiles, .stopSpoils = kAll}},
     {"Vn_GrayScaleBitmap",
      [](Scene& s) { return Vn_GrayScaleBitmap(s.bitmap); },
-     {.hides = kUnreported | kFiles}},
+     {.hides = kPalettes | kFiles}},
     {"Vn_HalfToneBitmap",
      [](Scene& s) { return Vn_HalfToneBitmap(s.bitmap, HALFTONE_ORDERED); },
-     {.bits = 24, .hides = kUnreported | kFiles}},
+     {.bits = 24, .hides = kPalettes | kFiles}},
     {"Vn_HalfToneBitmapExt",
      [](Scene& s) { return Vn_HalfToneBitmapExt(s.bitmap, HALFTONE_CLUSTERED, 4500); },
-     {.bits = 24, .hides = kUnreported | kFiles}},
+     {.bits = 24, .hides = kPalettes | kFiles}},
     {"Vn_ConvertColorSpace",
      [](Scene& s) {
        s.bytes.assign(9, 0);

@@ -24,7 +24,7 @@ void GiveBitmap(Scene& s) {
   Vn_FillBitmap(s.result, 0x804020);
 }
 
-const AddRows rows({
+const AddRows composeRows({
     {"Vn_PutBitmapRowSegments, within bytes",
      PutRun(3, 21),
      {.bits = 1, .spoils = kPixels, .prepare = GiveSource}},

@@ -49,7 +49,7 @@ Call OnPrinter(Print print) {
 // A paint that fails leaves its part of the page white, and the job goes on.
 constexpr Terms kPrinting = {.hides = kMemory | kFiles | kObjects};
 
-const AddRows rows({
+const AddRows deviceRows({
     {"Vn_PrintBitmap", OnPrinter([](BitmapHandle* b) { return Vn_PrintBitmap(b, 3, 4, 30, 0, 1); }),
      kPrinting},
     {"Vn_PrintBitmapExt",

@@ -9,7 +9,7 @@ void GiveBitmap(Scene& s) {
   Vn_ClearBitmap(s.result);
 }
 
-const AddRows rows({
+const AddRows geometryRows({
     {"Vn_StartResize Vn_Resize Vn_StopResize",
      [](Scene& s) {
        ResizeState* state = nullptr;

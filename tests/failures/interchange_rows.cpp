@@ -55,7 +55,7 @@ VnStatus ThroughClipboard(Scene& s, uint32_t flags) {
 
 constexpr unsigned kUnreported = kMemory | kFiles | kObjects;
 
-const AddRows rows({
+const AddRows interchangeRows({
     {"Vn_ConvertToDIB", Dib(Vn_ConvertToDIB), {.hides = kFiles}},
     {"Vn_ConvertToDIB, widened", Dib(Vn_ConvertToDIB), {.bits = 32, .hides = kFiles}},
     {"Vn_ChangeToDIB", Dib(Vn_ChangeToDIB), {.hides = kFiles}},

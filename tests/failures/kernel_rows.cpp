@@ -47,7 +47,7 @@ Call OnRow(RowCall call) {
   };
 }
 
-const AddRows rows({
+const AddRows kernelRows({
     {"DllMain, thread",
      [](Scene&) -> VnStatus {
        OnLoaderCall(nullptr, DLL_THREAD_DETACH);

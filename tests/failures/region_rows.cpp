@@ -41,7 +41,7 @@ void SelectBoard(Scene& s) {
 const Terms kReplacing = {.prepare = GiveRegion};
 const Terms kCombining = {.spoils = kRegion, .prepare = GiveRegion};
 
-const AddRows rows({
+const AddRows regionRows({
     {"Vn_SetBitmapRgnHandle, and", SetHandle(REGION_COMBINE_AND), kCombining},
     {"Vn_SetBitmapRgnHandle, replace", SetHandle(REGION_COMBINE_REPLACE), kReplacing},
     {"Vn_SetBitmapRgnHandle, new minus old", SetHandle(REGION_COMBINE_NEW_MINUS_OLD), kCombining},

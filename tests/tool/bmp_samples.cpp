@@ -16,7 +16,7 @@ struct BmpKind {
   bool Runs() const { return compression == 1 || compression == 2; }
 };
 
-constexpr BmpKind kKinds[] = {
+constexpr BmpKind kBmpKinds[] = {
     {40, 1, 0, false, {}},
     {40, 4, 0, true, {}},
     {40, 8, 0, false, {}},
@@ -141,7 +141,7 @@ std::string Encode(const Sampled& made, const BmpKind& kind) {
 
 void ForBmpSamples(bool each, const UseSample& use) {
   Random random(5);
-  for (const BmpKind& kind : kKinds) {
+  for (const BmpKind& kind : kBmpKinds) {
     for (const auto& [width, height] : {std::pair{9, 7}, {1, 1}, {3, 2}, {300, 5}}) {
       const Sampled made = MakeSamples(kind, width, height, random);
       use({Told("header", kind.header, "bits", kind.bits, "compression", kind.compression, width),

@@ -9,8 +9,6 @@
 namespace vn::test {
 namespace {
 
-constexpr Rgb kBlack{0, 0, 0};
-
 using Effect = Command;
 
 TEST_F(Effect, StatesGoFromThePictureBeforeToTheWholeOne) {
@@ -18,8 +16,9 @@ TEST_F(Effect, StatesGoFromThePictureBeforeToTheWholeOne) {
   Make("before.png", 61, 34, 8);
   const Seen in = Look("in.png"), before = Look("before.png");
   ExpectRuns("effect in.png states --effect rows-down --frames 3 --device-bits 24");
-  ExpectShows(Look("states/frame-002.png"),
-              [&](int32_t x, int32_t y) { return y < 17 ? in.At(x, y) : kBlack; });
+  ExpectShows(Look("states/frame-002.png"), [&](int32_t x, int32_t y) {
+    return y < 17 ? in.At(x, y) : Rgb{0, 0, 0};
+  });
   ExpectRuns(
       "effect in.png states --effect columns-left --frames 5 --device-bits 24 --from before.png");
   const int32_t borders[] = {61, 45, 30, 15, 0};

@@ -16,12 +16,12 @@ struct JpegKind {
   int Samples() const { return given == JCS_GRAYSCALE ? 1 : given == JCS_RGB ? 3 : 4; }
 };
 constexpr JpegKind kGray = {JCS_GRAYSCALE, JCS_GRAYSCALE}, kColor = {JCS_RGB, JCS_YCbCr};
-constexpr JpegKind kKinds[] = {kGray,
-                               kColor,
-                               {JCS_RGB, JCS_RGB, true},
-                               {JCS_CMYK, JCS_CMYK, true},
-                               {JCS_CMYK, JCS_YCCK, true},
-                               {JCS_CMYK, JCS_CMYK, false}};
+constexpr JpegKind kJpegKinds[] = {kGray,
+                                   kColor,
+                                   {JCS_RGB, JCS_RGB, true},
+                                   {JCS_CMYK, JCS_CMYK, true},
+                                   {JCS_CMYK, JCS_YCCK, true},
+                                   {JCS_CMYK, JCS_CMYK, false}};
 
 // Smooth, so that little is lost: four levels of pixel (x, y).
 int32_t LevelAt(int32_t x, int32_t y, int channel) {
@@ -104,7 +104,7 @@ std::string MakeJpeg(bool gray, Scans scans, bool halfChroma, int32_t width, int
 }
 
 void ForJpegSamples(bool each, const UseSample& use) {
-  for (const JpegKind& kind : kKinds) {
+  for (const JpegKind& kind : kJpegKinds) {
     for (const Scans scans : {Scans::kOne, Scans::kProgressive, Scans::kOneEach}) {
       for (const auto& [width, height] : {std::pair{33, 21}, {1, 1}, {17, 3}, {90, 70}}) {
         const bool halfChroma = each && kind.given != JCS_CMYK;

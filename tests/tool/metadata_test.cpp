@@ -21,7 +21,8 @@ namespace {
 using tool::ExifField;
 using tool::Metadata;
 
-const std::vector<std::string> kFormats = {
+// What keeps metadata.
+const std::vector<std::string> kKeepers = {
     "png",
 #ifdef VNCORE_TOOL_JPEG
     "jpg",
@@ -38,7 +39,7 @@ bool Same(const std::vector<ExifField>& a, const std::vector<ExifField>& b) {
 }
 
 #ifdef VNCORE_TOOL_LCMS
-std::string Bytes(cmsHPROFILE profile) {
+std::string ProfileBytes(cmsHPROFILE profile) {
   cmsUInt32Number size = 0;
   cmsSaveProfileToMem(profile, nullptr, &size);
   std::string bytes(size, '\0');
@@ -53,13 +54,13 @@ std::string LinearProfile() {
   const cmsCIExyYTRIPLE primaries = {{0.64, 0.33, 1}, {0.30, 0.60, 1}, {0.15, 0.06, 1}};
   cmsToneCurve* const line = cmsBuildGamma(nullptr, 1);
   cmsToneCurve* const curves[] = {line, line, line};
-  const std::string bytes = Bytes(cmsCreateRGBProfile(&white, &primaries, curves));
+  const std::string bytes = ProfileBytes(cmsCreateRGBProfile(&white, &primaries, curves));
   cmsFreeToneCurve(line);
   return bytes;
 }
 std::string LinearGrayProfile() {
   cmsToneCurve* const line = cmsBuildGamma(nullptr, 1);
-  const std::string bytes = Bytes(cmsCreateGrayProfile(cmsD50_xyY(), line));
+  const std::string bytes = ProfileBytes(cmsCreateGrayProfile(cmsD50_xyY(), line));
   cmsFreeToneCurve(line);
   return bytes;
 }
@@ -84,7 +85,7 @@ std::string CyanProfile() {
   cmsPipelineInsertStage(table, cmsAT_END, stage);
   cmsWriteTag(profile, cmsSigAToB0Tag, table);
   cmsPipelineFree(table);
-  return Bytes(profile);
+  return ProfileBytes(profile);
 }
 
 int32_t SrgbLevel(double light) {
@@ -131,11 +132,11 @@ class MetadataTest : public Command {
 
 TEST_F(MetadataTest, GoesFromEachFormatToEach) {
   const Metadata all = Everything();
-  for (const std::string& from : kFormats) {
+  for (const std::string& from : kKeepers) {
     testing::internal::CaptureStderr();
     Write("in." + from, all);
     testing::internal::GetCapturedStderr();
-    for (const std::string& to : kFormats) {
+    for (const std::string& to : kKeepers) {
       SCOPED_TRACE(from + " to " + to);
       EXPECT_EQ(Run("convert in." + from + " out." + to).status, 0);
       const Metadata got = Read("out." + to);
@@ -218,7 +219,7 @@ TEST_F(MetadataTest, ColoursOfAProfileBecomeSrgb) {
     const int32_t level = SrgbLevel(x / 255.0);
     return Rgb{level, level, level};
   };
-  for (const std::string& format : kFormats) {
+  for (const std::string& format : kKeepers) {
     for (const int32_t bits : {8, 24}) {
       SCOPED_TRACE(format + " " + std::to_string(bits));
       Metadata metadata;

@@ -14,7 +14,7 @@ struct PngKind {
   bool transparent;  // with a tRNS chunk
 };
 
-constexpr PngKind kKinds[] = {
+constexpr PngKind kPngKinds[] = {
     {PNG_COLOR_TYPE_GRAY, 1, false},        {PNG_COLOR_TYPE_GRAY, 2, false},
     {PNG_COLOR_TYPE_GRAY, 4, false},        {PNG_COLOR_TYPE_GRAY, 8, false},
     {PNG_COLOR_TYPE_GRAY, 16, false},       {PNG_COLOR_TYPE_GRAY, 1, true},
@@ -86,7 +86,7 @@ std::string Encode(Sampled made, const PngKind& kind, bool interlaced) {
 
 void ForPngSamples(bool each, const UseSample& use) {
   Random random(1);
-  for (const PngKind& kind : kKinds) {
+  for (const PngKind& kind : kPngKinds) {
     for (const auto& [width, height] : {std::pair{9, 7}, {1, 1}, {3, 2}, {2, 6}, {37, 21}}) {
       const Sampled made = MakeSamples(kind, width, height, random);
       for (const bool interlaced : {random.Chance(2), true, false}) {

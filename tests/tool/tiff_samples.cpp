@@ -17,7 +17,7 @@ struct TiffKind {
   bool Jpeg() const { return compression == COMPRESSION_JPEG; }
 };
 
-constexpr TiffKind kKinds[] = {
+constexpr TiffKind kTiffKinds[] = {
     {Meaning::kGray, 1, Alpha::kNone, COMPRESSION_NONE},
     {Meaning::kWhiteIsZero, 1, Alpha::kNone, COMPRESSION_CCITTRLE},
     {Meaning::kWhiteIsZero, 1, Alpha::kNone, COMPRESSION_CCITTFAX3},
@@ -188,7 +188,7 @@ void ForTiffSamples(bool each, const UseSample& use) {
   const TemporaryFolder folder;
   const std::string path = folder.File("made.tif");
   Random random(1);
-  for (const TiffKind& kind : kKinds) {
+  for (const TiffKind& kind : kTiffKinds) {
     for (const auto& [width, height] : {std::pair{37, 11}, {1, 1}, {3, 6}, {71, 37}}) {
       const Sampled made = MakeSamples(kind, width, height, random);
       const int32_t last = height - 1;
