@@ -104,6 +104,10 @@ TEST_F(Convert, PagesAreTakenOrTold) {
   EXPECT_NE(Run("info pages.tif").out.find("pages       4"), std::string::npos);
   ExpectFails("convert three.tif out.png --page 4");
   ExpectFails("convert three.tif - --format png --all-pages");
+  // One file's second page would have the name of another file's only page.
+  ExpectRuns("convert three.tif three-2.tif --page 2");
+  ExpectFails("convert three.tif three-2.tif --into apart --all-pages --format png");
+  ExpectRuns("convert three.tif three-2.tif --into apart --all-pages");
 }
 #endif
 

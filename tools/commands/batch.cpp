@@ -3,10 +3,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <map>
 
+#include "tools/formats/page_files.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/processes.h"
 #include "tools/terminal/program.h"
@@ -16,23 +18,59 @@ namespace {
 
 namespace fs = std::filesystem;
 
+[[noreturn]] void FailAsOne(const std::string& one, const std::string& other,
+                            const std::string& result) {
+  throw Failure(one + " and " + other + " would both become " + result);
+}
+
+// 1 also for what cannot be read, which tells so in its turn.
+int32_t CountPages(const std::string& path, const ReadOptions& read) {
+  try {
+    return OpenPicture(path, read)->Info().facts.pages;
+  } catch (const Failure&) {
+    return 1;
+  }
+}
+
+// Pictures by their results. Where pages become files of their own, the only page of a-2.tif is not
+// written over the second of a.tif. Pictures are opened for it only where names are so alike.
+using Taken = std::map<std::string, std::string>;
+void KeepPagesApart(const Conversion& conversion, const Taken& taken) {
+  for (const auto& [result, path] : taken) {
+    const fs::path name(result);
+    const std::string stem = name.stem().string();
+    const size_t dash = stem.rfind('-');
+    if (dash == std::string::npos || HoldsPages(result, conversion.write.form)) continue;
+    const fs::path whole = name.parent_path() / (stem.substr(0, dash) + name.extension().string());
+    const auto other = taken.find(whole.string());
+    int32_t page = 0;
+    std::from_chars(stem.data() + dash + 1, stem.data() + stem.size(), page);
+    if (other == taken.end() || NameOfPage(other->first, page) != result) continue;
+    const int32_t pages = CountPages(other->second, conversion.read);
+    if (pages > 1 && page >= 1 && page <= pages && CountPages(path, conversion.read) == 1)
+      FailAsOne(other->second, path, result);
+  }
+}
+
 // The result of each picture. No two may be one file, and none the picture itself.
-std::vector<std::string> ResultsOf(const Batch& batch, const FileForm& form,
+std::vector<std::string> ResultsOf(const Conversion& conversion, const Batch& batch,
                                    const std::vector<std::string>& in) {
+  const FileForm& form = conversion.write.form;
   std::vector<std::string> results;
-  std::map<std::string, std::string> taken;
+  Taken taken;
   for (const std::string& path : in) {
     if (path == "-") throw Failure("standard input has no name in " + batch.into);
     fs::path name = fs::path(path).filename();
     if (!form.format.empty()) name.replace_extension(form.format);
     const std::string result = (fs::path(batch.into) / name).string();
     const auto [other, fresh] = taken.emplace(result, path);
-    if (!fresh) throw Failure(other->second + " and " + path + " would both become " + result);
+    if (!fresh) FailAsOne(other->second, path, result);
     std::error_code apart;
     if (fs::equivalent(path, result, apart)) throw Failure(path + " would become itself");
     HoldsPages(result, form);  // or is of no known format
     results.push_back(result);
   }
+  if (conversion.allPages) KeepPagesApart(conversion, taken);
   return results;
 }
 
@@ -79,7 +117,7 @@ void Batch::AddTo(CLI::App* command) {
 
 void ConvertBatch(const Conversion& conversion, const Batch& batch,
                   const std::vector<std::string>& in) {
-  const std::vector<std::string> results = ResultsOf(batch, conversion.write.form, in);
+  const std::vector<std::string> results = ResultsOf(conversion, batch, in);
   MakeFolder(batch.into);
   std::vector<Piece> pieces;
   {

@@ -6,9 +6,8 @@
 #include "tools/terminal/failure.h"
 
 namespace vn::tool {
-namespace {
 
-std::string Numbered(const std::string& path, int32_t page) {
+std::string NameOfPage(const std::string& path, int32_t page) {
   const std::filesystem::path name(path);
   std::filesystem::path numbered = name.parent_path() / name.stem();
   numbered += '-';
@@ -16,8 +15,6 @@ std::string Numbered(const std::string& path, int32_t page) {
   numbered += name.extension();
   return numbered.string();
 }
-
-}  // namespace
 
 PageFiles::PageFiles(const std::string& path, const FileForm& form, int32_t pages)
     : path_(path), form_(form), pages_(pages), apart_(pages > 1 && !HoldsPages(path, form)) {
@@ -27,13 +24,13 @@ PageFiles::PageFiles(const std::string& path, const FileForm& form, int32_t page
   }
   if (path == "-") throw Failure("standard output: this format holds one page");
   for (int32_t page = 1; page <= pages; ++page)
-    OpenPictureFile(Numbered(path, page), form);
+    OpenPictureFile(NameOfPage(path, page), form);
 }
 
 PictureSink& PageFiles::Begin(const PictureInfo& info) {
   if (apart_) {
     if (picture_) picture_->Finish();
-    picture_ = CreatePicture(OpenPictureFile(Numbered(path_, ++page_), form_, &complete_), info);
+    picture_ = CreatePicture(OpenPictureFile(NameOfPage(path_, ++page_), form_, &complete_), info);
   } else if (picture_) {
     picture_->NextPage(info);
   } else {

@@ -10,6 +10,9 @@
 
 namespace vn::tool {
 
+// NAME-PAGE.png of NAME.png.
+std::string NameOfPage(const std::string& path, int32_t page);
+
 // One file where its format holds several pages or there is one; otherwise NAME-1.png, NAME-2.png and
 // so on, which are written one after the other and appear together.
 class PageFiles {
