@@ -102,7 +102,8 @@ memcheck:
 	scripts/setup.sh test valgrind
 	$(CONFIGURE) native
 	$(BUILD) native --target vncore_tests
-	valgrind --quiet --error-exitcode=1 --leak-check=full --errors-for-leak-kinds=definite \
+	valgrind --quiet --error-exitcode=1 --leak-check=full --show-leak-kinds=definite \
+	  --errors-for-leak-kinds=definite \
 	  build-native/tests/vncore_tests --gtest_brief=1
 
 coverage:

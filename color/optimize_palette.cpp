@@ -105,7 +105,7 @@ VnStatus OptimizePalette(BitmapHandle* bitmap, RGBQUAD* colors, uint32_t count,
   }
 
   ScratchBuffer<uint32_t> counts(kMatchCells, Fill::kZero), list(kMatchCells);
-  const ScratchBuffer<uint8_t> row(bitmap->BytesPerLine);
+  const ScratchBuffer<uint8_t> row(bitmap->BytesPerLine, Fill::kZero);
   const ScratchBuffer<ColorBox> boxes(count);
   if (!counts || !list || !row || !boxes) return ERR_NO_MEMORY;
   ColorHistogram histogram{counts.data(), list.data()};

@@ -238,8 +238,8 @@ class FineRotation {
   uint32_t boxRow_ = 0, boxColumn_ = 0;    // where the source's part begins
   WalkRow lines_[kBlockRows];
   uint8_t fill_[kMostBlockBytes];
-  uint8_t smallBox_[kSmallBoxEdge * kSmallBoxEdge * 4];
-  uint8_t smallTile_[kSmallEdge * kSmallEdge * 4];
+  uint8_t smallBox_[kSmallBoxEdge * kSmallBoxEdge * 4] = {};
+  uint8_t smallTile_[kSmallEdge * kSmallEdge * 4] = {};
 };
 
 }  // namespace

@@ -22,7 +22,7 @@ class PixelTile {
   bool InMemory() const { return base_ != nullptr; }
   // For a bitmap in a file: a buffer for the largest tile, from the heap or the caller's own.
   bool Allocate(size_t bytes) {
-    owned_ = ScratchBuffer<uint8_t>(bytes);
+    owned_ = ScratchBuffer<uint8_t>(bytes, Fill::kZero);
     buffer_ = owned_.data();
     return buffer_ != nullptr;
   }

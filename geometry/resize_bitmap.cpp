@@ -64,7 +64,7 @@ uint32_t ScaledRowBytes(const BitmapHandle& source, const BitmapHandle& destinat
 
 VnStatus VN_CALL Vn_ResizeBitmap(BitmapHandle* source, BitmapHandle* destination) {
   if (!HasStorage(source) || !HasStorage(destination)) return ERR_NO_BITMAP;
-  vn::ScratchBuffer<uint8_t> sourceRow(source->BytesPerLine);
+  vn::ScratchBuffer<uint8_t> sourceRow(source->BytesPerLine, vn::Fill::kZero);
   // Cleared, so that the fill at a row's end is the same in every result.
   vn::ScratchBuffer<uint8_t> scaled(ScaledRowBytes(*source, *destination), vn::Fill::kZero);
   if (!sourceRow || !scaled) return ERR_NO_MEMORY;

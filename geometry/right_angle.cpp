@@ -87,7 +87,7 @@ class QuarterTurn {
   uint32_t width_, height_;
   Transposer transpose_;
   uint32_t edge_;
-  uint8_t small_[2][kSmallTileBytes];
+  uint8_t small_[2][kSmallTileBytes] = {};
 };
 
 }  // namespace

@@ -21,10 +21,10 @@ class RowBlock {
     if (base_) return;
     capacity_ = std::clamp(bufferBytes / std::max(bitmap->BytesPerLine, 1u), 1u,
                            std::max(static_cast<uint32_t>(bitmap->Height), 1u));
-    buffer_ = ScratchBuffer<uint8_t>(size_t{capacity_} * bitmap->BytesPerLine);
+    buffer_ = ScratchBuffer<uint8_t>(size_t{capacity_} * bitmap->BytesPerLine, Fill::kZero);
     if (buffer_) return;
     capacity_ = 1;
-    buffer_ = ScratchBuffer<uint8_t>(bitmap->BytesPerLine);
+    buffer_ = ScratchBuffer<uint8_t>(bitmap->BytesPerLine, Fill::kZero);
   }
 
   // False when there is not even memory for one row.

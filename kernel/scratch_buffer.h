@@ -11,6 +11,8 @@
 
 namespace vn {
 
+// What rows are read into is cleared: a row that cannot be read shows as wrong pixels, which must not
+// be what another call has left in memory.
 enum class Fill : uint32_t { kNone = 0, kZero = 1 };
 
 // Owns `count` elements from the system layer. Test it: it is empty when memory failed.

@@ -31,7 +31,10 @@ bool AddRuns(BandBuilder* built, int32_t y, int32_t width, Wanted wanted) {
 class ColorScan {
  public:
   ColorScan(BitmapHandle* bitmap, Rgb color, bool others)
-      : bitmap_(bitmap), color_(color), others_(others), buffer_(bitmap->BytesPerLine) {}
+      : bitmap_(bitmap),
+        color_(color),
+        others_(others),
+        buffer_(bitmap->BytesPerLine, Fill::kZero) {}
 
   explicit operator bool() const { return buffer_ && built_; }
 
