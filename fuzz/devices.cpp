@@ -22,7 +22,8 @@ bool TakesLong(const RECT* target, const RECT* clip, bool effect) {
     columns = std::min(columns, std::abs(int64_t{clip->right} - clip->left));
   }
   if (rows > 1 << 14) return true;
-  return columns <= INT32_MAX && rows * columns > (effect ? 1 << 18 : 1 << 22);
+  if (effect) return rows * columns > 1 << 18;
+  return columns <= INT32_MAX && rows * columns > 1 << 22;
 }
 
 // The arguments that all paints share; the palette of the paint is realised as long as they live.
