@@ -21,6 +21,7 @@ help:
 	@echo "make test-races               the test of threads alone under the thread sanitizer"
 	@echo "make memcheck                 library and tests under valgrind"
 	@echo "make coverage                 branches that the tests take, folder by folder"
+	@echo "make coverage-library         the same of the library and its own tests alone"
 	@echo "make fuzz [SECONDS=n]         run every fuzz target for n seconds (10)"
 	@echo "make bench                    run the benchmarks"
 	@echo "make race                     our speed beside other libraries', as a table"
@@ -103,24 +104,18 @@ memcheck:
 	$(CONFIGURE) native
 	$(BUILD) native --target vncore_tests
 	valgrind --quiet --error-exitcode=1 --leak-check=full --show-leak-kinds=definite \
-	  --errors-for-leak-kinds=definite \
-	  build-native/tests/vncore_tests --gtest_brief=1
+	  --errors-for-leak-kinds=definite build-native/tests/vncore_tests --gtest_brief=1
 
-coverage:
+# The library by its own tests alone takes a quarter of the time.
+coverage: RUN_TESTS = $(CTEST) coverage
+coverage-library: COVERED = --target vncore_tests
+coverage-library: RUN_TESTS = build-coverage/tests/vncore_tests --gtest_brief=1
+coverage coverage-library:
 	scripts/setup.sh test coverage
 	$(CONFIGURE) coverage
-	$(BUILD) coverage
+	$(BUILD) coverage $(COVERED)
 	find build-coverage -name '*.gcda' -delete
-	$(CTEST) coverage
-	scripts/coverage.sh build-coverage
-
-# Of the library and its own tests alone, which take a quarter of the time.
-coverage-library:
-	scripts/setup.sh test coverage
-	$(CONFIGURE) coverage
-	$(BUILD) coverage --target vncore_tests
-	find build-coverage -name '*.gcda' -delete
-	build-coverage/tests/vncore_tests --gtest_brief=1
+	$(RUN_TESTS)
 	scripts/coverage.sh build-coverage
 
 # Each target starts from its corpus; what it finds on the way stays in build-fuzz/corpus. A number
@@ -183,5 +178,5 @@ clean:
 	  build-fuzz build-win32 build-win64 out
 
 .PHONY: help demo view test test-windows test-windows-64 test-clang test-arm test-arm-cases test-32 \
-  test-threads test-races memcheck coverage coverage-library fuzz-targets fuzz bench race python deb test-deb windows-zip \
-  test-windows-zip docs clean
+  test-threads test-races memcheck coverage coverage-library fuzz-targets fuzz bench race python deb \
+  test-deb windows-zip test-windows-zip docs clean

@@ -23,6 +23,7 @@ bool TakesLong(const RECT* target, const RECT* clip, bool effect) {
   }
   if (rows > 1 << 14) return true;
   if (effect) return rows * columns > 1 << 18;
+  // Widths that no 32-bit number holds are the library's to judge.
   return columns <= INT32_MAX && rows * columns > 1 << 22;
 }
 
